@@ -1,0 +1,51 @@
+# Settings every target shares, and the two functions that rooms use to declare themselves.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo)
+endif()
+
+find_program(PINTLE_CCACHE ccache)
+if(PINTLE_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${PINTLE_CCACHE})
+    set(CMAKE_C_COMPILER_LAUNCHER ${PINTLE_CCACHE})
+endif()
+
+add_compile_options(-Wall -Wextra -Wshadow -Wnon-virtual-dtor -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND PINTLE_SANITIZE)
+    # GCC's flow analysis reports uninitialised values that the instrumentation itself introduces.
+    add_compile_options(-Wno-maybe-uninitialized)
+endif()
+if(PINTLE_SANITIZE)
+    add_compile_options(-fsanitize=${PINTLE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${PINTLE_SANITIZE})
+endif()
+
+find_package(fmt REQUIRED)
+find_package(Threads REQUIRED)
+
+# pintle_room(name SOURCES ... LINK ...): a static library pintle_<name>.
+function(pintle_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;LINK" ${ARGN})
+    add_library(pintle_${name} STATIC ${ROOM_SOURCES})
+    target_include_directories(pintle_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(pintle_${name} PUBLIC ${ROOM_LINK})
+endfunction()
+
+# pintle_test(name SOURCES ... LINK ... [LABELS ...] [TIMEOUT seconds]): a GoogleTest program test_<name>.
+function(pintle_test name)
+    cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    add_executable(test_${name} ${TEST_SOURCES})
+    target_link_libraries(test_${name} PRIVATE ${TEST_LINK} pintle_fake GTest::gtest GTest::gmock GTest::gtest_main)
+    if(NOT TEST_LABELS)
+        set(TEST_LABELS core)
+    endif()
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 120)
+    endif()
+    gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
+        PROPERTIES LABELS "${TEST_LABELS}" TIMEOUT ${TEST_TIMEOUT})
+endfunction()
