@@ -1,0 +1,34 @@
+// Small transparent windows above everything that neither take clicks nor focus. Main thread only.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "base/bitmap.h"
+#include "base/geometry.h"
+#include "platform/displays.h"
+
+namespace pintle {
+
+/// One overlay window. Ending it closes the window.
+class OverlaySurface {
+  public:
+    virtual ~OverlaySurface() = default;
+    virtual void setSize(Size size) = 0;
+    /// Absent draws nothing.
+    virtual void setImage(const std::optional<Bitmap>& image) = 0;
+    /// The lower-left corner, in global points.
+    virtual void setOrigin(Point origin) = 0;
+    /// 0 is invisible, 1 opaque.
+    virtual void setAlpha(double alpha) = 0;
+    virtual void orderFront() = 0;
+};
+
+class OverlaySurfaces {
+  public:
+    virtual ~OverlaySurfaces() = default;
+    /// A surface on that display, invisible at first. Null where none can be made.
+    virtual std::unique_ptr<OverlaySurface> create(DisplayId display, Size size) = 0;
+};
+
+}  // namespace pintle
