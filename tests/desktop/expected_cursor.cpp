@@ -1,0 +1,68 @@
+// Says how each cursor of a theme must look on the screen, from what the reader decodes and what the loader
+// makes of it. Used by the desktop tour to compare pixels.
+//
+//   expected_cursor CURSORS_FOLDER SCALE  with one list of file names a line on standard input: NAME,NAME,...
+//   answers a line each: FILE LOOK...     the first name that the folder has, and its frames (word of look.h)
+//                        -                when it has none
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cursor/preloaded_cursor.h"
+#include "cursor/xcursor_parser.h"
+#include "tests/desktop/look.h"
+
+namespace {
+
+constexpr std::int64_t kLargestNominalSize = 48;
+constexpr std::size_t kMostFrames = 24;
+
+std::string lookOf(const pintle::Bitmap& bitmap, pintle::Point hotspot) {
+    const auto bytes = bitmap.bytes();
+    const auto hash = look::hashPixels(bytes.size() / 4, [bytes](std::size_t i) {
+        const auto at = [bytes, i](std::size_t channel) { return std::uint32_t{bytes[i * 4 + channel]}; };
+        return at(3) << 24 | at(0) << 16 | at(1) << 8 | at(2);
+    });
+    const auto inside = [](double value, int side) {
+        return static_cast<int>(std::clamp(std::llround(value), 0LL, static_cast<long long>(side) - 1));
+    };
+    return look::word(bitmap.width(), bitmap.height(), inside(hotspot.x, bitmap.width()),
+                      inside(hotspot.y, bitmap.height()), hash);
+}
+
+std::string answer(const std::filesystem::path& folder, double scale, const std::string& names) {
+    std::istringstream list(names);
+    for (std::string name; std::getline(list, name, ',');) {
+        const auto images = pintle::XCursorParser::parseFile(folder / name, kLargestNominalSize);
+        if (!images) continue;
+        const auto cursor = pintle::makePreloaded(name, *images, scale);
+        if (!cursor) continue;
+        std::string line = name;
+        if (cursor->frames.size() < 2) return line + " " + lookOf(cursor->image, cursor->hotspot);
+        const std::size_t count = std::min(cursor->frames.size(), kMostFrames);
+        for (std::size_t i = 0; i < count; ++i) {
+            const double step = static_cast<double>(cursor->frames.size()) / static_cast<double>(count);
+            const auto frame = static_cast<std::size_t>(step * static_cast<double>(i));
+            line += " " + lookOf(cursor->frames[frame], cursor->hotspot);
+        }
+        return line;
+    }
+    return "-";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "expected_cursor CURSORS_FOLDER SCALE\n";
+        return 2;
+    }
+    const double scale = std::strtod(argv[2], nullptr);
+    for (std::string names; std::getline(std::cin, names);)
+        std::cout << answer(argv[1], scale, names) << std::endl;
+}

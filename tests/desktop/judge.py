@@ -1,0 +1,84 @@
+"""Looks at every point of a stage and judges what is shown."""
+from desktop import DESKTOP_SIZE, DESKTOP_THEME
+
+#: How long a pointer may take to become what it must be, milliseconds.
+PATIENCE = 3000
+#: The same once so many looks have failed that waiting for each adds nothing.
+SHORT_PATIENCE = 300
+MANY_FAILURES = 12
+
+
+class Judge:
+    def __init__(self, probe, report):
+        self.probe = probe
+        self.report = report
+        self.own = {}
+        self.names = {}
+
+    def patience(self):
+        return SHORT_PATIENCE if len(self.report.failures) > MANY_FAILURES else PATIENCE
+
+    def desktops_own(self, points, theme, scale=1.0):
+        """First stage: learns the desktop's own pointers, and sees that they can be told from the theme's."""
+        for point in points:
+            self.probe.move(point.x, point.y)
+            shown = self.probe.settle(80, 600)
+            name = point.name or shown.name
+            self.names[point.label] = name
+            library = self.probe.library(DESKTOP_THEME, DESKTOP_SIZE, name) if name else []
+            self.own[point.label] = library if shown.look in library else [shown.look]
+            if not shown.look:
+                self.report.row(point, shown, "the server tells nothing of it", failed=True)
+            elif point.exception:
+                self.report.row(point, shown, "exception: " + point.exception, exception=True)
+            elif not name or shown.look not in library:
+                self.report.row(point, shown, f"not {DESKTOP_THEME}'s {name or 'anything'}", failed=True)
+            elif shown.look in theme.looks(name, scale):
+                self.report.row(point, shown, "cannot be told from the theme's", failed=True)
+            else:
+                self.report.row(point, shown, "the desktop's own")
+
+    def expected(self, point, theme, scale):
+        """The looks a point must have and the words for them. A name for which the theme has no file, and a name
+        that is in no row, keep the desktop's own."""
+        looks = theme.looks(self.names[point.label], scale) if theme else []
+        if looks:
+            return looks, f"{theme.identifier} at {scale}"
+        return self.own[point.label], "the desktop's own" + (" (the theme has none)" if theme else "")
+
+    def stage(self, title, points, theme=None, scale=1.0):
+        """Every point shows the theme's pointer, or with no theme the desktop's own."""
+        self.report.stage(title)
+        for point in points:
+            self.probe.move(point.x, point.y)
+            if point.exception:
+                self.look_at_exception(point)
+                continue
+            looks, words = self.expected(point, theme, scale)
+            shown = self.probe.wait_for(looks, self.patience())
+            if shown.look not in looks:
+                self.report.row(point, shown, f"NOT {words}: shows {shown.look or 'nothing'}, not {looks[0]}",
+                                failed=True)
+                continue
+            if theme and len(looks) > 1:
+                frames = self.probe.frames(3, 3000)
+                strange = [frame for frame in frames if frame not in looks]
+                if len(frames) < 2 or strange:
+                    self.report.row(point, shown, f"does not animate: {len(frames)} frames seen, "
+                                    f"{len(strange)} of them not the theme's", failed=True)
+                    continue
+                words += f", animated ({len(looks)} frames)"
+            self.report.row(point, shown, words)
+
+    def look_at_exception(self, point):
+        shown = self.probe.settle(60, 400)
+        if point.untouched and shown.look not in self.own[point.label]:
+            self.report.row(point, shown, "was changed although it " + point.exception, failed=True)
+        else:
+            self.report.row(point, shown, "exception: " + point.exception, exception=True)
+
+    def same_names(self, points):
+        """For applications that started late: the desktop's own pointers of their names."""
+        for point in points:
+            self.names[point.label] = point.name
+            self.own[point.label] = self.probe.library(DESKTOP_THEME, DESKTOP_SIZE, point.name)

@@ -1,0 +1,47 @@
+"""The table of a tour: one row a look, and a count at the end."""
+
+
+class Report:
+    def __init__(self, quiet=False):
+        """`quiet` prints only the rows that are not plainly good."""
+        self.quiet = quiet
+        self.good = 0
+        self.exceptions = {}
+        self.failures = []
+
+    def stage(self, title):
+        self.title = title
+        print(f"\n== {title}", flush=True)
+
+    def row(self, point, shown, verdict, failed=False, exception=False):
+        if failed:
+            self.failures.append(f"{self.title}: {point.label}: {verdict}")
+        elif exception:
+            self.exceptions[point.label] = point.exception
+        else:
+            self.good += 1
+        if failed or exception or not self.quiet:
+            mark = "FAIL" if failed else "note" if exception else "ok"
+            print(f"  {mark:4} {point.application:15} {point.place:20} {shown.name or '(no name)':20} "
+                  f"{shown.size:8} {verdict}", flush=True)
+
+    def check(self, what, holds, detail=""):
+        """A statement about the whole, not about one point."""
+        if holds:
+            self.good += 1
+        else:
+            self.failures.append(f"{self.title}: {what} {detail}".rstrip())
+        if not holds or not self.quiet:
+            print(f"  {'ok' if holds else 'FAIL':4} {what} {'' if holds else detail}".rstrip(), flush=True)
+
+    def close(self):
+        """Prints the summary; true when nothing failed."""
+        if self.exceptions:
+            print("\nKnown exceptions (not the theme's, and why):")
+            for label, reason in self.exceptions.items():
+                print(f"  {label}: {reason}")
+        for failure in self.failures:
+            print("FAILED " + failure)
+        print(f"\n{self.good} looks as expected, {len(self.failures)} failed, "
+              f"{len(self.exceptions)} known exceptions", flush=True)
+        return not self.failures

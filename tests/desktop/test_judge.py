@@ -1,0 +1,108 @@
+"""The tour's judgement on made-up pointers: what it must let through and what it must not."""
+import contextlib
+import io
+import os
+import subprocess
+import sys
+import unittest
+
+import children
+from judge import Judge
+from points import Point
+from probe import Shown
+from report import Report
+
+POINT = Point("xterm", "text", 1, 1, "xterm")
+BLANK = Point("Qt", "Blank", 1, 1, exception="hides the pointer on purpose", untouched=True)
+
+
+class FakeTheme:
+    identifier = "a-theme"
+
+    def __init__(self, *looks):
+        self.all = list(looks)
+
+    def looks(self, name, scale):
+        return self.all if name == "xterm" else []
+
+
+class FakeProbe:
+    def __init__(self, before, after=None, frames=()):
+        self.shown = before
+        self.after = after
+        self.seen = list(frames)
+
+    def move(self, x, y):
+        pass
+
+    def settle(self, quiet, limit):
+        return Shown(self.shown, "xterm")
+
+    def library(self, theme, size, name):
+        return ["own"]
+
+    def wait_for(self, looks, limit):
+        return Shown(self.after, "xterm")
+
+    def frames(self, count, limit):
+        return self.seen
+
+
+def failures(probe, theme, point=POINT, apply=True):
+    """The failed rows of a first look and, unless told otherwise, a look after an apply."""
+    with contextlib.redirect_stdout(io.StringIO()):
+        report = Report()
+        judge = Judge(probe, report)
+        report.stage("before")
+        judge.desktops_own([point], theme)
+        if apply:
+            probe.shown = probe.after
+            judge.stage("applied", [point], theme)
+    return report.failures
+
+
+class JudgeTest(unittest.TestCase):
+    def test_the_themes_pointer_is_good(self):
+        self.assertEqual(failures(FakeProbe("own", "new"), FakeTheme("new")), [])
+
+    def test_a_pointer_that_stays_the_desktops_own_is_found(self):
+        self.assertEqual(len(failures(FakeProbe("own", "own"), FakeTheme("new"))), 1)
+
+    def test_a_pointer_that_the_server_does_not_tell_is_found(self):
+        self.assertEqual(len(failures(FakeProbe("own", ""), FakeTheme("new"))), 1)
+
+    def test_a_name_that_the_theme_lacks_keeps_the_desktops_own(self):
+        self.assertEqual(failures(FakeProbe("own", "own"), FakeTheme()), [])
+
+    def test_an_animation_that_stands_still_is_found(self):
+        theme = FakeTheme("one", "two")
+        self.assertEqual(failures(FakeProbe("own", "one", ["one", "two"]), theme), [])
+        self.assertEqual(len(failures(FakeProbe("own", "one", ["one"]), theme)), 1)
+
+    def test_a_frame_that_is_not_the_themes_is_found(self):
+        self.assertEqual(len(failures(FakeProbe("own", "one", ["one", "own"]), FakeTheme("one", "two"))), 1)
+
+    def test_a_desktop_that_looks_like_the_theme_proves_nothing(self):
+        self.assertEqual(len(failures(FakeProbe("own"), FakeTheme("own"), apply=False)), 1)
+
+    def test_a_hidden_pointer_that_was_changed_is_found(self):
+        self.assertEqual(failures(FakeProbe("empty", "empty"), FakeTheme("new"), BLANK), [])
+        self.assertEqual(len(failures(FakeProbe("empty", "new"), FakeTheme("new"), BLANK)), 1)
+
+
+class ChildrenTest(unittest.TestCase):
+    def test_no_descendant_is_left(self):
+        children.adopt_orphans()
+        shell = children.start(["sh", "-c", "sleep 1000 & echo $!; wait"], subprocess.DEVNULL,
+                               stdout=subprocess.PIPE, text=True)
+        grandchild = int(shell.stdout.readline())
+        shell.kill()
+        children.end_all()
+        with self.assertRaises(ProcessLookupError):
+            os.kill(grandchild, 0)
+        shell.stdout.close()
+        shell.wait()
+
+
+if __name__ == "__main__":
+    sys.exit(unittest.main())
