@@ -29,6 +29,8 @@ class SystemCursorChanger {
     const std::vector<RegisteredImage>& lastApplied() const { return lastApplied_; }
     /// The registration is withdrawn because an excluded application is in front.
     bool suspendedForExcludedApp() const { return suspendedForExcludedApp_; }
+    /// Only marks it; what follows from it is the business of ReapplyTriggers.
+    void setSuspendedForExcludedApp(bool suspended) { suspendedForExcludedApp_ = suspended; }
     /// The backup of the desktop's own cursors.
     const CursorSnapshotMap& snapshots() const { return snapshots_.snapshots(); }
 
