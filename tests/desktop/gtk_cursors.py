@@ -21,6 +21,8 @@ COLUMNS = 7
 class Window(Gtk.Window):
     def __init__(self, title, x, y):
         super().__init__(title=title)
+        # Nothing blinks, so that two pictures of one place differ by the pointer alone.
+        Gtk.Settings.get_default().set_property("gtk-cursor-blink", False)
         self.move(x, y)
         grid = Gtk.Grid(row_spacing=2, column_spacing=2, border_width=4)
         self.areas = []

@@ -2,8 +2,8 @@
 import os
 import subprocess
 
-SIDE = 96
-ENLARGED = "300%"
+SIDE = 128
+ENLARGED = "200%"
 
 
 class Pictures:

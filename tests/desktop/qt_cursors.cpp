@@ -15,6 +15,8 @@
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    // Nothing blinks, so that two pictures of one place differ by the pointer alone.
+    QApplication::setCursorFlashTime(0);
     QWidget window;
     window.setWindowTitle(argc > 1 ? argv[1] : "Qt cursors");
     if (argc > 3) window.move(std::atoi(argv[2]), std::atoi(argv[3]));
