@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdlib>
 #include <utility>
 
 #include "apply/cursor_identifiers.h"
@@ -16,8 +17,16 @@ SystemCursorChanger* installed = nullptr;
 SystemCursorChanger::SystemCursorChanger(WindowServer& windowServer, CursorSnapshots& snapshots, Log& log)
     : windowServer_(windowServer), snapshots_(snapshots), log_(log) {}
 
-SystemCursorChanger* SystemCursorChanger::shared() { return installed; }
-void SystemCursorChanger::installShared(SystemCursorChanger* instance) { installed = instance; }
+SystemCursorChanger::~SystemCursorChanger() {
+    if (installed == this) installed = nullptr;
+}
+
+SystemCursorChanger& SystemCursorChanger::shared() {
+    if (!installed) std::abort();
+    return *installed;
+}
+
+void SystemCursorChanger::install(SystemCursorChanger& instance) { installed = &instance; }
 
 bool SystemCursorChanger::applyPreloaded(const std::vector<PreloadedCursor>& cursors) {
     if (!canRegister()) {

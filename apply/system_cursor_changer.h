@@ -18,10 +18,14 @@ namespace pintle {
 class SystemCursorChanger {
   public:
     SystemCursorChanger(WindowServer& windowServer, CursorSnapshots& snapshots, Log& log);
+    SystemCursorChanger(const SystemCursorChanger&) = delete;
+    SystemCursorChanger& operator=(const SystemCursorChanger&) = delete;
+    ~SystemCursorChanger();
 
-    /// What the root installed; null before and after its life.
-    static SystemCursorChanger* shared();
-    static void installShared(SystemCursorChanger* instance);
+    /// The instance that the root installed. Ends the program when there is none. Not for the core.
+    static SystemCursorChanger& shared();
+    /// Makes `instance` the answer of shared() until it ends.
+    static void install(SystemCursorChanger& instance);
 
     /// A theme is registered system-wide.
     bool isActive() const { return isActive_; }
