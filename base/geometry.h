@@ -23,4 +23,11 @@ struct Rect {
     friend bool operator==(const Rect&, const Rect&) = default;
 };
 
+/// Whether a mouse location lies in a rectangle. A mouse location names the upper left corner of its pixel,
+/// so the left and upper edges belong to the rectangle and the right and lower ones do not.
+constexpr bool mouseInRect(Point mouse, const Rect& rect) {
+    return mouse.x >= rect.origin.x && mouse.x < rect.origin.x + rect.size.width && mouse.y > rect.origin.y &&
+           mouse.y <= rect.origin.y + rect.size.height;
+}
+
 }  // namespace pintle
