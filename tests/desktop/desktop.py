@@ -114,7 +114,7 @@ class Desktop:
 
     def start_window_manager(self):
         self.start("window manager", WINDOW_MANAGERS[self.window_manager])
-        children.wait_until(self.window_manager + " manages the display", self.probe.has_window_manager)
+        self.wait_for("window manager", "manages the display", self.probe.has_window_manager)
 
     def start(self, name, arguments, **options):
         process = children.start(arguments, self.log(name), env=self.environment, **options)
@@ -124,7 +124,14 @@ class Desktop:
     def start_xterm(self, title, x, y):
         self.start(title, ["xterm", "-title", title, "-geometry", f"44x8+{x}+{y}", "-sb", "-rightbar", "-e",
                            "sleep", "100000"])
-        children.wait_until(title + " is on the screen", lambda: self.probe.window(title))
+        self.wait_for(title, "is on the screen", lambda: self.probe.window(title))
+
+    def wait_for(self, name, state, question):
+        """Waits until `question()` has an answer; what the application said goes into the error."""
+        try:
+            children.wait_until(f"{name} {state}", question)
+        except TimeoutError as error:
+            raise RuntimeError(f"{error}\n{self.log_text(name)}") from None
 
     def start_with_areas(self, title, arguments):
         """Starts an application that reports its areas; answers a dictionary name -> (x, y)."""
