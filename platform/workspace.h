@@ -84,7 +84,8 @@ class Workspace {
     virtual std::optional<RunningApplication> frontmostApplication() = 0;
     /// Calls `handler` at each such event until the handle ends.
     virtual Subscription observe(WorkspaceEvent event, Handler handler) = 0;
-    /// Calls `handler` once per display before and after a change where the desktop says both, else after it.
+    /// Calls `handler` once per display before and after a change where the desktop says both. Where it only
+    /// says that something has changed: once after the change, with display 0 and no flags.
     virtual Subscription observeDisplayReconfiguration(DisplayHandler handler) = 0;
 };
 

@@ -1,17 +1,15 @@
 #include "platform/linux/login_item_service.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <system_error>
 #include <utility>
 
 #include "platform/linux/desktop_entry.h"
+#include "platform/linux/preference_file.h"
 
 namespace pintle {
 namespace {
@@ -25,11 +23,6 @@ class AbsentLoginItemService : public LoginItemService {
   private:
     static Error absent() { return {"Pintle", 0, "Login item service not available"}; }
 };
-
-Error lastError() {
-    const std::error_code cause(errno ? errno : EIO, std::generic_category());
-    return {"Pintle", cause.value(), cause.message()};
-}
 
 class AutostartEntry : public LoginAgent {
   public:
@@ -46,8 +39,6 @@ class AutostartEntry : public LoginAgent {
         return command ? execProgram(*command) : std::nullopt;
     }
     Status write(const std::string& executable) override {
-        std::error_code ignored;
-        std::filesystem::create_directories(path_.parent_path(), ignored);
         // The file's name is the label. Being there means "run at login"; nothing restarts what it started.
         const std::string text =
             "[Desktop Entry]\n"
@@ -60,7 +51,11 @@ class AutostartEntry : public LoginAgent {
             "\n"
             "Terminal=false\n"
             "X-GNOME-Autostart-enabled=true\n";
-        return replaceFile(text);
+        // Replaced as a whole, so that a session that starts meanwhile sees the old entry or the new one.
+        const auto replaced =
+            replaceFile(path_, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+        if (!replaced) return replaced.error();
+        return Done{};
     }
     Status remove() override {
         std::error_code error;
@@ -74,30 +69,6 @@ class AutostartEntry : public LoginAgent {
         std::ifstream file(path_, std::ios::binary);
         const std::string text{std::istreambuf_iterator<char>(file), {}};
         return desktopEntryValue(text, key);
-    }
-    // A session that starts in the middle sees the old entry or the new one.
-    Status replaceFile(const std::string& text) {
-        const std::string fresh = path_.string() + ".new";
-        const int file = ::open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-        if (file < 0) return lastError();
-        std::size_t written = 0;
-        while (written < text.size()) {
-            const auto step = ::write(file, text.data() + written, text.size() - written);
-            if (step < 0 && errno == EINTR) continue;
-            if (step <= 0) {
-                const auto error = lastError();
-                ::close(file);
-                ::unlink(fresh.c_str());
-                return error;
-            }
-            written += static_cast<std::size_t>(step);
-        }
-        if (::close(file) != 0 || std::rename(fresh.c_str(), path_.c_str()) != 0) {
-            const auto error = lastError();
-            ::unlink(fresh.c_str());
-            return error;
-        }
-        return Done{};
     }
 
     std::filesystem::path path_;
