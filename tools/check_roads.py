@@ -70,7 +70,7 @@ def problems_in(path, lines):
         elif target_room is None:
             if room in CORE and FOREIGN.match(target):
                 yield number, f'{room} includes "{target}", which is a toolkit\'s or a platform\'s'
-            elif "/" not in target:
+            elif "/" not in target and not (target.endswith(".moc") and room not in CORE):
                 yield number, f'"{target}" does not run from the root'
         elif not may_include(room, target_room):
             yield number, f'{room} must not include "{target}"'

@@ -51,6 +51,7 @@ class RoadsTest(unittest.TestCase):
     def test_includes_run_from_the_root(self):
         self.assertEqual(len(complaints("cursor/a.cpp", '#include "a.h"')), 1)
         self.assertEqual(len(complaints("cursor/a.cpp", '#include "../base/a.h"')), 1)
+        self.assertEqual(complaints("platform/qt/a.cpp", '#include "a.moc"'), [])
 
     def test_tests_and_benches_include_everything(self):
         self.assertEqual(complaints("tests/cursor/a.cpp", '#include "platform/linux/a.h"', '#include "app/a.h"'), [])
