@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
-#include <vector>
+#include <utility>
 
 namespace pintle {
 namespace {
 
 constexpr double kLobes = 3;
 constexpr double kPi = 3.14159265358979323846;
+/// Bound tables and scratch memory whatever the shape of the image: an image may be millions of pixels wide.
+constexpr std::int64_t kBlockSide = 1024;
+constexpr std::size_t kTablesKept = 32;
 
 double lanczos(double x) {
     if (x == 0) return 1;
@@ -17,61 +19,91 @@ double lanczos(double x) {
     return kLobes * std::sin(kPi * x) * std::sin(kPi * x / kLobes) / (kPi * kPi * x * x);
 }
 
-struct Taps {
-    int first = 0;
-    std::vector<float> weights;
+struct Window {
+    std::int64_t first;
+    std::vector<double> weights;
 };
 
-std::vector<Taps> tapsFor(int from, int to) {
-    std::vector<Taps> all(static_cast<std::size_t>(to));
-    const double ratio = static_cast<double>(from) / to;
+/// The source positions inside the kernel around target position `i`. Positions outside the image are left
+/// out and the rest weighted up, so that an opaque edge stays opaque.
+Window windowOf(std::int64_t i, std::int64_t from, double ratio) {
     const double stretch = std::max(ratio, 1.0);
-    for (int i = 0; i < to; ++i) {
-        const double centre = (i + 0.5) * ratio - 0.5;
-        const int first = std::max(0, static_cast<int>(std::ceil(centre - kLobes * stretch)));
-        const int last = std::min(from - 1, static_cast<int>(std::floor(centre + kLobes * stretch)));
-        Taps& taps = all[static_cast<std::size_t>(i)];
-        taps.first = first;
-        double sum = 0;
-        for (int j = first; j <= last; ++j) sum += lanczos((j - centre) / stretch);
-        for (int j = first; j <= last; ++j)
-            taps.weights.push_back(static_cast<float>(lanczos((j - centre) / stretch) / sum));
+    const double centre = (static_cast<double>(i) + 0.5) * ratio - 0.5;
+    const double reach = kLobes * stretch;
+    const auto first = std::max<std::int64_t>(0, static_cast<std::int64_t>(std::floor(centre - reach)) + 1);
+    const auto last =
+        std::min<std::int64_t>(from - 1, static_cast<std::int64_t>(std::ceil(centre + reach)) - 1);
+    Window window{first, {}};
+    double sum = 0;
+    for (auto j = first; j <= last; ++j) {
+        window.weights.push_back(lanczos((static_cast<double>(j) - centre) / stretch));
+        sum += window.weights.back();
     }
-    return all;
+    for (auto& weight : window.weights) weight /= sum;
+    return window;
+}
+
+ResampleAxis makeAxis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end) {
+    const double ratio = static_cast<double>(from) / static_cast<double>(to);
+    std::vector<Window> windows;
+    ResampleAxis axis;
+    axis.begin = begin;
+    axis.end = end;
+    axis.sourceBegin = from;
+    for (auto i = begin; i < end; ++i) {
+        windows.push_back(windowOf(i, from, ratio));
+        const auto& window = windows.back();
+        axis.taps = std::max(axis.taps, window.weights.size());
+        axis.sourceBegin = std::min(axis.sourceBegin, window.first);
+        axis.sourceEnd =
+            std::max(axis.sourceEnd, window.first + static_cast<std::int64_t>(window.weights.size()));
+    }
+    axis.taps += axis.taps % 2;
+    axis.weights.resize(windows.size() * axis.taps);
+    axis.weightsByChannel.resize(axis.weights.size() * 4);
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        axis.first.push_back(static_cast<std::uint32_t>(windows[i].first - axis.sourceBegin));
+        for (std::size_t tap = 0; tap < windows[i].weights.size(); ++tap) {
+            const auto weight = static_cast<float>(windows[i].weights[tap]);
+            axis.weights[i * axis.taps + tap] = weight;
+            std::fill_n(
+                axis.weightsByChannel.begin() + static_cast<std::ptrdiff_t>((i * axis.taps + tap) * 4), 4,
+                weight);
+        }
+    }
+    return axis;
 }
 
 }  // namespace
 
-void resample(std::span<const std::uint8_t> source, int sourceWidth, int sourceHeight,
-              std::span<std::uint8_t> target, int targetWidth, int targetHeight) {
-    const auto across = tapsFor(sourceWidth, targetWidth);
-    const auto down = tapsFor(sourceHeight, targetHeight);
-    const auto sourceRow = static_cast<std::size_t>(sourceWidth) * 4;
-    const auto targetRow = static_cast<std::size_t>(targetWidth) * 4;
-    std::vector<float> middle(targetRow * static_cast<std::size_t>(sourceHeight));
-    for (std::size_t y = 0; y < static_cast<std::size_t>(sourceHeight); ++y)
-        for (std::size_t x = 0; x < static_cast<std::size_t>(targetWidth); ++x)
-            for (std::size_t channel = 0; channel < 4; ++channel) {
-                float sum = 0;
-                for (std::size_t tap = 0; tap < across[x].weights.size(); ++tap)
-                    sum += across[x].weights[tap] *
-                           source[y * sourceRow + (static_cast<std::size_t>(across[x].first) + tap) * 4 +
-                                  channel];
-                middle[y * targetRow + x * 4 + channel] = sum;
-            }
-    for (std::size_t y = 0; y < static_cast<std::size_t>(targetHeight); ++y)
-        for (std::size_t x = 0; x < static_cast<std::size_t>(targetWidth); ++x) {
-            float limit = 255;
-            for (std::size_t channel = 4; channel-- > 0;) {
-                float sum = 0;
-                for (std::size_t tap = 0; tap < down[y].weights.size(); ++tap)
-                    sum +=
-                        down[y].weights[tap] *
-                        middle[(static_cast<std::size_t>(down[y].first) + tap) * targetRow + x * 4 + channel];
-                const float value = std::clamp(std::round(sum), 0.0F, limit);
-                if (channel == 3) limit = value;
-                target[y * targetRow + x * 4 + channel] = static_cast<std::uint8_t>(value);
-            }
+const ResampleAxis& Resampler::axis(std::int64_t from, std::int64_t to, std::int64_t begin,
+                                    std::int64_t end) {
+    const auto [found, isNew] = axes_.try_emplace({from, to, begin});
+    if (isNew) found->second = makeAxis(from, to, begin, end);
+    return found->second;
+}
+
+void Resampler::draw(std::span<const std::uint8_t> source, std::int64_t sourceWidth,
+                     std::int64_t sourceHeight, std::span<std::uint8_t> target, std::int64_t targetWidth,
+                     std::int64_t targetHeight) {
+    // A block takes at most kBlockSide positions of the longer side, source or target.
+    const auto step = [](std::int64_t from, std::int64_t to) {
+        const double ratio = static_cast<double>(from) / static_cast<double>(to);
+        return std::max<std::int64_t>(1, static_cast<std::int64_t>(kBlockSide / std::max(ratio, 1.0)));
+    };
+    const auto stepAcross = step(sourceWidth, targetWidth);
+    const auto stepDown = step(sourceHeight, targetHeight);
+    ResampleBlock block;
+    block.source = source.data();
+    block.sourceBytesPerRow = static_cast<std::size_t>(sourceWidth) * 4;
+    block.target = target.data();
+    block.targetBytesPerRow = static_cast<std::size_t>(targetWidth) * 4;
+    for (std::int64_t y = 0; y < targetHeight; y += stepDown)
+        for (std::int64_t x = 0; x < targetWidth; x += stepAcross) {
+            if (axes_.size() + 2 > kTablesKept) axes_.clear();
+            block.across = &axis(sourceWidth, targetWidth, x, std::min(x + stepAcross, targetWidth));
+            block.down = &axis(sourceHeight, targetHeight, y, std::min(y + stepDown, targetHeight));
+            resampleBlock(block, scratch_);
         }
 }
 

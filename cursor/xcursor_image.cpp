@@ -34,8 +34,7 @@ std::optional<Bitmap> XCursorImage::scaledNSImage(double scale) const {
     const auto source = nsImage();
     if (!source) return std::nullopt;
     return Bitmap::create(newWidth, newHeight, [&](std::span<std::uint8_t> bytes) {
-        resample(source->bytes(), source->width(), source->height(), bytes, static_cast<int>(newWidth),
-                 static_cast<int>(newHeight));
+        Resampler().draw(source->bytes(), width, height, bytes, newWidth, newHeight);
     });
 }
 
