@@ -1,0 +1,191 @@
+#include "apply/application_pipeline.h"
+
+#include <fmt/format.h>
+
+#include <any>
+#include <chrono>
+#include <utility>
+
+#include "base/text.h"
+#include "settings/notification_names.h"
+#include "settings/typed_defaults.h"
+
+namespace pintle {
+namespace {
+
+constexpr std::chrono::seconds kCacheLife{60};
+
+struct FullSet {
+    NamedImages images;
+    /// Absent when a newer request made building it pointless.
+    std::optional<std::vector<PreloadedCursor>> cursors;
+    Subscription activity;
+};
+
+}  // namespace
+
+ApplicationPipeline::ApplicationPipeline(const Neighbours& neighbours) : to_(neighbours) {}
+
+void ApplicationPipeline::setCurrentTheme(std::optional<CursorThemeInfo> theme) {
+    currentTheme_ = std::move(theme);
+    currentThemeChanged.emit();
+}
+
+void ApplicationPipeline::observeScale() {
+    scaleObserver_ = to_.notifications.observe(std::string(notification::cursorScaleChanged),
+                                               [this](const std::any& object) {
+                                                   if (const auto* scale = std::any_cast<double>(&object))
+                                                       scaleChanged(*scale);
+                                               });
+}
+
+void ApplicationPipeline::scaleChanged(double scale) {
+    auto wanted = std::make_shared<bool>(true);
+    // Whatever is requested between now and the task has read the new scale itself and is the newer request.
+    const auto latest = generations_->latest();
+    scaleTask_ = Subscription([wanted] { *wanted = false; });
+    to_.mainQueue.post(lifetime_.weakly([this, wanted, scale, latest] {
+        if (!*wanted || !generations_->isLatest(latest)) return;
+        if (const auto theme = currentTheme_) applyThemeWithScale(*theme, scale);
+    }));
+}
+
+void ApplicationPipeline::applyTheme(const CursorThemeInfo& theme) {
+    if (!theme.isDownloaded) return;
+    to_.mainQueue.post(
+        lifetime_.weakly([this, theme, resetsBefore = resets_] { record(theme, resetsBefore); }));
+
+    const double scale = to_.settings.cursorScale();
+    to_.log.system(fmt::format("[APPLY] Applying theme: {} at scale: {}", theme.name, shortestDouble(scale)));
+    const auto folder = to_.store.themesDirectory() / theme.id;
+    const auto generation = generations_->take();
+    to_.mainQueue.post(lifetime_.weakly([this, folder, scale, generation, id = theme.id] {
+        applyCursorFromThemeAsync(folder, scale, CacheUse::yes, generation, [this, id](bool applied) {
+            to_.themes.setApplying(id, false);
+            to_.log.system(fmt::format("[APPLY] Theme applied: {}", applied ? "SUCCESS" : "FAILED"));
+        });
+    }));
+}
+
+void ApplicationPipeline::record(const CursorThemeInfo& theme, int resetsBefore) {
+    // A reset that came after the request has already forgotten the theme.
+    if (resetsBefore != resets_) return;
+    to_.settings.setCurrentThemeId(theme.id);
+    setCurrentTheme(theme);
+    to_.themes.setApplying(theme.id, true);
+}
+
+void ApplicationPipeline::applyThemeWithScale(const CursorThemeInfo& theme, double scale) {
+    to_.log.system(
+        fmt::format("[CursorViewModel] Applying scale: {} for theme: {}", shortestDouble(scale), theme.name));
+    const auto generation = generations_->take();
+    const auto folder = to_.store.themesDirectory() / theme.id;
+    to_.mainQueue.post(lifetime_.weakly([this, folder, scale, generation] {
+        applyCursorFromThemeAsync(folder, scale, CacheUse::yes, generation, [this, scale](bool applied) {
+            to_.log.system(fmt::format("[CursorViewModel] Scale applied: {} at {}", applied ? "OK" : "FAIL",
+                                       shortestDouble(scale)));
+        });
+    }));
+}
+
+void ApplicationPipeline::resetToDefault() {
+    generations_->take();
+    ++resets_;
+    to_.overlay.showSystemCursorGuaranteed();
+    setCurrentTheme(std::nullopt);
+    // Behind the settings' back, whose own copy of the id stays as it is.
+    to_.preferences.remove(CursorSettings::themeIdKey);
+    to_.applier.customCursors().clear();
+    to_.applier.resetToSystemDefaults();
+}
+
+void ApplicationPipeline::applyLastUsedTheme() {
+    if (!to_.settings.applyOnLaunch()) {
+        resetToDefault();
+        return;
+    }
+    if (const auto id = stringValue(to_.preferences, CursorSettings::themeIdKey)) {
+        const auto* row = to_.themes.find(*id);
+        if (row && row->isDownloaded) {
+            const auto theme = *row;
+            applyTheme(theme);
+            to_.log.system(fmt::format("Auto-applied last theme: {}", theme.name));
+            return;
+        }
+    }
+    resetToDefault();
+    to_.log.system("No theme to apply - using system default");
+}
+
+void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path& themeFolder, double scale,
+                                                    CacheUse useCache, std::int64_t generation, Done done) {
+    if (!generations_->isLatest(generation)) return done(false);
+    const auto cursorsFolder = to_.store.findCursorsDirectory(themeFolder);
+    if (!cursorsFolder) return done(false);
+
+    auto themeId = themeFolder.filename().string();
+    if (useCache == CacheUse::yes && cachedThemeId_ == themeId && !cachedCursorData_.empty())
+        return applyCached(scale, generation, std::move(done));
+
+    runInBackground(
+        to_.background, to_.mainQueue, lifetime_, Priority::userInitiated,
+        [folder = *cursorsFolder, scale] { return loadEssentialSet(folder, scale); },
+        [this, themeId = std::move(themeId), scale, generation, done = std::move(done)](EssentialSet loaded) {
+            if (!loaded.listed || !generations_->isLatest(generation)) return done(false);
+            const bool applied = to_.applier.applyCursorsFromPreloaded(loaded.cursors, scale);
+            done(applied);
+            loadFullSet(std::make_shared<const EssentialSet>(std::move(loaded)), themeId, scale, generation);
+        });
+}
+
+void ApplicationPipeline::applyCached(double scale, std::int64_t generation, Done done) {
+    runInBackground(
+        to_.background, to_.mainQueue, lifetime_, Priority::userInitiated,
+        [images = cachedCursorData_, scale] { return makePreloadedSet(images, scale); },
+        [this, scale, generation, done = std::move(done)](const std::vector<PreloadedCursor>& cursors) {
+            scheduleCacheDrop();
+            done(applyIfLatest(cursors, scale, generation));
+        });
+}
+
+void ApplicationPipeline::loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId,
+                                      double scale, std::int64_t generation) {
+    runInBackground(
+        to_.background, to_.mainQueue, lifetime_, Priority::utility,
+        [&hints = to_.hints, generations = generations_, essential = std::move(essential), scale,
+         generation] {
+            FullSet set;
+            set.activity = hints.beginActivity("Loading full cursor set");
+            set.images = loadRemainingImages(*essential);
+            if (generations->isLatest(generation)) set.cursors = completeSet(*essential, set.images, scale);
+            return set;
+        },
+        [this, themeId = std::move(themeId), scale, generation](FullSet set) {
+            if (set.cursors) applyIfLatest(*set.cursors, scale, generation);
+            keepInCache(themeId, std::move(set.images), generation);
+        });
+}
+
+bool ApplicationPipeline::applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale,
+                                        std::int64_t generation) {
+    return generations_->isLatest(generation) && to_.applier.applyCursorsFromPreloaded(cursors, scale);
+}
+
+void ApplicationPipeline::keepInCache(std::string themeId, NamedImages images, std::int64_t generation) {
+    if (generation < cachedGeneration_) return;
+    cachedGeneration_ = generation;
+    cachedCursorData_ = std::move(images);
+    cachedThemeId_ = std::move(themeId);
+    scheduleCacheDrop();
+}
+
+void ApplicationPipeline::scheduleCacheDrop() {
+    cacheDropWork_ = to_.mainQueue.after(kCacheLife, lifetime_.weakly([this] {
+        cachedCursorData_ = {};
+        cachedThemeId_.reset();
+        to_.hints.releaseFreeMemory();
+        to_.log.system("[VIEWMODEL] Theme pixel cache released (idle)");
+    }));
+}
+
+}  // namespace pintle

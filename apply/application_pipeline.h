@@ -1,0 +1,101 @@
+// The path from a chosen theme, or a changed scale, to cursors on screen: reads off the main thread, shows
+// the common shapes first and the whole theme right after, and drops what a newer request has overtaken.
+// Owned by the root, used by the view model. Main thread only.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apply/cursor_applier.h"
+#include "apply/cursor_overlay.h"
+#include "apply/generation_counter.h"
+#include "apply/theme_loading.h"
+#include "base/lifetime.h"
+#include "base/notification_center.h"
+#include "base/signal.h"
+#include "platform/background_tasks.h"
+#include "platform/key_value_store.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/process_hints.h"
+#include "settings/cursor_settings.h"
+#include "themes/cursor_theme_info.h"
+#include "themes/theme_list.h"
+#include "themes/theme_store.h"
+
+namespace pintle {
+
+class ApplicationPipeline {
+  public:
+    struct Neighbours {
+        CursorSettings& settings;
+        KeyValueStore& preferences;
+        NotificationCenter& notifications;
+        ThemeList& themes;
+        ThemeStore& store;
+        CursorApplier& applier;
+        CursorOverlay& overlay;
+        MainQueue& mainQueue;
+        BackgroundTasks& background;
+        ProcessHints& hints;
+        Log& log;
+    };
+
+    explicit ApplicationPipeline(const Neighbours& neighbours);
+
+    /// The theme last applied; absent when the desktop's cursors are in use.
+    const std::optional<CursorThemeInfo>& currentTheme() const { return currentTheme_; }
+    void setCurrentTheme(std::optional<CursorThemeInfo> theme);
+    Signal<> currentThemeChanged;
+
+    /// From now on a change of the scale setting applies the current theme again.
+    void observeScale();
+
+    void applyTheme(const CursorThemeInfo& theme);
+    void applyThemeWithScale(const CursorThemeInfo& theme, double scale);
+    void resetToDefault();
+    /// At start: the stored theme when it may and can be applied, else the desktop's cursors.
+    void applyLastUsedTheme();
+    /// Releases the parsed images 60 seconds from now, unless it is called again before.
+    void scheduleCacheDrop();
+
+  private:
+    enum class CacheUse { yes, no };
+    using Done = std::function<void(bool)>;
+
+    void record(const CursorThemeInfo& theme, int resetsBefore);
+    void scaleChanged(double scale);
+    void applyCursorFromThemeAsync(const std::filesystem::path& themeFolder, double scale, CacheUse useCache,
+                                   std::int64_t generation, Done done);
+    void applyCached(double scale, std::int64_t generation, Done done);
+    void loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId, double scale,
+                     std::int64_t generation);
+    bool applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale, std::int64_t generation);
+    void keepInCache(std::string themeId, NamedImages images, std::int64_t generation);
+
+    const Neighbours to_;
+    /// Shared with background work that may outlive the pipeline.
+    std::shared_ptr<GenerationCounter> generations_ = std::make_shared<GenerationCounter>();
+    /// Tells a request that waits to be recorded whether a reset came after it.
+    int resets_ = 0;
+    std::optional<CursorThemeInfo> currentTheme_;
+
+    /// Parsed images of the cached theme, by X11 name; no name stands twice.
+    NamedImages cachedCursorData_;
+    std::optional<std::string> cachedThemeId_;
+    /// Of the load that filled the cache; an older load that ends later must not replace a newer one's.
+    std::int64_t cachedGeneration_ = 0;
+
+    Timer cacheDropWork_;
+    Subscription scaleObserver_;
+    /// Ending it takes back the task that the last scale change started.
+    Subscription scaleTask_;
+    Lifetime lifetime_;
+};
+
+}  // namespace pintle
