@@ -1,0 +1,75 @@
+#include "app/cursor_view_model.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "settings/cursor_settings.h"
+#include "settings/typed_defaults.h"
+#include "themes/animation_detection.h"
+
+namespace pintle {
+namespace {
+
+CursorViewModel* installed = nullptr;
+
+}  // namespace
+
+CursorViewModel::CursorViewModel(const Neighbours& neighbours) : to_(neighbours) {
+    to_.log.system("[VIEWMODEL] INIT START");
+    to_.log.system(fmt::format("[VIEWMODEL] Catalog count: {}", CursorThemeInfo::catalog().size()));
+    themesChanged_ = to_.themes.changed.observe([this] { changed.emit(); });
+    currentThemeChanged_ = to_.pipeline.currentThemeChanged.observe([this] { changed.emit(); });
+
+    to_.store.createDirectoriesIfNeeded();
+    to_.themes.loadThemes();
+    to_.log.system(fmt::format("[VIEWMODEL] Themes loaded: {}", themes().size()));
+    to_.log.system(fmt::format("[VIEWMODEL] Downloaded themes: {}",
+                               std::count_if(themes().begin(), themes().end(),
+                                             [](const auto& theme) { return theme.isDownloaded; })));
+    restoreCurrentTheme();
+    detectAnimatedThemes();
+    to_.pipeline.observeScale();
+}
+
+CursorViewModel::~CursorViewModel() {
+    if (installed == this) installed = nullptr;
+}
+
+CursorViewModel& CursorViewModel::shared() {
+    if (!installed) std::abort();
+    return *installed;
+}
+
+void CursorViewModel::install(CursorViewModel& instance) { installed = &instance; }
+
+void CursorViewModel::setSelectedFilter(CursorHandedness filter) {
+    selectedFilter_ = filter;
+    changed.emit();
+}
+
+void CursorViewModel::restoreCurrentTheme() {
+    const auto id = stringValue(to_.preferences, CursorSettings::themeIdKey);
+    const auto* row = id ? to_.themes.find(*id) : nullptr;
+    if (row && row->isDownloaded) to_.pipeline.setCurrentTheme(*row);
+}
+
+void CursorViewModel::detectAnimatedThemes() {
+    struct Examined {
+        AnimationAnswers answers;
+        Subscription activity;
+    };
+    runInBackground(
+        to_.background, to_.mainQueue, lifetime_, Priority::utility,
+        [&hints = to_.hints, themes = themesToExamine(to_.preferences, to_.themes, to_.store)] {
+            auto activity = hints.beginActivity("Detecting animated themes");
+            return Examined{examineThemes(themes), std::move(activity)};
+        },
+        [this](const Examined& examined) {
+            recordAnimationAnswers(examined.answers, to_.preferences, to_.themes);
+        });
+}
+
+}  // namespace pintle

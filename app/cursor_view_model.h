@@ -1,0 +1,88 @@
+// The one view model that the user interface observes: the theme list with its live state, the current theme,
+// the filter, and the requests to apply and reset. A facade over the rooms below, made by the root.
+// Main thread only.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apply/application_pipeline.h"
+#include "base/lifetime.h"
+#include "base/signal.h"
+#include "base/subscription.h"
+#include "cursor/preloaded_cursor.h"
+#include "platform/background_tasks.h"
+#include "platform/key_value_store.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/process_hints.h"
+#include "themes/cursor_handedness.h"
+#include "themes/cursor_theme_info.h"
+#include "themes/theme_list.h"
+#include "themes/theme_store.h"
+
+namespace pintle {
+
+class CursorViewModel {
+  public:
+    struct Neighbours {
+        ThemeList& themes;
+        ThemeStore& store;
+        ApplicationPipeline& pipeline;
+        KeyValueStore& preferences;
+        MainQueue& mainQueue;
+        BackgroundTasks& background;
+        ProcessHints& hints;
+        Log& log;
+    };
+
+    /// Loads the catalog and the themes on disk, restores the current theme, starts the detection of animated
+    /// themes and listens for changes of the scale.
+    explicit CursorViewModel(const Neighbours& neighbours);
+    CursorViewModel(const CursorViewModel&) = delete;
+    CursorViewModel& operator=(const CursorViewModel&) = delete;
+    ~CursorViewModel();
+
+    /// The instance that the root installed. Ends the program when there is none. Not for the core.
+    static CursorViewModel& shared();
+    /// Makes `instance` the answer of shared() until it ends.
+    static void install(CursorViewModel& instance);
+
+    /// The rows in catalog order.
+    const std::vector<CursorThemeInfo>& themes() const { return to_.themes.themes(); }
+    /// The theme last applied; absent when the desktop's cursors are in use.
+    const std::optional<CursorThemeInfo>& currentTheme() const { return to_.pipeline.currentTheme(); }
+    CursorHandedness selectedFilter() const { return selectedFilter_; }
+    void setSelectedFilter(CursorHandedness filter);
+    /// Any of the three above has changed.
+    Signal<> changed;
+
+    void applyTheme(const CursorThemeInfo& theme) { to_.pipeline.applyTheme(theme); }
+    void applyThemeWithScale(const CursorThemeInfo& theme, double scale) {
+        to_.pipeline.applyThemeWithScale(theme, scale);
+    }
+    void resetToDefault() { to_.pipeline.resetToDefault(); }
+    void applyLastUsedTheme() { to_.pipeline.applyLastUsedTheme(); }
+
+    static std::optional<PreloadedCursor> makePreloaded(const std::string& name,
+                                                        const std::vector<XCursorImage>& images,
+                                                        double scale) {
+        return pintle::makePreloaded(name, images, scale);
+    }
+
+    /// Examines the downloaded themes that have not been examined before, in the background, and marks every
+    /// row by what is known.
+    void detectAnimatedThemes();
+
+  private:
+    void restoreCurrentTheme();
+
+    const Neighbours to_;
+    CursorHandedness selectedFilter_ = CursorHandedness::all;
+    Subscription themesChanged_;
+    Subscription currentThemeChanged_;
+    Lifetime lifetime_;
+};
+
+}  // namespace pintle
