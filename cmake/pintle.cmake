@@ -14,6 +14,9 @@ if(PINTLE_CCACHE)
     set(CMAKE_C_COMPILER_LAUNCHER ${PINTLE_CCACHE})
 endif()
 
+# The toolkit's lower-case macros (emit, signals, slots) are ordinary words here.
+add_compile_definitions(QT_NO_KEYWORDS)
+
 add_compile_options(-Wall -Wextra -Wshadow -Wnon-virtual-dtor -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND PINTLE_SANITIZE)
     # GCC's flow analysis reports uninitialised values that the instrumentation itself introduces.
