@@ -39,6 +39,7 @@ class OverlayConnection {
     /// A window of this connection; its own restacking is not counted.
     void addOwnWindow(xcb_window_t window);
     void removeOwnWindow(xcb_window_t window);
+    bool isOwn(xcb_window_t window) const;
 
     Signal<>& compositorChanged() { return compositorChanged_; }
 
@@ -46,7 +47,6 @@ class OverlayConnection {
     explicit OverlayConnection(std::unique_ptr<x11::XConnection> connection);
     void askForCompositor();
     void handle(const xcb_generic_event_t& event);
-    bool isOwn(xcb_window_t window) const;
 
     std::unique_ptr<x11::XConnection> connection_;
     std::vector<xcb_window_t> ownWindows_;

@@ -22,6 +22,9 @@ class X11Displays : public Displays {
     /// Left edge of the origin's screen and the first row below it, in root window pixels.
     int originX() { return screens(), originX_; }
     int originBottom() { return screens(), originBottom_; }
+    int originTop() {
+        return screens().empty() ? 0 : originBottom_ - static_cast<int>(screens_[0].frame.size.height);
+    }
 
   private:
     void refresh();

@@ -1,0 +1,86 @@
+#include <QCoreApplication>
+
+#include "app/qt/root.h"
+#include "apply/null_overlay.h"
+#include "platform/linux/dbus_instance_bus.h"
+#include "platform/linux/hardware_cursor.h"
+#include "platform/linux/linux_log.h"
+#include "platform/linux/linux_process_hints.h"
+#include "platform/linux/plist_coder.h"
+#include "platform/linux/plist_key_value_store.h"
+#include "platform/linux/signal_recovery.h"
+#include "platform/linux/user_directories.h"
+#include "platform/linux/x11/x11_window_server.h"
+#include "platform/qt/qt_background_tasks.h"
+#include "platform/qt/qt_image_service.h"
+#include "platform/qt/qt_main_queue.h"
+#include "platform/qt/qt_socket_watch.h"
+
+namespace pintle {
+
+struct Root::Early {
+    Environment environment = processEnvironment();
+    Bundle bundle = makeBundle(environment);
+    std::unique_ptr<Log> log = makeLinuxLog();
+    std::unique_ptr<MainQueue> queue = makeQtMainQueue();
+    std::unique_ptr<BackgroundTasks> background = makeQtBackgroundTasks();
+    std::unique_ptr<PropertyListCoder> propertyLists = makePlistCoder();
+    std::unique_ptr<KeyValueStore> preferences = makePlistKeyValueStore(
+        makePreferencePath(environment, bundle), *propertyLists, *log, *queue, *background);
+    std::unique_ptr<InstanceBus> instances = makeDbusInstanceBus(bundle.identifier);
+};
+
+struct Root::Desktop {
+    explicit Desktop(Early& early)
+        : windowServer(makeX11WindowServer(X11WindowServerOptions{
+              .display = std::nullopt,
+              .queue = *early.queue,
+              .log = *early.log,
+              .watchReadable =
+                  [&queue = *early.queue](int descriptor, std::function<void()> readable) {
+                      return watchReadable(queue, descriptor, std::move(readable));
+                  },
+              .serverDied = [] { QCoreApplication::exit(1); },
+              .environment = {},
+              .nameSent = {},
+          })) {}
+
+    std::unique_ptr<WindowServer> windowServer;
+    std::unique_ptr<HardwareCursor> hardwareCursor = makeHardwareCursor();
+    std::unique_ptr<ImageService> images = makeQtImageService();
+    std::unique_ptr<ProcessHints> hints = makeLinuxProcessHints();
+};
+
+Root::Root()
+    : early_(std::make_unique<Early>()),
+      composition_(std::make_unique<Composition>(
+          EarlyPlatform{*early_->log, *early_->preferences, *early_->instances})) {}
+
+Root::~Root() { early_->preferences->synchronize(); }
+
+bool Root::start() {
+    if (composition_->anotherCopyRuns()) return false;
+    // The server draws a hidden pointer again by itself when the connection that hid it goes.
+    installSignalRecovery(nullptr);
+    desktop_ = std::make_unique<Desktop>(*early_);
+    composition_->build(
+        Platform{
+            .mainQueue = *early_->queue,
+            .background = *early_->background,
+            .windowServer = *desktop_->windowServer,
+            .hardwareCursor = *desktop_->hardwareCursor,
+            .images = *desktop_->images,
+            .propertyLists = *early_->propertyLists,
+            .hints = *desktop_->hints,
+            .directories = makeUserDirectories(early_->environment),
+            .bundle = early_->bundle,
+        },
+        std::make_unique<NullOverlay>(*early_->log));
+    composition_->startCursors();
+    return true;
+}
+
+MainQueue& Root::mainQueue() { return *early_->queue; }
+Composition& Root::composition() { return *composition_; }
+
+}  // namespace pintle

@@ -1,0 +1,81 @@
+// Drives the program for the tours: the same root as the program itself, and commands on standard input, one
+// a line: "apply ID", "scale S", "reset", "quit". Each is answered on standard output by "ok COMMAND" once it
+// is accepted, or by "error REASON". Never installed.
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "app/qt/root.h"
+#include "platform/qt/qt_socket_watch.h"
+
+namespace {
+
+class Driver {
+  public:
+    explicit Driver(pintle::Root& root)
+        : root_(root), input_(pintle::watchReadable(root.mainQueue(), STDIN_FILENO, [this] { read(); })) {}
+
+  private:
+    void read() {
+        char bytes[4096];
+        const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
+        if (count <= 0) {
+            input_.end();
+            QCoreApplication::quit();
+            return;
+        }
+        pending_.append(bytes, static_cast<std::size_t>(count));
+        for (auto end = pending_.find('\n'); end != std::string::npos; end = pending_.find('\n')) {
+            const std::string line = pending_.substr(0, end);
+            pending_.erase(0, end + 1);
+            const std::string refusal = obey(line);
+            if (refusal.empty())
+                std::printf("ok %s\n", line.c_str());
+            else
+                std::printf("error %s\n", refusal.c_str());
+            std::fflush(stdout);
+        }
+    }
+
+    std::string obey(const std::string& line) {
+        const auto space = line.find(' ');
+        const std::string command = line.substr(0, space);
+        const std::string argument = space == std::string::npos ? "" : line.substr(space + 1);
+        auto& model = root_.composition().viewModel();
+        if (command == "apply") {
+            const auto& themes = model.themes();
+            const auto row =
+                std::find_if(themes.begin(), themes.end(),
+                             [&](const pintle::CursorThemeInfo& each) { return each.id == argument; });
+            if (row == themes.end()) return "unknown theme " + argument;
+            model.applyTheme(*row);
+        } else if (command == "scale") {
+            root_.composition().settings().setCursorScale(std::strtod(argument.c_str(), nullptr));
+        } else if (command == "reset") {
+            model.resetToDefault();
+        } else if (command == "quit") {
+            QCoreApplication::quit();
+        } else {
+            return "unknown command " + command;
+        }
+        return "";
+    }
+
+    pintle::Root& root_;
+    std::string pending_;
+    pintle::Subscription input_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    pintle::Root root;
+    if (!root.start()) return 3;
+    const Driver driver(root);
+    return QCoreApplication::exec();
+}
