@@ -1,0 +1,146 @@
+#include "app/composition.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "apply/null_overlay.h"
+#include "tests/support/fake_overlay.h"
+#include "tests/support/test_world.h"
+#include "tests/support/xcursor_builder.h"
+
+namespace pintle {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto kIce = "bibata-modern-ice";
+constexpr auto kArrow = "com.apple.coregraphics.Arrow";
+
+struct CompositionTest : testing::Test {
+    TestWorld world;
+    FakeInstanceBus bus;
+    FakeOverlay* overlay = nullptr;
+
+    EarlyPlatform early() { return {world.log, world.store, bus}; }
+    Platform platform() {
+        return {world.scheduler.mainQueue(),
+                world.scheduler.backgroundTasks(),
+                world.windowServer,
+                world.hardwareCursor,
+                world.images,
+                world.propertyLists,
+                world.hints,
+                world.directories,
+                {}};
+    }
+    std::unique_ptr<Composition> start() {
+        auto composition = std::make_unique<Composition>(early());
+        auto made = std::make_unique<FakeOverlay>();
+        overlay = made.get();
+        composition->build(platform(), std::move(made));
+        composition->startCursors();
+        return composition;
+    }
+    void writeTheme() {
+        writeFile(world.themesDirectory() / kIce / "cursors" / "left_ptr",
+                  XCursorBuilder().image({.size = 32}).bytes());
+    }
+    std::vector<std::string> shellLines() {
+        std::vector<std::string> lines;
+        for (const auto& line : world.log.systemLines)
+            if (line.starts_with("[PINTLEAPP]")) lines.push_back(line);
+        return lines;
+    }
+};
+
+TEST_F(CompositionTest, BeforeTheSingleInstanceCheckOnlyTheSettingsAreMade) {
+    Composition composition(early());
+    EXPECT_EQ(world.store.registerDefaultsCalls, 1);
+    EXPECT_EQ(&CursorSettings::shared(), &composition.settings());
+    EXPECT_THAT(world.log.systemLines, IsEmpty());
+    EXPECT_FALSE(std::filesystem::exists(world.themesDirectory()));
+    EXPECT_FALSE(composition.anotherCopyRuns());
+    bus.another = true;
+    EXPECT_TRUE(composition.anotherCopyRuns());
+}
+
+TEST_F(CompositionTest, StartsTheCursorsInTheOrderOfItsLogLines) {
+    const auto composition = start();
+    EXPECT_THAT(shellLines(),
+                ElementsAre("[PINTLEAPP] Calling showSystemCursorGuaranteed()",
+                            "[PINTLEAPP] showSystemCursorGuaranteed() DONE",
+                            "[PINTLEAPP] Calling applyLastCursor() SYNCHRONOUSLY",
+                            "[PINTLEAPP] applyLastCursor() START", "[PINTLEAPP] CursorViewModel created",
+                            "[PINTLEAPP] applyLastCursor() DONE", "[PINTLEAPP] applyLastCursor() DONE"));
+    EXPECT_EQ(overlay->calls.front(), "showSystemCursorGuaranteed");
+}
+
+TEST_F(CompositionTest, AppliesTheStoredThemeAtStart) {
+    writeTheme();
+    world.store.set("currentThemeId", kIce);
+    const auto composition = start();
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(world.windowServer.registered.contains(kArrow));
+    EXPECT_TRUE(world.log.has("Auto-applied last theme: Bibata Modern Ice"));
+    EXPECT_TRUE(composition->changer().isActive());
+}
+
+TEST_F(CompositionTest, FlushesTheWindowServerAtTheEndOfEachTurnAndAtItsEnd) {
+    auto composition = start();
+    EXPECT_EQ(world.windowServer.flushes, 0);
+    composition->settings().setCursorScale(1.5);
+    world.scheduler.step();
+    EXPECT_EQ(world.windowServer.flushes, 1);
+    world.scheduler.runUntilIdle();
+    const auto before = world.windowServer.flushes;
+    composition.reset();
+    EXPECT_EQ(world.windowServer.flushes, before + 1);
+}
+
+TEST_F(CompositionTest, ItsEndLeavesARegisteredThemeInForce) {
+    writeTheme();
+    world.store.set("currentThemeId", kIce);
+    auto composition = start();
+    world.scheduler.runUntilIdle();
+    composition.reset();
+    EXPECT_TRUE(world.windowServer.registered.contains(kArrow));
+    world.scheduler.advance(std::chrono::minutes(5));
+    EXPECT_EQ(*world.store.object("currentThemeId"), PropertyValue(kIce));
+}
+
+TEST_F(CompositionTest, MayEndInTheMiddleOfALoad) {
+    writeTheme();
+    world.store.set("currentThemeId", kIce);
+    for (int steps = 0; steps < 8; ++steps) {
+        auto composition = start();
+        for (int i = 0; i < steps; ++i) world.scheduler.step();
+        composition.reset();
+        world.scheduler.runUntilIdle();
+    }
+    EXPECT_TRUE(world.hints.active->empty());
+}
+
+TEST_F(CompositionTest, InstallsTheSharedAnswers) {
+    const auto composition = start();
+    EXPECT_EQ(&CursorViewModel::shared(), &composition->viewModel());
+    EXPECT_EQ(&CursorApplier::shared(), &composition->applier());
+    EXPECT_EQ(&SystemCursorChanger::shared(), &composition->changer());
+    EXPECT_EQ(&composition->overlay(), overlay);
+}
+
+TEST_F(CompositionTest, ShowsTheDesktopsCursorWhereRegistrationIsRefusedAndNothingCanBeDrawn) {
+    writeTheme();
+    world.store.set("currentThemeId", kIce);
+    world.windowServer.missing = {WindowServerFunction::registerCursorWithImages};
+    Composition composition(early());
+    composition.build(platform(), std::make_unique<NullOverlay>(world.log));
+    composition.startCursors();
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(world.log.has("[SystemCursorChanger] CGS symbols unavailable"));
+    EXPECT_TRUE(composition.overlay().isActive());
+    EXPECT_THAT(world.windowServer.registered, IsEmpty());
+}
+
+}  // namespace
+}  // namespace pintle
