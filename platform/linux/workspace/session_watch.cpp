@@ -44,7 +44,7 @@ class SessionWatch::Receiver : public QObject {
                                  QStringLiteral("ActiveChanged"), this, SLOT(screenSaverChanged(bool)));
     }
 
-  private slots:
+  private Q_SLOTS:
     void prepareForSleep(bool sleeping) { listener_.sleep(sleeping); }
     void lock() { setLocked(true); }
     void unlock() { setLocked(false); }
