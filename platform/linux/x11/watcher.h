@@ -1,0 +1,58 @@
+// The connection that looks: it hears of cursor changes and of the desktop's settings, and reads what is
+// shown where. Registers nothing, so it ends with the process. Main thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/linux/x11/desktop_settings.h"
+#include "platform/linux/x11/keeper_rules.h"
+#include "platform/linux/x11/x_connection.h"
+
+namespace pintle::x11 {
+
+struct PointerState {
+    int x = 0;
+    int y = 0;
+    bool buttonPressed = false;
+    /// The innermost window under the pointer; the root window when there is none.
+    xcb_window_t deepest = 0;
+};
+
+class Watcher {
+  public:
+    /// What arrived since the last question.
+    struct News {
+        /// The last cursor that came to be shown, with the name as far as the event tells it.
+        std::optional<ShownCursor> cursor;
+        bool settingsChanged = false;
+    };
+
+    /// Absent (null) when there is no server or it lacks what is needed.
+    static std::unique_ptr<Watcher> open(const std::string& display);
+
+    XConnection& connection() { return *connection_; }
+
+    /// Whether cursor changes are news.
+    void listenToCursors(bool listen);
+    News takeNews();
+    /// The cursor shown now; absent when the connection is gone. `lastKnown` tells serial and name where the
+    /// server does not let the cursor be read.
+    std::optional<ShownCursor> shownCursor(const std::optional<ShownCursor>& lastKnown);
+    std::optional<PointerState> pointer();
+    CursorThemeChoice cursorTheme(const Environment& environment);
+
+  private:
+    explicit Watcher(std::unique_ptr<XConnection> connection);
+    void followSettingsManager();
+    std::string atomName(xcb_atom_t atom);
+
+    std::unique_ptr<XConnection> connection_;
+    xcb_atom_t managerSelection_;
+    xcb_atom_t managerProperty_;
+    xcb_window_t manager_ = 0;
+};
+
+}  // namespace pintle::x11

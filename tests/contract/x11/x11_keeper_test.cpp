@@ -1,0 +1,173 @@
+// What the one-shot replacement by name does not reach: the keeper finds it when it is shown.
+#include <set>
+
+#include "tests/contract/x11/x11_fixture.h"
+
+namespace pintle {
+namespace {
+
+class X11Keeper : public X11Test {
+  protected:
+    XTestClient other{x.display(), "B"};
+};
+
+TEST_F(X11Keeper, AProgramStartedAfterTheApplyIsThemed) {
+    client->warp(300, 300);
+    start();
+    apply(10);
+    XTestClient late(x.display(), "B");
+    const auto window = late.window(0, 0);
+    late.define(window, late.cursor("xterm"));
+    client->warp(50, 50);
+    EXPECT_TRUE(becomes(themePixel(10)));
+    EXPECT_EQ(shownName(), "xterm");
+}
+
+TEST_F(X11Keeper, ACursorSetForTheDeviceIsThemedWhenThePointerComes) {
+    const auto window = other.window(0, 0);
+    other.defineForDevice(window, other.cursor("hand2"));
+    client->warp(300, 300);
+    start();
+    apply(10);
+    client->warp(50, 50);
+    EXPECT_TRUE(becomes(themePixel(10)));
+    EXPECT_EQ(shownName(), "hand2");
+}
+
+TEST_F(X11Keeper, ACursorSetForTheDeviceIsThemedUnderARestingPointer) {
+    const auto window = other.window(0, 0);
+    other.defineForDevice(window, other.cursor("hand2"));
+    client->warp(50, 50);
+    start();
+    apply(10);
+    EXPECT_TRUE(becomes(themePixel(10)));
+    apply(11);
+    EXPECT_TRUE(becomes(themePixel(11)));
+    restore();
+    EXPECT_TRUE(becomes(kThemeA + 0x30));
+}
+
+TEST_F(X11Keeper, APrivateCursorWithoutANameIsKnownByTheDesktopsPixels) {
+    const auto window = client->window(0, 0);
+    client->define(window, client->namelessCursor("hand2"));
+    client->warp(50, 50);
+    ASSERT_EQ(shownName(), "");
+    start();
+    apply(10);
+    EXPECT_TRUE(becomes(themePixel(10)));
+    EXPECT_EQ(shownName(), "hand2");
+    // Its next cursor is not hidden by what the keeper set.
+    client->define(window, client->cursor("fleur"));
+    settle();
+    EXPECT_EQ(shownPixel(), kThemeA + 0x40);
+    client->define(window, client->namelessCursor("xterm"));
+    EXPECT_TRUE(becomes(themePixel(10)));
+    EXPECT_EQ(shownName(), "xterm");
+}
+
+TEST_F(X11Keeper, ACursorThatNobodyCanSeeIsLeftAlone) {
+    const auto window = client->window(0, 0);
+    client->define(window, client->blankCursor("blank"));
+    const auto second = client->window(100, 0);
+    client->warp(300, 300);
+    start();
+    apply(10);
+    client->warp(50, 50);
+    settle();
+    EXPECT_EQ(shownPixel(), 0u);
+    client->define(second, client->blankCursor("xterm"));
+    client->warp(150, 50);
+    settle();
+    EXPECT_EQ(shownPixel(), 0u);
+}
+
+TEST_F(X11Keeper, APictureThatIsNobodysIsLeftAlone) {
+    writeTestTheme(themes.path(), "B", {{"nobodys", 0xFF123456}});
+    const auto window = other.window(0, 0);
+    other.define(window, other.cursor("nobodys"));
+    client->warp(300, 300);
+    start();
+    apply(10);
+    client->warp(50, 50);
+    settle();
+    EXPECT_EQ(shownPixel(), 0xFF123456u);
+    other.define(window, other.namelessCursor("nobodys"));
+    settle();
+    EXPECT_EQ(shownPixel(), 0xFF123456u);
+}
+
+TEST_F(X11Keeper, AfterARestoreItRests) {
+    start();
+    apply(10);
+    restore();
+    const auto window = other.window(0, 0);
+    other.define(window, other.cursor("left_ptr"));
+    client->warp(50, 50);
+    settle();
+    EXPECT_EQ(shownPixel(), kThemeB + 0x10);
+}
+
+TEST_F(X11Keeper, AfterARestoreAChangeByNameOfTheDesktopShowsAtOnce) {
+    const auto window = client->window(0, 0);
+    client->define(window, client->cursor("left_ptr"));
+    client->warp(50, 50);
+    start();
+    apply(10);
+    restore();
+    other.changeByName(other.cursor("left_ptr"), "left_ptr");
+    settle();
+    EXPECT_EQ(shownPixel(), kThemeB + 0x10);
+}
+
+TEST_F(X11Keeper, AQuarrelsomeProgramHasTheLastWord) {
+    const auto window = other.window(0, 0);
+    other.define(window, other.cursor("left_ptr"));
+    client->warp(50, 50);
+    start();
+    other.quarrelOver(window, "left_ptr");
+    apply(10);
+    int answers = 0;
+    const auto end = queue.now() + std::chrono::seconds(2);
+    while (queue.now() < end) {
+        queue.runOnce(std::chrono::milliseconds(2));
+        answers += other.quarrelOver(window, "left_ptr");
+    }
+    EXPECT_GT(answers, 1);
+    EXPECT_LT(answers, 15);
+    EXPECT_EQ(other.quarrelOver(window, "left_ptr"), 0);
+}
+
+TEST_F(X11Keeper, ACursorWhoseMakerIsGoneIsSurvived) {
+    auto gone = std::make_unique<XTestClient>(x.display(), "B");
+    const auto window = client->window(0, 0);
+    gone->define(window, gone->cursor("hand2"));
+    gone.reset();
+    client->warp(300, 300);
+    start();
+    apply(10);
+    client->warp(50, 50);
+    EXPECT_TRUE(becomes(themePixel(10)));
+    apply(11);
+    EXPECT_TRUE(becomes(themePixel(11)));
+}
+
+TEST_F(X11Keeper, AnAnimatedThemeCursorIsNotFixedOverAndOver) {
+    const auto window = other.window(0, 0);
+    other.define(window, other.cursor("watch"));
+    client->warp(50, 50);
+    start();
+    EXPECT_EQ(registerTheme(themeCursor(kWait, 20, 4)), 0);
+    server->flush();
+    namesSent.clear();
+    std::set<std::uint32_t> seen;
+    const auto end = queue.now() + std::chrono::milliseconds(600);
+    while (queue.now() < end) {
+        queue.runOnce(std::chrono::milliseconds(5));
+        seen.insert(shownPixel() & 0xFFFF00FF);
+    }
+    EXPECT_THAT(seen, testing::ElementsAre(themePixel(20)));
+    EXPECT_THAT(namesSent, testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace pintle
