@@ -1,15 +1,19 @@
 #include <QCoreApplication>
 
 #include "app/qt/root.h"
+#include "apply/cursor_overlay_manager.h"
 #include "apply/null_overlay.h"
 #include "platform/linux/dbus_instance_bus.h"
 #include "platform/linux/hardware_cursor.h"
+#include "platform/linux/linux_desktop_names.h"
 #include "platform/linux/linux_log.h"
 #include "platform/linux/linux_process_hints.h"
+#include "platform/linux/overlay/overlay_desktop.h"
 #include "platform/linux/plist_coder.h"
 #include "platform/linux/plist_key_value_store.h"
 #include "platform/linux/signal_recovery.h"
 #include "platform/linux/user_directories.h"
+#include "platform/linux/workspace/linux_workspace.h"
 #include "platform/linux/x11/x11_window_server.h"
 #include "platform/qt/qt_background_tasks.h"
 #include "platform/qt/qt_image_service.h"
@@ -36,19 +40,35 @@ struct Root::Desktop {
               .display = std::nullopt,
               .queue = *early.queue,
               .log = *early.log,
-              .watchReadable =
-                  [&queue = *early.queue](int descriptor, std::function<void()> readable) {
-                      return watchReadable(queue, descriptor, std::move(readable));
-                  },
+              .watchReadable = watcherOn(*early.queue),
               .serverDied = [] { QCoreApplication::exit(1); },
               .environment = {},
               .nameSent = {},
-          })) {}
+          })),
+          workspace(makeLinuxWorkspace({std::nullopt, *early.queue, watcherOn(*early.queue)})),
+          overlay(makeOverlayDesktop(
+              {std::nullopt, *early.queue, *workspace, watcherOn(*early.queue), std::function<bool()>()})) {}
+
+    static std::function<Subscription(int, std::function<void()>)> watcherOn(MainQueue& queue) {
+        return [&queue](int descriptor, std::function<void()> readable) {
+            return watchReadable(queue, descriptor, std::move(readable));
+        };
+    }
+
+    std::unique_ptr<CursorOverlay> makeOverlay(Early& early, const CursorSettings& settings) {
+        if (!overlay) return std::make_unique<NullOverlay>(*early.log);
+        return std::make_unique<CursorOverlayManager>(CursorOverlayManager::Desktop{
+            *early.queue, *early.log, overlay->displays(), overlay->surfaces(), overlay->windowList(),
+            *workspace, overlay->pointer(), *hardwareCursor, overlay->accessibility(), settings, names});
+    }
 
     std::unique_ptr<WindowServer> windowServer;
     std::unique_ptr<HardwareCursor> hardwareCursor = makeHardwareCursor();
     std::unique_ptr<ImageService> images = makeQtImageService();
     std::unique_ptr<ProcessHints> hints = makeLinuxProcessHints();
+    DesktopNames names = makeLinuxDesktopNames();
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<OverlayDesktop> overlay;
 };
 
 Root::Root()
@@ -75,7 +95,7 @@ bool Root::start() {
             .directories = makeUserDirectories(early_->environment),
             .bundle = early_->bundle,
         },
-        std::make_unique<NullOverlay>(*early_->log));
+        desktop_->makeOverlay(*early_, composition_->settings()));
     composition_->startCursors();
     return true;
 }

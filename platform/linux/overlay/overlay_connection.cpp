@@ -12,15 +12,18 @@ namespace {
 
 constexpr std::uint8_t kEventMask = 0x7F;
 
-void listenToRawMotion(xcb_connection_t* c, xcb_window_t root) {
+constexpr std::chrono::seconds kUnfollowedFor{2};
+
+void listenToRawMotion(xcb_connection_t* c, xcb_window_t root, bool listen) {
     struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
     } request{};
     request.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
     request.head.mask_len = 1;
-    request.mask = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
-                   XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+    if (listen)
+        request.mask = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
+                       XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
     xcb_input_xi_select_events(c, root, 1, &request.head);
 }
 
@@ -38,13 +41,10 @@ OverlayConnection::OverlayConnection(std::unique_ptr<x11::XConnection> connectio
     : connection_(std::move(connection)), compositorSelection_(connection_->atom("_NET_WM_CM_S0")) {
     auto* const c = get();
     const auto root = connection_->root();
-    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-    xcb_change_window_attributes(c, root, XCB_CW_EVENT_MASK, &mask);
     xcb_xfixes_select_selection_input(c, root, compositorSelection_,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    xcb_xfixes_select_cursor_input(c, root, XCB_XFIXES_CURSOR_NOTIFY_MASK_DISPLAY_CURSOR);
     if (const auto* const randr = xcb_get_extension_data(c, &xcb_randr_id); randr && randr->present) {
         firstRandrEvent_ = randr->first_event;
         xcb_randr_select_input(c, root,
@@ -52,8 +52,30 @@ OverlayConnection::OverlayConnection(std::unique_ptr<x11::XConnection> connectio
                                    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
     }
     inputOpcode_ = xcb_get_extension_data(c, &xcb_input_id)->major_opcode;
-    listenToRawMotion(c, root);
+    listen(false);
     askForCompositor();
+    flush();
+}
+
+void OverlayConnection::listen(bool toEverything) {
+    auto* const c = get();
+    const auto root = connection_->root();
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                               (toEverything ? std::uint32_t{XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY} : 0U);
+    xcb_change_window_attributes(c, root, XCB_CW_EVENT_MASK, &mask);
+    xcb_xfixes_select_cursor_input(c, root, toEverything ? XCB_XFIXES_CURSOR_NOTIFY_MASK_DISPLAY_CURSOR : 0);
+    listenToRawMotion(c, root, toEverything);
+}
+
+void OverlayConnection::follow() {
+    lastFollowed_ = std::chrono::steady_clock::now();
+    if (following_) return;
+    following_ = true;
+    // What happened meanwhile was not reported.
+    cursorSerial_ = 0;
+    ++motions_;
+    ++restackings_;
+    listen(true);
     flush();
 }
 
@@ -67,6 +89,11 @@ void OverlayConnection::drain() {
     const bool composited = hasCompositor_;
     while (const x11::Reply<xcb_generic_event_t> event{xcb_poll_for_event(get())}) handle(*event);
     if (composited != hasCompositor_) compositorChanged_.emit();
+    if (following_ && std::chrono::steady_clock::now() - lastFollowed_ > kUnfollowedFor) {
+        following_ = false;
+        listen(false);
+        flush();
+    }
 }
 
 void OverlayConnection::handle(const xcb_generic_event_t& event) {

@@ -2,9 +2,11 @@
 // process ends, however it ends, the server drops the hiding and the pointer is drawn again. Main thread.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "base/signal.h"
 #include "platform/linux/x11/x_connection.h"
@@ -20,8 +22,12 @@ class OverlayConnection {
     xcb_connection_t* get() const { return connection_->get(); }
     bool isBroken() const { return connection_->isBroken(); }
 
-    /// Takes in what the server has sent; costs no round trip.
+    /// Takes in what the server has sent; costs no round trip. Called whenever the descriptor is readable and
+    /// before every answer.
     void drain();
+    /// Somebody follows the pointer. Motion, restacking and cursor changes are reported from the first call
+    /// until none has come for two seconds, so that a program at rest is not woken by the mouse.
+    void follow();
     /// Sends what was asked so far.
     void flush() { xcb_flush(get()); }
 
@@ -31,8 +37,12 @@ class OverlayConnection {
     std::uint64_t restackings() const { return restackings_; }
     /// Counts the changes of monitors and of the root window's size.
     std::uint64_t displayChanges() const { return displayChanges_; }
-    /// Serial of the cursor shown last; 0 before the first report.
+    /// Serial of the cursor shown last; 0 before the first report since following began.
     std::uint32_t cursorSerial() const { return cursorSerial_; }
+    /// Before the first report the serial that was read stands in for it.
+    void cursorWasRead(std::uint32_t serial) {
+        if (cursorSerial_ == 0) cursorSerial_ = serial;
+    }
     xcb_atom_t cursorName() const { return cursorName_; }
     bool hasCompositor() const { return hasCompositor_; }
 
@@ -46,6 +56,7 @@ class OverlayConnection {
   private:
     explicit OverlayConnection(std::unique_ptr<x11::XConnection> connection);
     void askForCompositor();
+    void listen(bool toEverything);
     void handle(const xcb_generic_event_t& event);
 
     std::unique_ptr<x11::XConnection> connection_;
@@ -59,6 +70,8 @@ class OverlayConnection {
     std::uint32_t cursorSerial_ = 0;
     xcb_atom_t cursorName_ = 0;
     bool hasCompositor_ = false;
+    bool following_ = false;
+    std::chrono::steady_clock::time_point lastFollowed_;
     Signal<> compositorChanged_;
 };
 

@@ -81,6 +81,7 @@ DisplayId X11Displays::mainDisplayID() {
 }
 
 Point X11Displays::mouseLocation() {
+    connection_.follow();
     screens();
     if (motionsSeen_ == connection_.motions() && ++questionsSince_ < kQuestionsAtRest) return mouse_;
     motionsSeen_ = connection_.motions();

@@ -68,9 +68,9 @@ std::optional<std::int64_t> X11Pointer::currentCursorSeed() {
 }
 
 std::optional<SystemCursor> X11Pointer::currentSystemCursor() {
+    connection_.follow();
     connection_.drain();
-    if (readSerial_ && (connection_.cursorSerial() == 0 || *readSerial_ == connection_.cursorSerial()))
-        return read_;
+    if (connection_.cursorSerial() != 0 && readSerial_ == connection_.cursorSerial()) return read_;
     auto* const c = connection_.get();
     const x11::Reply<xcb_xfixes_get_cursor_image_and_name_reply_t> reply(
         xcb_xfixes_get_cursor_image_and_name_reply(c, xcb_xfixes_get_cursor_image_and_name(c), nullptr));
@@ -90,6 +90,7 @@ std::optional<SystemCursor> X11Pointer::currentSystemCursor() {
         return read_;
     }
     readSerial_ = reply->cursor_serial;
+    connection_.cursorWasRead(reply->cursor_serial);
     const std::span pixels(
         xcb_xfixes_get_cursor_image_and_name_cursor_image(reply.get()),
         static_cast<std::size_t>(xcb_xfixes_get_cursor_image_and_name_cursor_image_length(reply.get())));

@@ -1,0 +1,80 @@
+#include "platform/linux/overlay/overlay_desktop.h"
+
+#include <cstdlib>
+
+#include "platform/linux/overlay/atspi_accessibility.h"
+#include "platform/linux/overlay/overlay_connection.h"
+#include "platform/linux/overlay/x11_displays.h"
+#include "platform/linux/overlay/x11_overlay_surfaces.h"
+#include "platform/linux/overlay/x11_pointer.h"
+#include "platform/linux/overlay/x11_window_list.h"
+
+namespace pintle {
+namespace {
+
+std::optional<std::string> variable(const std::string& name) {
+    const char* const value = std::getenv(name.c_str());
+    if (!value) return std::nullopt;
+    return value;
+}
+
+bool isWaylandSession() {
+    return !variable("WAYLAND_DISPLAY").value_or("").empty() || variable("XDG_SESSION_TYPE") == "wayland";
+}
+
+class X11OverlayDesktop : public OverlayDesktop {
+  public:
+    X11OverlayDesktop(const OverlayDesktopOptions& options,
+                      std::unique_ptr<overlay::OverlayConnection> connection, const std::string& display)
+        : connection_(std::move(connection)),
+          displays_(*connection_),
+          surfaces_(*connection_, displays_),
+          pointer_(
+              *connection_, display, variable,
+              options.screenWatched ? options.screenWatched : [] { return false; }),
+          windowList_(*connection_, displays_),
+          accessibility_(overlay::makeAtspiAccessibility(
+              [this] { return std::pair(displays_.originX(), displays_.originTop()); })),
+          screensChange_(
+              options.workspace.observe(WorkspaceEvent::screenParametersDidChange,
+                                        [this](const WorkspaceNotification&) { displays_.invalidate(); })),
+          readable_(options.watchReadable(connection_->x().descriptor(), [this] { takeNews(); })),
+          endOfTurn_(options.queue.atEndOfTurn([this] { pointer_.flush(); })) {}
+    /// Nothing stays hidden behind a program that ends.
+    ~X11OverlayDesktop() override { pointer_.flush(); }
+
+    Displays& displays() override { return displays_; }
+    OverlaySurfaces& surfaces() override { return surfaces_; }
+    Pointer& pointer() override { return pointer_; }
+    WindowList& windowList() override { return windowList_; }
+    Accessibility& accessibility() override { return *accessibility_; }
+
+  private:
+    void takeNews() {
+        connection_->drain();
+        // A dead connection is readable for ever.
+        if (connection_->isBroken()) readable_.end();
+    }
+
+    std::unique_ptr<overlay::OverlayConnection> connection_;
+    overlay::X11Displays displays_;
+    overlay::X11OverlaySurfaces surfaces_;
+    overlay::X11Pointer pointer_;
+    overlay::X11WindowList windowList_;
+    std::unique_ptr<Accessibility> accessibility_;
+    Subscription screensChange_;
+    Subscription readable_;
+    Subscription endOfTurn_;
+};
+
+}  // namespace
+
+std::unique_ptr<OverlayDesktop> makeOverlayDesktop(OverlayDesktopOptions options) {
+    if (!options.display && isWaylandSession()) return nullptr;
+    const std::string display = options.display.value_or(variable("DISPLAY").value_or(""));
+    auto connection = overlay::OverlayConnection::open(display);
+    if (!connection) return nullptr;
+    return std::make_unique<X11OverlayDesktop>(options, std::move(connection), display);
+}
+
+}  // namespace pintle
