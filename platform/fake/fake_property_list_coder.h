@@ -16,14 +16,15 @@ class FakePropertyListCoder : public PropertyListCoder {
         if (encodingFails) return std::nullopt;
         lastFormat = format;
         encodedValues().push_back(value);
-        const std::string text = kMark + std::to_string(encodedValues().size() - 1);
+        const std::string text = kMark + std::to_string(encodedValues().size() - 1) + kEnd;
         return std::vector<std::uint8_t>(text.begin(), text.end());
     }
     std::optional<PropertyValue> decode(std::span<const std::uint8_t> bytes) override {
         const std::string text(bytes.begin(), bytes.end());
         if (!text.starts_with(kMark)) return std::nullopt;
         const auto index = static_cast<std::size_t>(std::strtoull(text.c_str() + kMark.size(), nullptr, 10));
-        if (index >= encodedValues().size()) return std::nullopt;
+        if (index >= encodedValues().size() || text != kMark + std::to_string(index) + kEnd)
+            return std::nullopt;
         return encodedValues()[index];
     }
 
@@ -36,6 +37,7 @@ class FakePropertyListCoder : public PropertyListCoder {
         return values;
     }
     inline static const std::string kMark = "fake property list ";
+    inline static const std::string kEnd = "\n";
 };
 
 }  // namespace pintle

@@ -220,7 +220,9 @@ std::optional<PropertyValue> read(plist_t node) {
         case PLIST_STRING: {
             std::uint64_t length = 0;
             const char* text = plist_get_string_ptr(node, &length);
-            return PropertyValue(std::string(text ? text : "", text ? length : 0));
+            std::string copy(text ? text : "", text ? length : 0);
+            if (!isWritable(copy, PropertyListFormat::binary)) return std::nullopt;
+            return PropertyValue(std::move(copy));
         }
         case PLIST_DATA: {
             std::uint64_t length = 0;
@@ -258,7 +260,8 @@ std::optional<PropertyValue> read(plist_t node) {
                 plist_t item = nullptr;
                 plist_dict_next_item(node, iterator, &key, &item);
                 const std::unique_ptr<char, Free> ownedKey(key);
-                auto value = key && item ? read(item) : std::nullopt;
+                const bool sound = key && item && isWritable(key, PropertyListFormat::binary);
+                auto value = sound ? read(item) : std::nullopt;
                 if (!value) return std::nullopt;
                 dictionary.insert_or_assign(key, std::move(*value));
             }

@@ -116,8 +116,25 @@ class BinaryList {
             const auto seconds = std::bit_cast<double>(number(found.payload, 8));
             if (!(seconds >= kEarliestDate && seconds <= kLatestDate)) return std::nullopt;
         }
+        if ((found.type == 0x5 || found.type == 0x6) && !isText(found)) return std::nullopt;
         expanded_ += size + 1;
         return found;
+    }
+
+    /// Without NUL, which the library stops the process for, and without half a pair of surrogates.
+    bool isText(const Object& text) const {
+        const auto content = bytes_.subspan(text.payload);
+        if (text.type == 0x5)
+            return std::all_of(content.begin(), content.begin() + static_cast<std::ptrdiff_t>(text.count),
+                               [](std::uint8_t c) { return c > 0 && c < 0x80; });
+        bool half = false;
+        for (std::uint64_t i = 0; i < text.count; ++i) {
+            const unsigned unit = (unsigned{content[2 * i]} << 8) | content[2 * i + 1];
+            const bool low = unit >= 0xdc00 && unit < 0xe000;
+            if (unit == 0 || low != half) return false;
+            half = unit >= 0xd800 && unit < 0xdc00;
+        }
+        return !half;
     }
 
     bool enter(std::uint64_t index, bool asKey, std::vector<Level>& levels) {

@@ -21,8 +21,9 @@ class ThreadTasks : public BackgroundTasks {
         for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { serve(); });
     }
     ~ThreadTasks() override {
-        std::deque<Work> dropped[2];
         {
+            // Outlives the lock: what the work holds may do anything when it goes.
+            std::deque<Work> dropped[2];
             const std::lock_guard lock(mutex_);
             ending_ = true;
             dropped[0].swap(urgent_);
@@ -74,8 +75,9 @@ class ThreadTasks : public BackgroundTasks {
 
 }  // namespace
 
-std::unique_ptr<BackgroundTasks> makeQtBackgroundTasks() {
-    return std::make_unique<ThreadTasks>(std::clamp(std::thread::hardware_concurrency(), 2U, 8U));
+std::unique_ptr<BackgroundTasks> makeQtBackgroundTasks(std::optional<unsigned> threads) {
+    const unsigned processors = std::min(std::thread::hardware_concurrency(), 8U);
+    return std::make_unique<ThreadTasks>(std::max(threads.value_or(processors), 2U));
 }
 
 }  // namespace pintle

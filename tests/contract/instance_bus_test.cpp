@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstring>
+#include <string>
+
+#include "platform/linux/dbus_instance_bus.h"
+#include "tests/support/temporary_folder.h"
+
+namespace pintle {
+namespace {
+
+using namespace std::chrono_literals;
+constexpr const char* kName = "com.pintle.app";
+
+class InstanceBusTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        keep("DBUS_SESSION_BUS_ADDRESS", address_);
+        keep("XDG_RUNTIME_DIR", runtime_);
+        ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+        ::unsetenv("XDG_RUNTIME_DIR");
+    }
+    void TearDown() override {
+        restore("DBUS_SESSION_BUS_ADDRESS", address_);
+        restore("XDG_RUNTIME_DIR", runtime_);
+    }
+    static void keep(const char* name, std::optional<std::string>& value) {
+        if (const char* now = ::getenv(name)) value = now;
+    }
+    static void restore(const char* name, const std::optional<std::string>& value) {
+        if (value)
+            ::setenv(name, value->c_str(), 1);
+        else
+            ::unsetenv(name);
+    }
+    /// Asks a fresh object, which must answer no and soon.
+    static void expectNoAndSoon() {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_FALSE(makeDbusInstanceBus(kName)->anotherCopyRuns());
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+    }
+    std::optional<std::string> address_;
+    std::optional<std::string> runtime_;
+    TemporaryFolder folder_;
+};
+
+TEST_F(InstanceBusTest, WithoutABusTheAnswerIsNo) { expectNoAndSoon(); }
+
+TEST_F(InstanceBusTest, WithAnAddressThatNobodyServesTheAnswerIsNo) {
+    for (const std::string& address :
+         {"unix:path=" + (folder_.path() / "gone").string(), std::string("nonsense"),
+          std::string("disabled:"), std::string("autolaunch:"), std::string("unix:abstract=/pintle/nobody"),
+          std::string("unix:")}) {
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+        expectNoAndSoon();
+    }
+}
+
+TEST_F(InstanceBusTest, ABusThatAcceptsAndNeverAnswersDoesNotHangTheStart) {
+    const std::string path = (folder_.path() / "silent").string();
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+    const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(listener, 4), 0);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
+    expectNoAndSoon();
+    ::close(listener);
+}
+
+/// A private bus of the test.
+class WithBus : public InstanceBusTest {
+  protected:
+    void SetUp() override {
+        InstanceBusTest::SetUp();
+        int ends[2];
+        ASSERT_EQ(::pipe(ends), 0);
+        const std::string address = "unix:path=" + (folder_.path() / "bus").string();
+        const std::string print = "--print-address=" + std::to_string(ends[1]);
+        pid_ = ::fork();
+        if (pid_ == 0) {
+            ::execlp("dbus-daemon", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--address",
+                     address.c_str(), print.c_str(), nullptr);
+            ::_exit(127);
+        }
+        ::close(ends[1]);
+        std::string printed;
+        char byte = 0;
+        while (::read(ends[0], &byte, 1) == 1 && byte != '\n') printed += byte;
+        ::close(ends[0]);
+        if (printed.empty()) GTEST_SKIP() << "no dbus-daemon";
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", printed.c_str(), 1);
+    }
+    void TearDown() override {
+        if (pid_ > 0) {
+            ::kill(pid_, SIGCONT);
+            ::kill(pid_, SIGTERM);
+            ::waitpid(pid_, nullptr, 0);
+        }
+        InstanceBusTest::TearDown();
+    }
+    pid_t pid_ = -1;
+};
+
+TEST_F(WithBus, TheFirstCopyIsAloneAndTheSecondFindsIt) {
+    auto first = makeDbusInstanceBus(kName);
+    EXPECT_FALSE(first->anotherCopyRuns());
+    EXPECT_FALSE(first->anotherCopyRuns());
+    auto second = makeDbusInstanceBus(kName);
+    EXPECT_TRUE(second->anotherCopyRuns());
+    first.reset();
+    EXPECT_FALSE(second->anotherCopyRuns());
+}
+
+TEST_F(WithBus, AnotherNameIsNoCopy) {
+    const auto other = makeDbusInstanceBus("com.pintle.other");
+    EXPECT_FALSE(other->anotherCopyRuns());
+    EXPECT_FALSE(makeDbusInstanceBus(kName)->anotherCopyRuns());
+}
+
+TEST_F(WithBus, TheSocketInTheRuntimeFolderIsFoundWithoutAnAddress) {
+    ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    ::setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+    const auto first = makeDbusInstanceBus(kName);
+    EXPECT_FALSE(first->anotherCopyRuns());
+    EXPECT_TRUE(makeDbusInstanceBus(kName)->anotherCopyRuns());
+}
+
+TEST_F(WithBus, AStoppedBusDoesNotHangTheStart) {
+    ::kill(pid_, SIGSTOP);
+    expectNoAndSoon();
+}
+
+TEST_F(WithBus, ABusThatDiesDoesNotEndThisProcess) {
+    const auto first = makeDbusInstanceBus(kName);
+    EXPECT_FALSE(first->anotherCopyRuns());
+    ::kill(pid_, SIGTERM);
+    ::waitpid(pid_, nullptr, 0);
+    pid_ = -1;
+    EXPECT_FALSE(first->anotherCopyRuns());
+}
+
+}  // namespace
+}  // namespace pintle
