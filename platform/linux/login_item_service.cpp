@@ -1,7 +1,6 @@
 #include "platform/linux/login_item_service.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <span>
@@ -82,11 +81,6 @@ std::unique_ptr<LoginItemService> makeAbsentLoginItemService() {
 
 std::unique_ptr<LoginAgent> makeAutostartEntry(const std::filesystem::path& configuration) {
     return std::make_unique<AutostartEntry>(configuration / "autostart" / "com.pintle.app.desktop");
-}
-
-std::filesystem::path programToStart(const std::filesystem::path& executable) {
-    const char* image = std::getenv("APPIMAGE");
-    return image && *image == '/' ? std::filesystem::path(image) : executable;
 }
 
 }  // namespace pintle

@@ -17,8 +17,4 @@ std::unique_ptr<LoginItemService> makeAbsentLoginItemService();
 /// that says Hidden=true counts as no file.
 std::unique_ptr<LoginAgent> makeAutostartEntry(const std::filesystem::path& configuration);
 
-/// The file to start for this program to run again: the image file when it runs from one ($APPIMAGE), else
-/// `executable`.
-std::filesystem::path programToStart(const std::filesystem::path& executable);
-
 }  // namespace pintle

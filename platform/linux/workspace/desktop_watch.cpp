@@ -5,7 +5,6 @@
 #include <xcb/screensaver.h>
 #include <xcb/xfixes.h>
 
-#include <cstring>
 #include <fstream>
 #include <utility>
 #include <vector>
@@ -208,16 +207,14 @@ void DesktopWatch::readActiveWindow(bool announce) {
 
 std::optional<RunningApplication> DesktopWatch::applicationOf(xcb_window_t window) {
     auto* const x = connection_->get();
-    const auto exists = xcb_get_window_attributes(x, window);
+    const auto asked = xcb_get_property(x, 0, window, atoms_.windowProcess, XCB_ATOM_CARDINAL, 0, 1);
     const auto windowClass = textOf(connection_->property(window, XCB_ATOM_WM_CLASS));
-    const auto process = connection_->property(window, atoms_.windowProcess);
-    const Reply<xcb_get_window_attributes_reply_t> attributes{
-        xcb_get_window_attributes_reply(x, exists, nullptr)};
-    // It can be gone by now.
-    if (!attributes) return std::nullopt;
+    const Reply<xcb_get_property_reply_t> process{xcb_get_property_reply(x, asked, nullptr)};
+    // An error: the window is gone by now.
+    if (!process) return std::nullopt;
     RunningApplication application;
-    if (process.size() >= sizeof application.pid)
-        std::memcpy(&application.pid, process.data(), sizeof application.pid);
+    if (process->format == 32 && process->value_len == 1)
+        application.pid = *static_cast<const std::int32_t*>(xcb_get_property_value(process.get()));
     application.name = applicationName(windowClass, application.pid);
     return application;
 }
