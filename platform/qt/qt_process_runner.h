@@ -1,0 +1,15 @@
+// Child processes through the toolkit. Made by the root; main thread only.
+#pragma once
+
+#include <memory>
+
+#include "platform/main_queue.h"
+#include "platform/process_runner.h"
+
+namespace pintle {
+
+/// Runs what `substitutes` names in the place of the requested executables. A child is killed when this
+/// program dies, however it dies. The queue must outlive the runner.
+std::unique_ptr<ProcessRunner> makeQtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes);
+
+}  // namespace pintle
