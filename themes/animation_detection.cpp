@@ -61,4 +61,10 @@ void recordAnimationAnswers(const AnimationAnswers& answers, KeyValueStore& defa
     list.setAnimated(record);
 }
 
+void forgetAnimationAnswer(const std::string& themeId, KeyValueStore& defaults) {
+    auto record = animationAnswers(defaults);
+    if (record.erase(themeId) > 0)
+        defaults.set(animatedThemesKey, PropertyDictionary(record.begin(), record.end()));
+}
+
 }  // namespace pintle

@@ -46,4 +46,7 @@ AnimationAnswers examineThemes(const std::vector<ThemeToExamine>& themes);
 /// of themes that are no longer downloaded are dropped.
 void recordAnimationAnswers(const AnimationAnswers& answers, KeyValueStore& defaults, ThemeList& list);
 
+/// Drops the answer of a theme whose files have changed, so that it is examined anew.
+void forgetAnimationAnswer(const std::string& themeId, KeyValueStore& defaults);
+
 }  // namespace pintle

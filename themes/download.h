@@ -1,0 +1,84 @@
+// Downloads themes: fetches the archive, has it unpacked, and keeps the row of the list up to date on the
+// way. Used by the view model. Main thread; the steps of a download stand in the .cpp in their order.
+#pragma once
+
+#include <filesystem>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "base/lifetime.h"
+#include "base/result.h"
+#include "base/signal.h"
+#include "base/subscription.h"
+#include "platform/background_tasks.h"
+#include "platform/http_client.h"
+#include "platform/key_value_store.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "settings/cursor_settings.h"
+#include "themes/cursor_theme_info.h"
+#include "themes/theme_extractor.h"
+#include "themes/theme_list.h"
+#include "themes/theme_store.h"
+#include "themes/theme_work.h"
+
+namespace pintle {
+
+class ThemeDownloads {
+  public:
+    struct Neighbours {
+        CursorSettings& settings;
+        KeyValueStore& preferences;
+        ThemeList& themes;
+        ThemeStore& store;
+        ThemeExtractor& extractor;
+        ThemeWork& work;
+        HttpClient& http;
+        MainQueue& mainQueue;
+        BackgroundTasks& background;
+        Log& log;
+    };
+    /// A longer archive is not taken, in bytes; the largest of the catalog has a tenth of it.
+    static constexpr std::uint64_t archiveLimit = std::uint64_t{512} << 20;
+
+    /// Archives pass through the folder `temporary`. `mirror`, when present, takes the place of scheme and
+    /// host of every address.
+    ThemeDownloads(const Neighbours& neighbours, std::filesystem::path temporary,
+                   std::optional<std::string> mirror);
+    ~ThemeDownloads();
+    ThemeDownloads(const ThemeDownloads&) = delete;
+    ThemeDownloads& operator=(const ThemeDownloads&) = delete;
+
+    /// Returns at once. A download that has begun runs to its end; a second one of the same theme may begin
+    /// meanwhile.
+    void downloadTheme(const CursorThemeInfo& theme);
+
+    /// A theme has just been downloaded and its row says so.
+    Signal<> downloaded;
+
+  private:
+    struct Download;
+    using Entry = std::list<std::unique_ptr<Download>>::iterator;
+
+    void downloadThemeAsync(const CursorThemeInfo& theme);
+    void fetch(Entry entry);
+    void received(Entry entry, const Result<HttpResponse>& result);
+    void extract(Entry entry);
+    void markDownloaded(Entry entry);
+    void loadPreview(Entry entry);
+    void fail(Entry entry, const Error& error);
+    void line(const Download& download, const std::string& text);
+    template <typename Change>
+    void changeRow(const std::string& id, Change change);
+
+    const Neighbours to_;
+    const std::filesystem::path temporary_;
+    const std::optional<std::string> mirror_;
+    std::list<std::unique_ptr<Download>> downloads_;
+    Subscription workEnded_;
+    Lifetime lifetime_;
+};
+
+}  // namespace pintle

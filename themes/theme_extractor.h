@@ -1,0 +1,75 @@
+// Turns the archive of a theme into its folder on disk: unpacks it in a scratch folder by the system's
+// archiver, chooses the folder of cursors and moves it into place. Used by the downloads; main thread, the
+// work itself runs in the background and in a child process.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "base/result.h"
+#include "base/subscription.h"
+#include "platform/background_tasks.h"
+#include "platform/main_queue.h"
+#include "platform/process_runner.h"
+#include "themes/theme_work.h"
+
+namespace pintle {
+
+/// An archive that passes one of these is answered like one that cannot be unpacked. The largest of the
+/// catalog, a whole icon theme, stays below a quarter of each.
+struct ExtractionLimits {
+    std::uint64_t bytes = std::uint64_t{1} << 30;
+    std::uint64_t entries = 100'000;
+    int depth = 64;
+    /// How often the scratch folder is measured while the archiver runs.
+    std::chrono::milliseconds interval{250};
+};
+
+class ThemeExtractor {
+  public:
+    struct Neighbours {
+        ProcessRunner& processes;
+        ThemeWork& work;
+        MainQueue& mainQueue;
+        BackgroundTasks& background;
+    };
+    using Completion = std::function<void(Status)>;
+
+    explicit ThemeExtractor(const Neighbours& neighbours, ExtractionLimits limits = {});
+    ~ThemeExtractor();
+    ThemeExtractor(const ThemeExtractor&) = delete;
+    ThemeExtractor& operator=(const ThemeExtractor&) = delete;
+
+    /// Installs the cursors of `archive` as `destination` / "cursors", in the place of what was there. The
+    /// archive stays. `done` runs on the main queue, never inside this call, while nobody else may work on
+    /// the theme; it does not run when all work has been ended.
+    void extract(const std::filesystem::path& archive, const std::string& themeId,
+                 const std::filesystem::path& destination, Completion done);
+
+    /// See themes/archive_layout.h.
+    static std::optional<std::filesystem::path> pickCursorDirectory(const std::filesystem::path& root,
+                                                                    const std::string& themeId);
+
+  private:
+    struct Extraction;
+    using Entry = std::list<std::unique_ptr<Extraction>>::iterator;
+
+    void unpack(Entry entry);
+    void watch(Entry entry);
+    void examine(Entry entry, const Result<int>& status);
+    void install(Entry entry, const std::filesystem::path& chosen);
+    void finish(Entry entry, const Status& status);
+
+    const Neighbours to_;
+    const ExtractionLimits limits_;
+    std::list<std::unique_ptr<Extraction>> extractions_;
+    Subscription workEnded_;
+};
+
+}  // namespace pintle
