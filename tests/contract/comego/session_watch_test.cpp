@@ -138,7 +138,9 @@ struct SessionWatchTest : testing::Test {
         // Its question about the session was sent with the subscriptions and is answered before this one.
         setActive(true);
         const auto told = toldSoFar();
-        if (sessionId) ASSERT_THAT(told, ElementsAre(kLocked, kUnlocked));
+        if (sessionId) {
+            ASSERT_THAT(told, ElementsAre(kLocked, kUnlocked));
+        }
     }
     void onSession(const char* method, const char* session = "c1") {
         const std::string path = std::string("/org/freedesktop/login1/session/") + session;
