@@ -27,7 +27,7 @@ XCursorImages CursorFolder::read(const std::string& name, std::int64_t maxNomina
         known_.try_emplace({static_cast<std::uint64_t>(status.st_dev),
                             static_cast<std::uint64_t>(status.st_ino), maxNominalSize});
     if (isNew)
-        if (auto images = XCursorParser::parseFile(file, maxNominalSize))
+        if (auto images = XCursorParser::parseFile(file, maxNominalSize, pixels_))
             known->second = std::make_shared<const std::vector<XCursorImage>>(*std::move(images));
     return known->second;
 }

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "cursor/pixel_pool.h"
 #include "cursor/xcursor_image.h"
 
 namespace pintle {
@@ -27,6 +28,7 @@ class CursorFolder {
 
   private:
     std::filesystem::path folder_;
+    PixelPool pixels_;
     /// By device, inode and limit.
     std::map<std::tuple<std::uint64_t, std::uint64_t, std::int64_t>, XCursorImages> known_;
 };

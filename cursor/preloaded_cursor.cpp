@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <tuple>
+#include <utility>
 
+#include "cursor/image_drawer.h"
+#include "cursor/pixel_pool.h"
 #include "cursor/scaled_size.h"
 
 namespace pintle {
@@ -13,10 +17,6 @@ constexpr std::int64_t kNominalSizeAtScaleOne = 32;
 std::uint64_t distance(std::int64_t a, std::int64_t b) {
     return a > b ? static_cast<std::uint64_t>(a) - static_cast<std::uint64_t>(b)
                  : static_cast<std::uint64_t>(b) - static_cast<std::uint64_t>(a);
-}
-
-std::optional<Bitmap> bitmapOf(const XCursorImage& image, double scale) {
-    return scale == 1.0 ? image.nsImage() : image.scaledNSImage(scale);
 }
 
 /// The mean of the positive delays in seconds; 0 when there is none.
@@ -31,50 +31,85 @@ double meanDelay(const std::vector<const XCursorImage*>& images) {
     return count == 0 ? 0 : sum / count / 1000;
 }
 
+/// Makes the bitmaps of a set. Each step is one cursor.
+class SetBuilder {
+  public:
+    explicit SetBuilder(double scale)
+        : scale_(scale), target_(truncatedProduct(kNominalSizeAtScaleOne, scale)) {}
+
+    std::optional<PreloadedCursor> build(const std::string& name, const std::vector<XCursorImage>& images) {
+        // The first of the nearest is what a stable sort by distance would put first.
+        const auto chosen = std::min_element(images.begin(), images.end(), [&](const auto& a, const auto& b) {
+            return distance(a.size, target_) < distance(b.size, target_);
+        });
+        if (chosen == images.end()) return std::nullopt;
+
+        drawn_.clear();
+        auto image = bitmapOf(*chosen);
+        if (!image) return std::nullopt;
+        const Point hotspot = {static_cast<double>(chosen->xhot) * scale_,
+                               static_cast<double>(chosen->yhot) * scale_};
+        PreloadedCursor cursor{name, *std::move(image), hotspot, {}, 0};
+
+        std::vector<const XCursorImage*> sameSize;
+        for (const auto& candidate : images)
+            if (candidate.size == chosen->size) sameSize.push_back(&candidate);
+        if (sameSize.size() < 2) return cursor;
+
+        cursor.frameDuration = meanDelay(sameSize);
+        cursor.frames.reserve(sameSize.size());
+        for (const auto* frame : sameSize)
+            if (auto bitmap = bitmapOf(*frame)) cursor.frames.push_back(*std::move(bitmap));
+        if (cursor.frames.size() < 2) cursor.frames.clear();
+        return cursor;
+    }
+
+  private:
+    /// A file may tell the same chunk many times over; its frames then share one bitmap as they share pixels.
+    std::optional<Bitmap> bitmapOf(const XCursorImage& image) {
+        const auto [known, isNew] =
+            drawn_.try_emplace({image.pixels.values().data(), image.width, image.height});
+        if (isNew) known->second = draw(image);
+        return known->second;
+    }
+
+    std::optional<Bitmap> draw(const XCursorImage& image) {
+        const auto sides = ImageDrawer::sides(image, scale_);
+        if (!sides || sides->width < 1 || sides->height < 1) return std::nullopt;
+        constexpr std::int64_t kMostPixels = PixelPool::kUsualLimit / 4;
+        if (sides->width > kMostPixels / sides->height) return std::nullopt;
+        const auto count = static_cast<std::size_t>(sides->width * sides->height);
+        const auto words = pool_.allocate(count);
+        if (!words) return std::nullopt;
+        std::shared_ptr<std::uint8_t> bytes(words, reinterpret_cast<std::uint8_t*>(words.get()));
+        drawer_.draw(image, *sides, {bytes.get(), count * 4});
+        return Bitmap::sharing(sides->width, sides->height, std::move(bytes));
+    }
+
+    const double scale_;
+    const std::int64_t target_;
+    PixelPool pool_;
+    ImageDrawer drawer_;
+    /// Of the cursor being built, by first pixel and sides.
+    std::map<std::tuple<const std::uint32_t*, std::int64_t, std::int64_t>, std::optional<Bitmap>> drawn_;
+};
+
 }  // namespace
 
 std::optional<PreloadedCursor> makePreloaded(const std::string& name, const std::vector<XCursorImage>& images,
                                              double scale) {
-    const auto target = truncatedProduct(kNominalSizeAtScaleOne, scale);
-    // The first of the nearest is what a stable sort by distance would put first.
-    const auto chosen = std::min_element(images.begin(), images.end(), [&](const auto& a, const auto& b) {
-        return distance(a.size, target) < distance(b.size, target);
-    });
-    if (chosen == images.end()) return std::nullopt;
-
-    auto image = bitmapOf(*chosen, scale);
-    if (!image) return std::nullopt;
-    PreloadedCursor cursor{
-        name,
-        *image,
-        {static_cast<double>(chosen->xhot) * scale, static_cast<double>(chosen->yhot) * scale},
-        {},
-        0};
-
-    std::vector<const XCursorImage*> sameSize;
-    for (const auto& candidate : images)
-        if (candidate.size == chosen->size) sameSize.push_back(&candidate);
-    if (sameSize.size() < 2) return cursor;
-
-    cursor.frameDuration = meanDelay(sameSize);
-    for (const auto* frame : sameSize) {
-        if (frame == &*chosen)
-            cursor.frames.push_back(*image);
-        else if (auto bitmap = bitmapOf(*frame, scale))
-            cursor.frames.push_back(*std::move(bitmap));
-    }
-    if (cursor.frames.size() < 2) cursor.frames.clear();
-    return cursor;
+    return SetBuilder(scale).build(name, images);
 }
 
 std::vector<PreloadedCursor> makePreloadedSet(
     const std::vector<std::pair<std::string, XCursorImages>>& cursors, double scale) {
+    SetBuilder builder(scale);
     std::vector<PreloadedCursor> set;
-    std::map<const std::vector<XCursorImage>*, std::optional<PreloadedCursor>> built;
+    std::map<XCursorImages, std::optional<PreloadedCursor>> built;
     for (const auto& [name, images] : cursors) {
         if (!images) continue;
-        const auto [entry, isNew] = built.try_emplace(images.get());
-        if (isNew) entry->second = makePreloaded(name, *images, scale);
+        const auto [entry, isNew] = built.try_emplace(images);
+        if (isNew) entry->second = builder.build(name, *images);
         if (!entry->second) continue;
         set.push_back(*entry->second);
         set.back().name = name;

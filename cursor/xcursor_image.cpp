@@ -1,41 +1,48 @@
 #include "cursor/xcursor_image.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include <array>
+#include <bit>
+#include <cstring>
 
-#include "base/resample.h"
-#include "cursor/scaled_size.h"
+#include "cursor/image_drawer.h"
 
 namespace pintle {
 namespace {
 
-void writeRgba(std::span<const std::uint32_t> from, std::uint8_t* to) {
-    for (const auto pixel : from) {
-        *to++ = static_cast<std::uint8_t>(pixel >> 16);
-        *to++ = static_cast<std::uint8_t>(pixel >> 8);
-        *to++ = static_cast<std::uint8_t>(pixel);
-        *to++ = static_cast<std::uint8_t>(pixel >> 24);
-    }
+/// 0xAARRGGBB to the word whose bytes in memory are R, G, B, A.
+constexpr std::uint32_t rgbaWord(std::uint32_t pixel) {
+    if constexpr (std::endian::native == std::endian::little)
+        return (pixel & 0xFF00FF00) | (pixel >> 16 & 0x000000FF) | (pixel << 16 & 0x00FF0000);
+    return pixel << 8 | pixel >> 24;
 }
 
 }  // namespace
 
-std::optional<Bitmap> XCursorImage::nsImage() const {
-    return Bitmap::create(width, height, [&](std::span<std::uint8_t> bytes) {
-        writeRgba(pixels.values().first(bytes.size() / 4), bytes.data());
-    });
+void writeRgba(std::span<const std::uint32_t> from, std::uint8_t* to) {
+    // Blocks of a fixed length in a local array are what compilers turn into vector code without being asked
+    // to optimise harder.
+    std::array<std::uint32_t, 32> block;
+    while (from.size() >= block.size()) {
+        std::memcpy(block.data(), from.data(), sizeof block);
+        for (auto& pixel : block) pixel = rgbaWord(pixel);
+        std::memcpy(to, block.data(), sizeof block);
+        from = from.subspan(block.size());
+        to += sizeof block;
+    }
+    for (const auto pixel : from) {
+        const auto word = rgbaWord(pixel);
+        std::memcpy(to, &word, sizeof word);
+        to += sizeof word;
+    }
 }
 
+std::optional<Bitmap> XCursorImage::nsImage() const { return scaledNSImage(1.0); }
+
 std::optional<Bitmap> XCursorImage::scaledNSImage(double scale) const {
-    if (width < 1 || height < 1) return std::nullopt;
-    if (scale == 1.0) return nsImage();
-    const auto newWidth = truncatedProduct(width, scale);
-    const auto newHeight = truncatedProduct(height, scale);
-    const auto source = nsImage();
-    if (!source) return std::nullopt;
-    return Bitmap::create(newWidth, newHeight, [&](std::span<std::uint8_t> bytes) {
-        Resampler().draw(source->bytes(), width, height, bytes, newWidth, newHeight);
-    });
+    const auto sides = ImageDrawer::sides(*this, scale);
+    if (!sides) return std::nullopt;
+    return Bitmap::create(sides->width, sides->height,
+                          [&](std::span<std::uint8_t> out) { ImageDrawer().draw(*this, *sides, out); });
 }
 
 }  // namespace pintle

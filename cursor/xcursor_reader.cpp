@@ -1,0 +1,242 @@
+#include "cursor/xcursor_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <utility>
+
+#include "cursor/xcursor_format.h"
+
+namespace pintle {
+namespace {
+
+using TocEntry = XCursorParser::TocEntry;
+using xcursor::field;
+using xcursor::kChunkHeaderBytes;
+
+/// A chunk that is wanted and the bytes to read for it.
+struct Chunk {
+    std::uint32_t subtype = 0;
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    /// The run that holds it.
+    std::size_t run = 0;
+};
+
+/// Bytes that are read together. Chunks whose positions differ by no multiple of four never share a run, so
+/// that each one's pixels stand at a word.
+struct Run {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    std::uint32_t* words = nullptr;
+};
+
+struct Runs {
+    std::vector<Run> list;
+    /// Keeps the words of all runs.
+    std::shared_ptr<std::uint32_t> memory;
+};
+
+bool inReadingOrder(const Chunk* a, const Chunk* b) {
+    return std::pair(a->begin % 4, a->begin) < std::pair(b->begin % 4, b->begin);
+}
+
+/// Groups the chunks into runs, reads them, and notes each chunk's run in it. Absent when memory is short.
+std::optional<Runs> readRuns(ByteSource& source, std::span<Chunk* const> chunks, PixelPool& pool) {
+    Runs runs;
+    for (auto* chunk : chunks) {
+        const bool joins = !runs.list.empty() && chunk->begin <= runs.list.back().end &&
+                           chunk->begin % 4 == runs.list.back().begin % 4;
+        if (joins)
+            runs.list.back().end = std::max(runs.list.back().end, chunk->end);
+        else
+            runs.list.push_back({chunk->begin, chunk->end});
+        chunk->run = runs.list.size() - 1;
+    }
+
+    std::uint64_t wordsNeeded = 0;
+    for (const auto& run : runs.list) wordsNeeded += (run.end - run.begin + 3) / 4;
+    if (wordsNeeded > std::numeric_limits<std::size_t>::max() / 4) return std::nullopt;
+    runs.memory = pool.allocate(static_cast<std::size_t>(wordsNeeded));
+    if (!runs.memory) return std::nullopt;
+    auto* words = runs.memory.get();
+    for (auto& run : runs.list) {
+        const auto bytes = static_cast<std::size_t>(run.end - run.begin);
+        const auto got = source.read(run.begin, {reinterpret_cast<std::uint8_t*>(words), bytes});
+        if constexpr (std::endian::native == std::endian::big)
+            for (std::size_t i = 0; i < got / 4; ++i) words[i] = xcursor::fromFile(words[i]);
+        run.end = run.begin + got;
+        run.words = words;
+        words += (bytes + 3) / 4;
+    }
+    return runs;
+}
+
+enum class Verdict { accepted, rejected, notWholeInRun };
+
+/// Reads one chunk out of its run.
+Verdict takeImage(const Chunk& chunk, const Runs& runs, std::uint64_t length, XCursorImage& image,
+                  std::uint64_t& trueEnd) {
+    const auto& run = runs.list[chunk.run];
+    if (run.end < chunk.begin + kChunkHeaderBytes) return Verdict::rejected;
+    const auto offset = static_cast<std::size_t>((chunk.begin - run.begin) / 4);
+    const auto* words = run.words + offset;
+    const auto count = std::uint64_t{words[4]} * words[5];
+    if (count < 1 || count > xcursor::kMaxPixels) return Verdict::rejected;
+    trueEnd = chunk.begin + kChunkHeaderBytes + 4 * count;
+    if (trueEnd > length) return Verdict::rejected;
+    if (trueEnd > run.end) return Verdict::notWholeInRun;
+    image.size = chunk.subtype;
+    image.width = words[4];
+    image.height = words[5];
+    image.xhot = words[6];
+    image.yhot = words[7];
+    image.delay = words[8];
+    image.pixels =
+        SharedPixels(std::shared_ptr<const std::uint32_t>(runs.memory, words + kChunkHeaderBytes / 4),
+                     static_cast<std::size_t>(count));
+    return Verdict::accepted;
+}
+
+/// More than a chunk of this nominal size usually takes, so that a wide gap behind it is not read.
+std::uint64_t usualBytes(std::uint32_t nominalSize) {
+    const std::uint64_t side = 2 * std::uint64_t{std::min(nominalSize, std::uint32_t{4096})};
+    return kChunkHeaderBytes + 4 * side * side + 1024;
+}
+
+/// The wanted chunks in table order. A chunk's end is guessed as the next position of the table, which saves
+/// reading each header before its pixels; most files are written so.
+std::vector<Chunk> wantedChunks(const std::vector<TocEntry>& toc, std::optional<std::int64_t> maxNominalSize,
+                                std::uint64_t length) {
+    std::uint32_t smallest = std::numeric_limits<std::uint32_t>::max();
+    bool ascending = true;
+    for (std::size_t i = 0; i < toc.size(); ++i) {
+        smallest = std::min(smallest, toc[i].subtype);
+        ascending = ascending && (i == 0 || toc[i - 1].position < toc[i].position);
+    }
+    std::vector<std::uint32_t> positions;
+    if (!ascending) {
+        for (const auto& entry : toc) positions.push_back(entry.position);
+        std::sort(positions.begin(), positions.end());
+    }
+    const auto nextPosition = [&](std::size_t i) -> std::uint64_t {
+        if (ascending) return i + 1 < toc.size() ? toc[i + 1].position : length;
+        const auto next = std::upper_bound(positions.begin(), positions.end(), toc[i].position);
+        return next == positions.end() ? length : *next;
+    };
+
+    std::vector<Chunk> chunks;
+    for (std::size_t i = 0; i < toc.size(); ++i) {
+        const auto& [subtype, position] = toc[i];
+        if (maxNominalSize && *maxNominalSize < subtype && subtype != smallest) continue;
+        const std::uint64_t begin = position;
+        if (begin + kChunkHeaderBytes > length) continue;
+        const auto guess = std::min({nextPosition(i), begin + usualBytes(subtype), length});
+        chunks.push_back({subtype, begin, std::max(guess, begin + kChunkHeaderBytes), 0});
+    }
+    return chunks;
+}
+
+std::vector<Chunk*> inReadingOrder(std::vector<Chunk>& chunks) {
+    std::vector<Chunk*> ordered;
+    ordered.reserve(chunks.size());
+    for (auto& chunk : chunks) ordered.push_back(&chunk);
+    const auto before = [](const Chunk* a, const Chunk* b) { return inReadingOrder(a, b); };
+    if (!std::is_sorted(ordered.begin(), ordered.end(), before))
+        std::sort(ordered.begin(), ordered.end(), before);
+    return ordered;
+}
+
+}  // namespace
+
+std::optional<std::vector<TocEntry>> readToc(ByteSource& source) {
+    std::array<std::uint8_t, xcursor::kHeaderBytes> header;
+    if (source.read(0, header) < header.size()) return std::nullopt;
+    const std::uint32_t count = field(header, 12);
+    if (field(header, 0) != xcursor::kMagic || field(header, 4) < xcursor::kHeaderBytes || count == 0)
+        return std::nullopt;
+
+    std::vector<TocEntry> entries;
+    std::array<std::uint8_t, 340 * xcursor::kTocEntryBytes> block;
+    std::uint64_t offset = xcursor::kHeaderBytes;
+    for (std::uint64_t left = count; left > 0;) {
+        const auto wanted = std::min<std::uint64_t>(left, block.size() / xcursor::kTocEntryBytes);
+        const auto got = source.read(
+            offset, std::span(block).first(static_cast<std::size_t>(wanted * xcursor::kTocEntryBytes)));
+        const auto whole = got / xcursor::kTocEntryBytes;
+        for (std::size_t i = 0; i < whole; ++i) {
+            const auto entry = std::span(block).subspan(i * xcursor::kTocEntryBytes, xcursor::kTocEntryBytes);
+            if (field(entry, 0) == xcursor::kImageType) entries.push_back({field(entry, 4), field(entry, 8)});
+        }
+        if (whole < wanted) break;
+        offset += got;
+        left -= wanted;
+    }
+    return entries;
+}
+
+std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
+                                                    std::optional<std::int64_t> maxNominalSize,
+                                                    PixelPool& pool) {
+    const auto toc = readToc(source);
+    if (!toc) return std::nullopt;
+    auto chunks = wantedChunks(*toc, maxNominalSize, source.length());
+    if (chunks.empty()) return std::nullopt;
+    const auto runs = readRuns(source, inReadingOrder(chunks), pool);
+    if (!runs) return std::nullopt;
+
+    std::vector<XCursorImage> images;
+    images.reserve(chunks.size());
+    /// Chunks that reach beyond the next position, and the place of their image among the others.
+    std::vector<std::pair<Chunk, std::size_t>> longer;
+    for (const auto& chunk : chunks) {
+        XCursorImage image;
+        std::uint64_t trueEnd = 0;
+        const auto verdict = takeImage(chunk, *runs, source.length(), image, trueEnd);
+        if (verdict == Verdict::accepted) images.push_back(std::move(image));
+        if (verdict != Verdict::notWholeInRun) continue;
+        longer.push_back({{chunk.subtype, chunk.begin, trueEnd, 0}, images.size()});
+    }
+    if (!longer.empty()) {
+        std::vector<Chunk> again;
+        for (const auto& [chunk, place] : longer) again.push_back(chunk);
+        const auto longRuns = readRuns(source, inReadingOrder(again), pool);
+        if (!longRuns) return std::nullopt;
+        std::vector<XCursorImage> all;
+        std::size_t taken = 0;
+        for (std::size_t i = 0; i < again.size(); ++i) {
+            const auto place = longer[i].second;
+            for (; taken < place; ++taken) all.push_back(std::move(images[taken]));
+            XCursorImage image;
+            std::uint64_t trueEnd = 0;
+            // A chunk that still does not fit belongs to a file that is being changed.
+            if (takeImage(again[i], *longRuns, source.length(), image, trueEnd) == Verdict::accepted)
+                all.push_back(std::move(image));
+        }
+        for (; taken < images.size(); ++taken) all.push_back(std::move(images[taken]));
+        images = std::move(all);
+    }
+    if (images.empty()) return std::nullopt;
+    return images;
+}
+
+std::optional<std::vector<XCursorParser::Header>> readHeaders(ByteSource& source) {
+    const auto toc = readToc(source);
+    if (!toc) return std::nullopt;
+    std::vector<XCursorParser::Header> headers;
+    headers.reserve(toc->size());
+    for (const auto& entry : *toc) {
+        std::array<std::uint8_t, 4> delay;
+        const std::uint64_t end = std::uint64_t{entry.position} + kChunkHeaderBytes;
+        if (end > source.length()) continue;
+        if (source.read(end - delay.size(), delay) < delay.size()) continue;
+        headers.push_back({entry.subtype, field(delay, 0)});
+    }
+    if (headers.empty()) return std::nullopt;
+    return headers;
+}
+
+}  // namespace pintle

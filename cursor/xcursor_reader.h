@@ -1,0 +1,25 @@
+// The steps of reading an Xcursor file from any source of bytes. Called by XCursorParser only; any thread.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "cursor/byte_source.h"
+#include "cursor/pixel_pool.h"
+#include "cursor/xcursor_parser.h"
+
+namespace pintle {
+
+/// The image entries of the table of contents; absent when the file header is rejected.
+std::optional<std::vector<XCursorParser::TocEntry>> readToc(ByteSource& source);
+
+/// The images of the wanted sizes, reading their bytes only, with their pixels in `pool`. Chunks that overlap
+/// share memory, so that no file takes much more than its own length.
+std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
+                                                    std::optional<std::int64_t> maxNominalSize,
+                                                    PixelPool& pool);
+
+std::optional<std::vector<XCursorParser::Header>> readHeaders(ByteSource& source);
+
+}  // namespace pintle
