@@ -9,6 +9,12 @@
 #include <cstring>
 
 namespace pintle {
+namespace {
+
+// Without O_NONBLOCK a named pipe that someone left in a theme would be waited for.
+constexpr int kReadOnly = O_RDONLY | O_NONBLOCK | O_CLOEXEC;
+
+}  // namespace
 
 std::size_t ByteSource::read(std::uint64_t offset, std::span<std::uint8_t> out) {
     if (offset >= length_) return 0;
@@ -23,16 +29,21 @@ std::size_t MemorySource::readInside(std::uint64_t offset, std::span<std::uint8_
     return out.size();
 }
 
-// Without O_NONBLOCK a named pipe that someone left in a theme would be waited for.
 FileSource::FileSource(const std::filesystem::path& file)
-    : ByteSource(0), descriptor_(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {
+    : ByteSource(0), descriptor_(::open(file.c_str(), kReadOnly)) {
+    examine();
+}
+
+FileSource::FileSource(int folder, const std::string& name)
+    : ByteSource(0), descriptor_(::openat(folder, name.c_str(), kReadOnly)) {
+    examine();
+}
+
+void FileSource::examine() {
     struct stat status {};
     if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return;
-    if (status.st_size <= 0) return;
-    const auto length = static_cast<std::uint64_t>(status.st_size);
-    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, head_.size()));
-    headBytes_ = readFromFile(0, std::span(head_).first(wanted));
-    setLength(headBytes_ < wanted ? headBytes_ : length);
+    identity_ = {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+    if (status.st_size > 0) setLength(static_cast<std::uint64_t>(status.st_size));
 }
 
 FileSource::~FileSource() {
@@ -40,6 +51,9 @@ FileSource::~FileSource() {
 }
 
 std::size_t FileSource::readInside(std::uint64_t offset, std::span<std::uint8_t> out) {
+    if (headBytes_ == 0)
+        headBytes_ = readFromFile(0, std::span(head_).first(static_cast<std::size_t>(
+                                         std::min<std::uint64_t>(length(), head_.size()))));
     if (offset + out.size() <= headBytes_) {
         std::copy_n(head_.begin() + static_cast<std::ptrdiff_t>(offset), out.size(), out.begin());
         return out.size();

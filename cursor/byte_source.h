@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <string>
+#include <utility>
 
 namespace pintle {
 
@@ -40,20 +42,29 @@ class MemorySource : public ByteSource {
 };
 
 /// A regular file, read piece by piece: a mapping would end the program when the file shrinks meanwhile.
-/// Its beginning, where most of the small reads go, is read at once. Of length 0 when the file cannot be read
-/// or is not regular.
+/// Its beginning, where most of the small reads go, is read with the first of them. Of length 0 when the file
+/// cannot be read or is not regular.
 class FileSource : public ByteSource {
   public:
     explicit FileSource(const std::filesystem::path& file);
+    /// `name` in the folder that the descriptor `folder` stands for.
+    FileSource(int folder, const std::string& name);
     ~FileSource() override;
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
 
+    /// Device and inode; zeros when the file cannot be read.
+    using Identity = std::pair<std::uint64_t, std::uint64_t>;
+    Identity identity() const { return identity_; }
+
   private:
+    /// Needs an open descriptor or -1.
+    void examine();
     std::size_t readInside(std::uint64_t offset, std::span<std::uint8_t> out) override;
     std::size_t readFromFile(std::uint64_t offset, std::span<std::uint8_t> out) const;
 
     int descriptor_ = -1;
+    Identity identity_;
     std::size_t headBytes_ = 0;
     std::array<std::uint8_t, 4096> head_;
 };

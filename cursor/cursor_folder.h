@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <string>
-#include <tuple>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "cursor/byte_source.h"
 #include "cursor/pixel_pool.h"
 #include "cursor/xcursor_image.h"
 
@@ -18,19 +18,26 @@ namespace pintle {
 
 class CursorFolder {
   public:
-    explicit CursorFolder(std::filesystem::path folder);
+    explicit CursorFolder(const std::filesystem::path& folder);
+    ~CursorFolder();
+    CursorFolder(const CursorFolder&) = delete;
+    CursorFolder& operator=(const CursorFolder&) = delete;
 
     /// The names of all entries in the file system's order; empty when the folder cannot be listed.
-    std::vector<std::string> names() const;
+    std::vector<std::string> names();
 
     /// The images of one cursor file up to the limit; null when it cannot be read or holds none.
     XCursorImages read(const std::string& name, std::int64_t maxNominalSize);
 
   private:
-    std::filesystem::path folder_;
+    using Identity = FileSource::Identity;
+
+    int descriptor_;
     PixelPool pixels_;
-    /// By device, inode and limit.
-    std::map<std::tuple<std::uint64_t, std::uint64_t, std::int64_t>, XCursorImages> known_;
+    /// Entries known to be no links, which need not be looked at before they are opened.
+    std::unordered_set<std::string> plainFiles_;
+    /// By file and limit.
+    std::map<std::pair<Identity, std::int64_t>, XCursorImages> known_;
 };
 
 }  // namespace pintle

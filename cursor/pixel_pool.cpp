@@ -75,7 +75,8 @@ std::shared_ptr<std::uint32_t> PixelPool::allocate(std::size_t count) {
         if (!block) return nullptr;
         free_ = std::move(block);
         freeBytes_ = size;
-        nextBlock_ = std::min(nextBlock_ * 4, kHugePage);
+        // A huge page costs no more than a few dozen small ones.
+        nextBlock_ = kHugePage;
     }
     std::shared_ptr<std::uint32_t> run(free_, reinterpret_cast<std::uint32_t*>(free_.get()));
     free_ = std::shared_ptr<std::uint8_t>(free_, free_.get() + bytes);

@@ -27,14 +27,8 @@ std::optional<std::vector<XCursorImage>> XCursorParser::parse(
 }
 
 std::optional<std::vector<XCursorImage>> XCursorParser::parseFile(
-    const std::filesystem::path& file, std::optional<std::int64_t> maxNominalSize) {
+    const std::filesystem::path& file, std::optional<std::int64_t> maxNominalSize) try {
     PixelPool pool;
-    return parseFile(file, maxNominalSize, pool);
-}
-
-std::optional<std::vector<XCursorImage>> XCursorParser::parseFile(const std::filesystem::path& file,
-                                                                  std::optional<std::int64_t> maxNominalSize,
-                                                                  PixelPool& pool) try {
     FileSource source(file);
     return readImages(source, maxNominalSize, pool);
 } catch (const std::bad_alloc&) {

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "cursor/pixel_pool.h"
 #include "cursor/xcursor_image.h"
 
 namespace pintle {
@@ -39,10 +38,6 @@ struct XCursorParser {
     /// the file cannot be read. Only regular files are opened.
     static std::optional<std::vector<XCursorImage>> parseFile(const std::filesystem::path& file,
                                                               std::optional<std::int64_t> maxNominalSize);
-    /// With the pixels in `pool`, for many files whose images live and go together.
-    static std::optional<std::vector<XCursorImage>> parseFile(const std::filesystem::path& file,
-                                                              std::optional<std::int64_t> maxNominalSize,
-                                                              PixelPool& pool);
 
     /// Size and delay of every image chunk whose header is whole, without reading pixels. Absent when there
     /// is none or the file cannot be read.
