@@ -118,23 +118,19 @@ HWY_INLINE void finish(const float* HWY_RESTRICT row, std::uint8_t* HWY_RESTRICT
     const Floats floats;
     const hn::Rebind<std::uint8_t, Floats> bytes;
     const std::size_t lanes = hn::Lanes(floats);
-    HWY_ALIGN static constexpr std::uint8_t kAlphaOfPixel[16] = {3,  3,  3,  3,  7,  7,  7,  7,
-                                                                 11, 11, 11, 11, 15, 15, 15, 15};
-    const hn::FixedTag<std::uint8_t, 16> fourPixels;
-    const auto alphaOfPixel = hn::Load(fourPixels, kAlphaOfPixel);
-    HWY_ALIGN std::uint8_t rounded[16];
-    for (std::size_t x = 0; x < pixels; x += 4) {
-        for (std::size_t i = 0; i < 16; i += lanes)
-            hn::StoreU(hn::DemoteTo(bytes, hn::NearestInt(hn::LoadU(floats, row + x * 4 + i))), bytes,
-                       rounded + i);
-        const auto pixel = hn::Load(fourPixels, rounded);
-        const auto kept = hn::Min(pixel, hn::TableLookupBytes(pixel, alphaOfPixel));
-        if (x + 4 <= pixels) {
-            hn::StoreU(kept, fourPixels, out + x * 4);
-        } else {
-            hn::Store(kept, fourPixels, rounded);
-            std::copy_n(rounded, (pixels - x) * 4, out + x * 4);
-        }
+    HWY_ALIGN static constexpr std::uint8_t kAlphaOfPixel[8] = {3, 3, 3, 3, 7, 7, 7, 7};
+    const auto alphaOfPixel = hn::LoadU(bytes, kAlphaOfPixel);
+    const std::size_t count = pixels * 4;
+    const auto rounded = [&](std::size_t i) {
+        const auto values = hn::DemoteTo(bytes, hn::NearestInt(hn::LoadU(floats, row + i)));
+        return hn::Min(values, hn::TableLookupBytes(values, alphaOfPixel));
+    };
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes) hn::StoreU(rounded(i), bytes, out + i);
+    if (i < count) {
+        HWY_ALIGN std::uint8_t rest[8];
+        hn::StoreU(rounded(i), bytes, rest);
+        std::copy_n(rest, count - i, out + i);
     }
 }
 
