@@ -57,7 +57,9 @@ PropertyDictionary everyType() {
         {"earlier date", PropertyDate{-978307200}},
         {"far date", PropertyDate{63113904000.0}},
         {"list", PropertyArray{1, 2.0, "three", true, PropertyArray{}, PropertyDictionary{}}},
-        {"nested", PropertyDictionary{{"a", PropertyDictionary{{"b", PropertyArray{PropertyArray{1}}}}}}},
+        {"nested",
+         PropertyDictionary{
+             {"a", PropertyDictionary{{"b", PropertyArray{PropertyValue(PropertyArray{1})}}}}}},
     };
 }
 
