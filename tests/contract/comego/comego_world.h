@@ -1,36 +1,19 @@
-// A real main queue with a deadline for everything that is waited for, and what a workspace told in it.
+// What a workspace tells in a real event loop.
 #pragma once
 
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QTimer>
 #include <algorithm>
-#include <chrono>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/linux/workspace/linux_workspace.h"
-#include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_socket_watch.h"
+#include "tests/contract/comego/loop_world.h"
 
 namespace pintle {
 
-class ComegoWorld {
+class ComegoWorld : public LoopWorld {
   public:
-    ComegoWorld() { wakeUp_.start(5); }
-
-    /// Runs the event loop until `reached`; false when it does not get there in time.
-    static bool until(const std::function<bool()>& reached) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!reached()) {
-            if (std::chrono::steady_clock::now() > deadline) return false;
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return true;
-    }
-
     std::unique_ptr<Workspace> makeWorkspace(const std::string& display) {
         auto workspace =
             makeLinuxWorkspace({display, *queue, [this](int descriptor, auto readable) {
@@ -57,7 +40,6 @@ class ComegoWorld {
         return until([&] { return heard(what); });
     }
 
-    std::unique_ptr<MainQueue> queue = makeQtMainQueue();
     /// The events' names in order; an activation with the application's name behind a colon.
     std::vector<std::string> told;
     std::vector<std::optional<RunningApplication>> applications;
@@ -70,7 +52,6 @@ class ComegoWorld {
         return ": " + notification.application->name.value_or("(none)");
     }
 
-    QTimer wakeUp_;
     std::vector<Subscription> observers_;
 };
 
