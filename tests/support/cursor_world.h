@@ -14,8 +14,12 @@
 #include "tests/support/fake_overlay.h"
 #include "tests/support/test_world.h"
 #include "tests/support/xcursor_builder.h"
+#include "themes/download.h"
+#include "themes/theme_extractor.h"
 #include "themes/theme_list.h"
+#include "themes/theme_removal.h"
 #include "themes/theme_store.h"
+#include "themes/theme_work.h"
 
 namespace pintle {
 
@@ -29,6 +33,14 @@ struct CursorWorld : TestWorld {
     ThemeList themes{themeStore, settings, log};
     ApplicationPipeline pipeline{{settings, store, notifications, themes, themeStore, applier, overlay,
                                   scheduler.mainQueue(), scheduler.backgroundTasks(), hints, log}};
+    ThemeWork work;
+    ThemeExtractor extractor{{processes, work, scheduler.mainQueue(), scheduler.backgroundTasks()}};
+    ThemeDownloads downloads{{settings, store, themes, themeStore, extractor, work, http,
+                              scheduler.mainQueue(), scheduler.backgroundTasks(), log},
+                             directories.temporary,
+                             std::nullopt};
+    ThemeRemoval removal{
+        {settings, store, themes, themeStore, work, scheduler.mainQueue(), scheduler.backgroundTasks(), log}};
 
     std::filesystem::path cursorsOf(const std::string& id) const {
         return themesDirectory() / id / "cursors";

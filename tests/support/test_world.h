@@ -4,10 +4,12 @@
 #include "base/notification_center.h"
 #include "platform/bundle.h"
 #include "platform/fake/fake_hardware_cursor.h"
+#include "platform/fake/fake_http_client.h"
 #include "platform/fake/fake_image_service.h"
 #include "platform/fake/fake_key_value_store.h"
 #include "platform/fake/fake_log.h"
 #include "platform/fake/fake_process.h"
+#include "platform/fake/fake_process_runner.h"
 #include "platform/fake/fake_property_list_coder.h"
 #include "platform/fake/fake_window_server.h"
 #include "platform/fake/virtual_scheduler.h"
@@ -27,6 +29,8 @@ struct TestWorld {
     FakeImageService images;
     FakePropertyListCoder propertyLists;
     FakeProcessHints hints;
+    FakeHttpClient http{scheduler.mainQueue()};
+    FakeProcessRunner processes{scheduler.mainQueue()};
 
     std::filesystem::path themesDirectory() const {
         return directories.applicationSupport / "Pintle" / "Themes";

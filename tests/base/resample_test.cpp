@@ -1,0 +1,170 @@
+#include "base/resample.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <random>
+
+namespace pintle {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct Sides {
+    int width;
+    int height;
+};
+
+double kernel(double x) {
+    constexpr double pi = 3.14159265358979323846;
+    if (x == 0) return 1;
+    if (std::abs(x) >= 3) return 0;
+    return std::sin(pi * x) / (pi * x) * std::sin(pi * x / 3) / (pi * x / 3);
+}
+
+/// Weights of every source position for one target position, in double precision.
+std::vector<double> weightsOf(int position, int from, int to) {
+    const double ratio = static_cast<double>(from) / to;
+    const double stretch = std::max(1.0, ratio);
+    const double centre = (position + 0.5) * ratio - 0.5;
+    std::vector<double> weights(static_cast<std::size_t>(from));
+    double sum = 0;
+    for (int i = 0; i < from; ++i)
+        sum += weights[static_cast<std::size_t>(i)] = kernel((i - centre) / stretch);
+    for (auto& weight : weights) weight /= sum;
+    return weights;
+}
+
+Bytes exact(const Bytes& source, Sides from, Sides to) {
+    std::vector<double> middle(static_cast<std::size_t>(to.width * from.height * 4));
+    for (int x = 0; x < to.width; ++x) {
+        const auto weights = weightsOf(x, from.width, to.width);
+        for (int y = 0; y < from.height; ++y)
+            for (int i = 0; i < from.width; ++i)
+                for (int channel = 0; channel < 4; ++channel)
+                    middle[static_cast<std::size_t>((y * to.width + x) * 4 + channel)] +=
+                        weights[static_cast<std::size_t>(i)] *
+                        source[static_cast<std::size_t>((y * from.width + i) * 4 + channel)];
+    }
+    Bytes target(static_cast<std::size_t>(to.width * to.height * 4));
+    for (int y = 0; y < to.height; ++y) {
+        const auto weights = weightsOf(y, from.height, to.height);
+        for (int x = 0; x < to.width; ++x) {
+            double most = 255;
+            for (int channel = 3; channel >= 0; --channel) {
+                double sum = 0;
+                for (int i = 0; i < from.height; ++i)
+                    sum += weights[static_cast<std::size_t>(i)] *
+                           middle[static_cast<std::size_t>((i * to.width + x) * 4 + channel)];
+                sum = std::clamp(std::round(sum), 0.0, channel == 3 ? 255.0 : most);
+                if (channel == 3) most = sum;
+                target[static_cast<std::size_t>((y * to.width + x) * 4 + channel)] =
+                    static_cast<std::uint8_t>(sum);
+            }
+        }
+    }
+    return target;
+}
+
+/// Premultiplied noise: clear, half clear and opaque pixels side by side.
+Bytes noise(Sides sides, std::uint32_t seed) {
+    std::mt19937 random(seed);
+    Bytes bytes;
+    for (int i = 0; i < sides.width * sides.height; ++i) {
+        const auto kind = random() % 3;
+        const auto alpha = kind == 0 ? 0 : kind == 1 ? 255 : random() % 256;
+        for (int channel = 0; channel < 3; ++channel)
+            bytes.push_back(static_cast<std::uint8_t>(random() % (alpha + 1)));
+        bytes.push_back(static_cast<std::uint8_t>(alpha));
+    }
+    return bytes;
+}
+
+Bytes drawn(Resampler& resampler, const Bytes& source, Sides from, Sides to) {
+    Bytes target(static_cast<std::size_t>(to.width * to.height * 4), 0xAA);
+    resampler.draw(source, from.width, from.height, target, to.width, to.height);
+    return target;
+}
+
+int worstDifference(const Bytes& a, const Bytes& b) {
+    int worst = 0;
+    for (std::size_t i = 0; i < a.size(); ++i) worst = std::max(worst, std::abs(a[i] - b[i]));
+    return worst;
+}
+
+const std::vector<std::pair<Sides, Sides>>& shapes() {
+    static const std::vector<std::pair<Sides, Sides>> all = {
+        {{32, 32}, {48, 48}}, {{32, 32}, {41, 41}}, {{32, 32}, {24, 24}},   {{24, 24}, {30, 30}},
+        {{48, 48}, {72, 72}}, {{48, 30}, {36, 22}}, {{1, 1}, {5, 7}},       {{2, 3}, {3, 2}},
+        {{5, 1}, {7, 1}},     {{1, 9}, {1, 13}},    {{33, 17}, {1, 1}},     {{200, 100}, {13, 7}},
+        {{7, 7}, {7, 7}},     {{3, 40}, {90, 4}},   {{1500, 3}, {2250, 4}}, {{3, 1500}, {4, 1100}},
+    };
+    return all;
+}
+
+TEST(ResamplerTest, IsWithinOneLevelOfExactArithmetic) {
+    Resampler resampler;
+    std::uint32_t seed = 0;
+    for (const auto& [from, to] : shapes()) {
+        const auto source = noise(from, ++seed);
+        EXPECT_LE(worstDifference(drawn(resampler, source, from, to), exact(source, from, to)), 1)
+            << from.width << "x" << from.height << " to " << to.width << "x" << to.height;
+    }
+}
+
+TEST(ResamplerTest, NeverLetsAColourExceedItsAlpha) {
+    Resampler resampler;
+    std::uint32_t seed = 100;
+    for (const auto& [from, to] : shapes()) {
+        const auto target = drawn(resampler, noise(from, ++seed), from, to);
+        for (std::size_t i = 0; i < target.size(); i += 4)
+            for (std::size_t channel = 0; channel < 3; ++channel)
+                ASSERT_LE(target[i + channel], target[i + 3]);
+    }
+}
+
+TEST(ResamplerTest, HoldsColoursDownEvenWhenTheSourceDoesNot) {
+    Resampler resampler;
+    const Bytes source(16 * 16 * 4, 200);
+    auto bright = source;
+    for (std::size_t i = 3; i < bright.size(); i += 4) bright[i] = 90;
+    for (const auto value : drawn(resampler, bright, {16, 16}, {24, 24})) ASSERT_EQ(value, 90);
+}
+
+TEST(ResamplerTest, KeepsEachPixelAtTheSameSize) {
+    Resampler resampler;
+    const auto source = noise({13, 9}, 7);
+    EXPECT_EQ(drawn(resampler, source, {13, 9}, {13, 9}), source);
+}
+
+TEST(ResamplerTest, KeepsAnOpaqueEdgeOpaque) {
+    Resampler resampler;
+    for (const auto value : drawn(resampler, Bytes(10 * 10 * 4, 255), {10, 10}, {15, 15}))
+        ASSERT_EQ(value, 255);
+}
+
+TEST(ResamplerTest, GivesTheSameAfterDrawingOtherShapes) {
+    const auto source = noise({32, 32}, 5);
+    Resampler fresh;
+    const auto expected = drawn(fresh, source, {32, 32}, {48, 48});
+    Resampler used;
+    for (int side = 1; side < 60; ++side)
+        drawn(used, noise({side, side}, 9), {side, side}, {side + 3, side + 1});
+    EXPECT_EQ(drawn(used, source, {32, 32}, {48, 48}), expected);
+}
+
+TEST(ResamplerTest, DrawsImagesOfExtremeShapeWithLittleMemory) {
+    Resampler resampler;
+    const Bytes source(std::size_t{4} * 1'000'000, 255);
+    Bytes target(std::size_t{4} * 1'500'000, 0);
+    resampler.draw(source, 1'000'000, 1, target, 1'500'000, 1);
+    EXPECT_EQ(std::count(target.begin(), target.end(), 255), static_cast<std::ptrdiff_t>(target.size()));
+    std::fill(target.begin(), target.end(), 0);
+    resampler.draw(source, 1, 1'000'000, target, 1, 1'500'000);
+    EXPECT_EQ(std::count(target.begin(), target.end(), 255), static_cast<std::ptrdiff_t>(target.size()));
+}
+
+}  // namespace
+}  // namespace pintle

@@ -1,0 +1,150 @@
+#include "cursor/xcursor_reader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "tests/support/plain_xcursor_reader.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/xcursor_builder.h"
+
+namespace pintle {
+namespace {
+
+using testing::SizeIs;
+using Bytes = std::vector<std::uint8_t>;
+
+/// Bytes of which only the first `shorter` are left after `reads` reads, as when a file shrinks meanwhile.
+class ShrinkingSource : public ByteSource {
+  public:
+    ShrinkingSource(Bytes bytes, std::size_t reads, std::size_t shorter)
+        : ByteSource(bytes.size()), bytes_(std::move(bytes)), readsLeft_(reads), shorter_(shorter) {}
+
+  private:
+    std::size_t readInside(std::uint64_t offset, std::span<std::uint8_t> out) override {
+        if (readsLeft_ == 0) bytes_.resize(std::min(bytes_.size(), shorter_));
+        if (readsLeft_ > 0) --readsLeft_;
+        if (offset >= bytes_.size()) return 0;
+        const auto count =
+            std::min<std::size_t>(out.size(), bytes_.size() - static_cast<std::size_t>(offset));
+        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset), count, out.begin());
+        return count;
+    }
+
+    Bytes bytes_;
+    std::size_t readsLeft_;
+    std::size_t shorter_;
+};
+
+Bytes animatedFile() {
+    XCursorBuilder builder;
+    for (std::uint32_t frame = 0; frame < 6; ++frame)
+        for (const std::uint32_t size : {8U, 12U, 64U})
+            builder.image({.size = size, .delay = frame, .colour = 0xFF000000 | frame << 8 | size});
+    return builder.bytes();
+}
+
+TEST(XCursorReader, TakesTheImagesThatAreLeftWhenAFileShrinksWhileItIsRead) {
+    const auto bytes = animatedFile();
+    for (std::size_t reads = 0; reads < 12; ++reads) {
+        for (std::size_t left = 0; left <= bytes.size(); left += 97) {
+            ShrinkingSource source(bytes, reads, left);
+            PixelPool pool;
+            const auto images = readImages(source, 48, pool);
+            if (!images) continue;
+            EXPECT_LE(images->size(), 12U);
+            for (const auto& image : *images) {
+                ASSERT_EQ(image.width, image.size);
+                const auto pixels = image.pixels.values();
+                ASSERT_EQ(pixels.size(), static_cast<std::size_t>(image.size * image.size));
+                const auto colour = 0xFF000000 | image.delay << 8 | static_cast<std::uint32_t>(image.size);
+                ASSERT_TRUE(
+                    std::all_of(pixels.begin(), pixels.end(), [&](auto pixel) { return pixel == colour; }));
+            }
+        }
+    }
+}
+
+TEST(XCursorReader, SkipsTheChunksThatAShorterFileNoLongerHolds) {
+    const auto bytes = animatedFile();
+    // Header, table, then six runs of two wanted chunks; from the fourth run on there is nothing.
+    ShrinkingSource source(bytes, 5, 100);
+    PixelPool pool;
+    const auto images = readImages(source, 48, pool);
+    ASSERT_TRUE(images);
+    EXPECT_LT(images->size(), 12U);
+    EXPECT_GT(images->size(), 0U);
+}
+
+TEST(XCursorReader, HeadersOfAShrinkingFileAreThoseStillThere) {
+    const auto bytes = animatedFile();
+    const auto all = PlainXCursorReader(bytes).headers();
+    ASSERT_TRUE(all);
+    for (std::size_t reads = 0; reads < 25; ++reads)
+        for (std::size_t left = 0; left <= bytes.size(); left += 101) {
+            ShrinkingSource source(bytes, reads, left);
+            const auto headers = readHeaders(source);
+            if (!headers) continue;
+            // What is told is true and in order; the rest is left out.
+            auto next = all->begin();
+            for (const auto& header : *headers) {
+                next = std::find(next, all->end(), header);
+                ASSERT_NE(next, all->end());
+                ++next;
+            }
+        }
+}
+
+TEST(XCursorReader, AnswersNothingWhenThePixelsAreMoreThanThePoolMayHold) {
+    const auto bytes = animatedFile();
+    MemorySource source(bytes);
+    PixelPool small(1000);
+    EXPECT_FALSE(readImages(source, 48, small));
+}
+
+TEST(XCursorReader, GivesWhatThePlainRulesGiveForDamagedFiles) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "damaged";
+    std::mt19937 random(20);
+    const auto below = [&](std::size_t n) { return random() % n; };
+    const auto sound = animatedFile();
+    constexpr std::size_t kTableBytes = 16 + 12 * 18;
+    std::size_t answered = 0;
+    for (int round = 0; round < 1500; ++round) {
+        auto bytes = sound;
+        for (std::size_t change = below(6) + 1; change > 0; --change) {
+            const auto at = below(3) == 0 ? below(bytes.size()) : below(kTableBytes);
+            switch (below(4)) {
+                case 0:
+                    bytes[at] = static_cast<std::uint8_t>(random());
+                    break;
+                case 1:
+                    bytes[at] = static_cast<std::uint8_t>(bytes[at] + 1);
+                    break;
+                case 2:
+                    std::copy_n(bytes.begin() + 24, 4, bytes.begin() + 24 + 12 * static_cast<int>(below(18)));
+                    break;
+                default:
+                    bytes[24 + 12 * below(18)] = static_cast<std::uint8_t>(random());
+                    break;
+            }
+        }
+        if (below(4) == 0) bytes.resize(below(bytes.size()) + 1);
+        writeFile(file, bytes);
+        const std::optional<std::int64_t> limit =
+            below(3) == 0 ? std::nullopt : std::optional<std::int64_t>(below(80));
+        const PlainXCursorReader plain(bytes);
+        const auto images = XCursorParser::parse(bytes, limit);
+        answered += images ? 1 : 0;
+        ASSERT_TRUE(plain.agreesWith(images, limit)) << "round " << round;
+        ASSERT_TRUE(plain.agreesWith(XCursorParser::parseFile(file, limit), limit)) << "round " << round;
+        ASSERT_EQ(XCursorParser::parseTOC(bytes), plain.toc());
+        ASSERT_EQ(XCursorParser::parseHeaders(file), plain.headers());
+    }
+    EXPECT_GT(answered, 500U);
+}
+
+}  // namespace
+}  // namespace pintle
