@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "themes/scratch.h"
+
 namespace pintle {
 
 Composition::Core::Core(const EarlyPlatform& early, const Platform& given, CursorSettings& settings,
@@ -11,11 +13,20 @@ Composition::Core::Core(const EarlyPlatform& early, const Platform& given, Curso
       snapshots(platform.windowServer, platform.images, platform.propertyLists, early.log,
                 platform.directories),
       changer(platform.windowServer, snapshots, early.log),
+      triggers(changer, platform.workspace, platform.mainQueue, early.log, platform.names,
+               [&settings] { return settings.excludedApps(); }),
       applier(platform.hardwareCursor, changer, *overlay, early.log),
       store(platform.directories, early.log),
       themes(store, settings, early.log),
       pipeline({settings, early.preferences, notifications, themes, store, applier, *overlay,
                 platform.mainQueue, platform.background, platform.hints, early.log}),
+      extractor({platform.processes, work, platform.mainQueue, platform.background}),
+      downloads({settings, early.preferences, themes, store, extractor, work, platform.http,
+                 platform.mainQueue, platform.background, early.log},
+                platform.directories.temporary, platform.mirror),
+      removal({settings, early.preferences, themes, store, work, platform.mainQueue, platform.background,
+               early.log}),
+      fullReset({settings, early.preferences, store, work, pipeline, applier, changer, early.log}),
       flushing(platform.mainQueue.atEndOfTurn([&server = platform.windowServer] { server.flush(); })) {}
 
 Composition::Composition(const EarlyPlatform& early)
@@ -27,10 +38,20 @@ Composition::~Composition() {
     if (core_) core_->platform.windowServer.flush();
 }
 
+void Composition::refreshLoginItem(const LoginPlatform& login) {
+    launchAtLogin_ = std::make_unique<LaunchAtLogin>(login.service, login.agent, early_.preferences,
+                                                     early_.log, login.program, login.role);
+    launchAtLogin_->refreshLoginItemLocation();
+}
+
 void Composition::build(const Platform& platform, std::unique_ptr<CursorOverlay> overlay) {
     core_ = std::make_unique<Core>(early_, platform, settings_, notifications_, std::move(overlay));
     SystemCursorChanger::install(core_->changer);
     CursorApplier::install(core_->applier);
+    platform.background.run(Priority::utility, [themes = core_->store.themesDirectory(),
+                                                temporary = platform.directories.temporary] {
+        removeLeftovers(themes, temporary);
+    });
 }
 
 void Composition::startCursors() {
@@ -45,12 +66,20 @@ void Composition::startCursors() {
     log.system("[PINTLEAPP] applyLastCursor() DONE");
 }
 
+void Composition::startUpdateChecks(UpdateChecker::Mediator& shell) {
+    updateChecker_ = std::make_unique<UpdateChecker>(core_->platform.http, core_->platform.mainQueue, shell,
+                                                     core_->platform.bundle, builtInUpdateEndpoint());
+    UpdateChecker::install(*updateChecker_);
+    updateChecker_->start();
+}
+
 void Composition::applyLastCursor() {
     auto& log = early_.log;
     log.system("[PINTLEAPP] applyLastCursor() START");
     viewModel_ = std::make_unique<CursorViewModel>(CursorViewModel::Neighbours{
-        core_->themes, core_->store, core_->pipeline, early_.preferences, core_->platform.mainQueue,
-        core_->platform.background, core_->platform.hints, log});
+        core_->themes, core_->store, core_->pipeline, core_->downloads, core_->removal, core_->fullReset,
+        early_.preferences, core_->platform.mainQueue, core_->platform.background, core_->platform.hints,
+        log});
     CursorViewModel::install(*viewModel_);
     log.system("[PINTLEAPP] CursorViewModel created");
     viewModel_->applyLastUsedTheme();

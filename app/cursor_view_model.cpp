@@ -21,6 +21,10 @@ CursorViewModel::CursorViewModel(const Neighbours& neighbours) : to_(neighbours)
     to_.log.system("[VIEWMODEL] INIT START");
     to_.log.system(fmt::format("[VIEWMODEL] Catalog count: {}", CursorThemeInfo::catalog().size()));
     themesChanged_ = to_.themes.changed.observe([this] { changed.emit(); });
+    downloaded_ = to_.downloads.downloaded.observe([this] { detectAnimatedThemes(); });
+    deleted_ = to_.removal.deleted.observe([this](const std::string& id) {
+        if (currentTheme() && currentTheme()->id == id) resetToDefault();
+    });
     currentThemeChanged_ = to_.pipeline.currentThemeChanged.observe([this] { changed.emit(); });
 
     to_.store.createDirectoriesIfNeeded();
@@ -50,6 +54,11 @@ void CursorViewModel::setSelectedFilter(CursorHandedness filter) {
     changed.emit();
 }
 
+void CursorViewModel::resetAllData() {
+    detection_ = std::make_unique<Lifetime>();
+    to_.fullReset.run();
+}
+
 void CursorViewModel::restoreCurrentTheme() {
     const auto id = stringValue(to_.preferences, CursorSettings::themeIdKey);
     const auto* row = id ? to_.themes.find(*id) : nullptr;
@@ -62,7 +71,7 @@ void CursorViewModel::detectAnimatedThemes() {
         Subscription activity;
     };
     runInBackground(
-        to_.background, to_.mainQueue, lifetime_, Priority::utility,
+        to_.background, to_.mainQueue, *detection_, Priority::utility,
         [&hints = to_.hints, themes = themesToExamine(to_.preferences, to_.themes, to_.store)] {
             auto activity = hints.beginActivity("Detecting animated themes");
             return Examined{examineThemes(themes), std::move(activity)};

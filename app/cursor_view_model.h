@@ -3,10 +3,12 @@
 // Main thread only.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "app/full_reset.h"
 #include "apply/application_pipeline.h"
 #include "base/lifetime.h"
 #include "base/signal.h"
@@ -19,7 +21,9 @@
 #include "platform/process_hints.h"
 #include "themes/cursor_handedness.h"
 #include "themes/cursor_theme_info.h"
+#include "themes/download.h"
 #include "themes/theme_list.h"
+#include "themes/theme_removal.h"
 #include "themes/theme_store.h"
 
 namespace pintle {
@@ -30,6 +34,9 @@ class CursorViewModel {
         ThemeList& themes;
         ThemeStore& store;
         ApplicationPipeline& pipeline;
+        ThemeDownloads& downloads;
+        ThemeRemoval& removal;
+        FullReset& fullReset;
         KeyValueStore& preferences;
         MainQueue& mainQueue;
         BackgroundTasks& background;
@@ -63,6 +70,11 @@ class CursorViewModel {
         to_.pipeline.applyThemeWithScale(theme, scale);
     }
     void resetToDefault() { to_.pipeline.resetToDefault(); }
+    /// These two return at once; the row tells how it goes.
+    void downloadTheme(const CursorThemeInfo& theme) { to_.downloads.downloadTheme(theme); }
+    void deleteTheme(const CursorThemeInfo& theme) { to_.removal.deleteTheme(theme); }
+    /// Deletes all themes and preferences and brings the desktop's cursors back. The caller quits afterwards.
+    void resetAllData();
     void applyLastUsedTheme() { to_.pipeline.applyLastUsedTheme(); }
 
     static std::optional<PreloadedCursor> makePreloaded(const std::string& name,
@@ -82,7 +94,10 @@ class CursorViewModel {
     CursorHandedness selectedFilter_ = CursorHandedness::all;
     Subscription themesChanged_;
     Subscription currentThemeChanged_;
-    Lifetime lifetime_;
+    Subscription downloaded_;
+    Subscription deleted_;
+    /// Of the examinations under way; replaced to drop their answers.
+    std::unique_ptr<Lifetime> detection_ = std::make_unique<Lifetime>();
 };
 
 }  // namespace pintle

@@ -88,9 +88,13 @@ void ApplicationPipeline::applyThemeWithScale(const CursorThemeInfo& theme, doub
     }));
 }
 
-void ApplicationPipeline::resetToDefault() {
+void ApplicationPipeline::cancelRequests() {
     generations_->take();
     ++resets_;
+}
+
+void ApplicationPipeline::resetToDefault() {
+    cancelRequests();
     to_.overlay.showSystemCursorGuaranteed();
     setCurrentTheme(std::nullopt);
     // Behind the settings' back, whose own copy of the id stays as it is.

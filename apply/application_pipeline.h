@@ -59,6 +59,8 @@ class ApplicationPipeline {
     void applyTheme(const CursorThemeInfo& theme);
     void applyThemeWithScale(const CursorThemeInfo& theme, double scale);
     void resetToDefault();
+    /// Loads and requests under way change nothing any more, neither on screen nor in the settings.
+    void cancelRequests();
     /// At start: the stored theme when it may and can be applied, else the desktop's cursors.
     void applyLastUsedTheme();
     /// Releases the parsed images 60 seconds from now, unless it is called again before.

@@ -3,11 +3,13 @@
 #include "app/qt/root.h"
 #include "apply/cursor_overlay_manager.h"
 #include "apply/null_overlay.h"
+#include "platform/linux/archiver.h"
 #include "platform/linux/dbus_instance_bus.h"
 #include "platform/linux/hardware_cursor.h"
 #include "platform/linux/linux_desktop_names.h"
 #include "platform/linux/linux_log.h"
 #include "platform/linux/linux_process_hints.h"
+#include "platform/linux/login_item_service.h"
 #include "platform/linux/overlay/overlay_desktop.h"
 #include "platform/linux/plist_coder.h"
 #include "platform/linux/plist_key_value_store.h"
@@ -16,8 +18,10 @@
 #include "platform/linux/workspace/linux_workspace.h"
 #include "platform/linux/x11/x11_window_server.h"
 #include "platform/qt/qt_background_tasks.h"
+#include "platform/qt/qt_http_client.h"
 #include "platform/qt/qt_image_service.h"
 #include "platform/qt/qt_main_queue.h"
+#include "platform/qt/qt_process_runner.h"
 #include "platform/qt/qt_socket_watch.h"
 
 namespace pintle {
@@ -32,11 +36,35 @@ struct Root::Early {
     std::unique_ptr<KeyValueStore> preferences = makePlistKeyValueStore(
         makePreferencePath(environment, bundle), *propertyLists, *log, *queue, *background);
     std::unique_ptr<InstanceBus> instances = makeDbusInstanceBus(bundle.identifier);
+    std::unique_ptr<LoginItemService> loginItems = makeAbsentLoginItemService();
+    std::unique_ptr<LoginAgent> autostart =
+        makeAutostartEntry(makePreferencePath(environment, bundle).parent_path());
 };
+
+namespace {
+
+// Until there is a menu nobody asks for an answer; one that came all the same is told in the log.
+class AnswersInLog : public UpdateChecker::Mediator {
+  public:
+    explicit AnswersInLog(Log& log) : log_(log) {}
+    void activateIgnoringOtherApps() override {}
+    void runAlert(const UpdateAlert& alert, std::function<void(int)>) override {
+        log_.system("[UI] " + alert.message + ". " + alert.informativeText);
+    }
+    void openUrl(const std::string& url) override { log_.system("[UI] " + url); }
+
+  private:
+    Log& log_;
+};
+
+}  // namespace
 
 struct Root::Desktop {
     explicit Desktop(Early& early)
-        : windowServer(makeX11WindowServer(X11WindowServerOptions{
+        : updateAnswers(*early.log),
+          http(makeQtHttpClient(*early.queue)),
+          processes(makeQtProcessRunner(*early.queue, linuxArchiver())),
+          windowServer(makeX11WindowServer(X11WindowServerOptions{
               .display = std::nullopt,
               .queue = *early.queue,
               .log = *early.log,
@@ -62,6 +90,9 @@ struct Root::Desktop {
             *workspace, overlay->pointer(), *hardwareCursor, overlay->accessibility(), settings, names});
     }
 
+    AnswersInLog updateAnswers;
+    std::unique_ptr<HttpClient> http;
+    std::unique_ptr<ProcessRunner> processes;
     std::unique_ptr<WindowServer> windowServer;
     std::unique_ptr<HardwareCursor> hardwareCursor = makeHardwareCursor();
     std::unique_ptr<ImageService> images = makeQtImageService();
@@ -80,6 +111,11 @@ Root::~Root() { early_->preferences->synchronize(); }
 
 bool Root::start() {
     if (composition_->anotherCopyRuns()) return false;
+    const auto program = early_->bundle.executable.string();
+    composition_->refreshLoginItem({*early_->loginItems,
+                                    *early_->autostart,
+                                    LoginAgentRole::standsInForService,
+                                    {program, program.empty() ? std::nullopt : std::optional(program)}});
     // The server draws a hidden pointer again by itself when the connection that hid it goes.
     installSignalRecovery(nullptr);
     desktop_ = std::make_unique<Desktop>(*early_);
@@ -92,11 +128,17 @@ bool Root::start() {
             .images = *desktop_->images,
             .propertyLists = *early_->propertyLists,
             .hints = *desktop_->hints,
+            .workspace = *desktop_->workspace,
+            .names = desktop_->names,
+            .http = *desktop_->http,
+            .processes = *desktop_->processes,
             .directories = makeUserDirectories(early_->environment),
             .bundle = early_->bundle,
+            .mirror = early_->environment("PINTLE_MIRROR"),
         },
         desktop_->makeOverlay(*early_, composition_->settings()));
     composition_->startCursors();
+    composition_->startUpdateChecks(desktop_->updateAnswers);
     return true;
 }
 

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "apply/null_overlay.h"
+#include "platform/fake/fake_login_item_service.h"
+#include "platform/fake/fake_workspace.h"
+#include "settings/launch_agent_file.h"
 #include "tests/support/fake_overlay.h"
 #include "tests/support/test_world.h"
 #include "tests/support/xcursor_builder.h"
@@ -20,6 +23,7 @@ constexpr auto kArrow = "com.apple.coregraphics.Arrow";
 struct CompositionTest : testing::Test {
     TestWorld world;
     FakeInstanceBus bus;
+    FakeWorkspace workspace;
     FakeOverlay* overlay = nullptr;
 
     EarlyPlatform early() { return {world.log, world.store, bus}; }
@@ -31,7 +35,12 @@ struct CompositionTest : testing::Test {
                 world.images,
                 world.propertyLists,
                 world.hints,
+                workspace,
+                {},
+                world.http,
+                world.processes,
                 world.directories,
+                {},
                 {}};
     }
     std::unique_ptr<Composition> start() {
@@ -140,6 +149,55 @@ TEST_F(CompositionTest, ShowsTheDesktopsCursorWhereRegistrationIsRefusedAndNothi
     EXPECT_TRUE(world.log.has("[SystemCursorChanger] CGS symbols unavailable"));
     EXPECT_TRUE(composition.overlay().isActive());
     EXPECT_THAT(world.windowServer.registered, IsEmpty());
+}
+
+TEST_F(CompositionTest, AWakeRepeatsTheRegistrationOfTheLastTheme) {
+    writeTheme();
+    world.store.set("currentThemeId", kIce);
+    const auto composition = start();
+    world.scheduler.runUntilIdle();
+    ASSERT_TRUE(composition->changer().isActive());
+    workspace.send(WorkspaceEvent::didWake);
+    world.scheduler.advance(std::chrono::seconds(1));
+    EXPECT_TRUE(world.log.has("[SystemCursorChanger] Re-applied after NSWorkspaceDidWakeNotification"));
+}
+
+TEST_F(CompositionTest, AnApplicationThatTheUserExcludedSuspendsTheTheme) {
+    writeTheme();
+    world.store.set("currentThemeId", kIce);
+    const auto composition = start();
+    world.scheduler.runUntilIdle();
+    composition->settings().addExcludedApp("Blender");
+    workspace.activate("Blender");
+    EXPECT_TRUE(world.log.has("[SystemCursorChanger] Suspended for excluded app: Blender"));
+    composition->settings().removeExcludedApp("Blender");
+    workspace.activate("Blender");
+    EXPECT_TRUE(world.log.has("[SystemCursorChanger] Resumed after excluded app"));
+}
+
+TEST_F(CompositionTest, TheLoginItemFollowsTheProgramBeforeAnythingElseIsMade) {
+    FakeLoginItemService service;
+    const auto agent = makeLaunchAgentFile(world.directories.home, world.propertyLists);
+    world.store.set("launchAtLogin", true);
+    Composition composition(early());
+    composition.refreshLoginItem({service, *agent, LoginAgentRole::fallback, {"/opt/Pintle", "/opt/Pintle"}});
+    EXPECT_THAT(world.log.systemLines, ElementsAre("[LaunchAtLogin] Login item re-pointed to /opt/Pintle"));
+    composition.launchAtLogin().setLaunchAtLogin(false);
+    EXPECT_THAT(service.calls, ElementsAre("unregister", "register", "unregister", "status"));
+}
+
+TEST_F(CompositionTest, TheUpdateCheckAsksTheHostOfTheBuild) {
+    struct Silence : UpdateChecker::Mediator {
+        void activateIgnoringOtherApps() override {}
+        void runAlert(const UpdateAlert&, std::function<void(int)>) override {}
+        void openUrl(const std::string&) override {}
+    } shell;
+    const auto composition = start();
+    composition->startUpdateChecks(shell);
+    world.scheduler.runUntilIdle();
+    ASSERT_EQ(world.http.requests.size(), 1u);
+    EXPECT_EQ(world.http.requests.front().url, builtInUpdateEndpoint().versionURL);
+    EXPECT_EQ(&UpdateChecker::shared(), &composition->updateChecker());
 }
 
 }  // namespace

@@ -20,11 +20,16 @@ constexpr auto kAnimatedKey = "animatedThemeCheckV2";
 
 struct ViewModelTest : testing::Test {
     CursorWorld world;
+    FullReset fullReset{{world.settings, world.store, world.themeStore, world.work, world.pipeline,
+                         world.applier, world.changer, world.log}};
 
     CursorViewModel::Neighbours neighbours() {
         return {world.themes,
                 world.themeStore,
                 world.pipeline,
+                world.downloads,
+                world.removal,
+                fullReset,
                 world.store,
                 world.scheduler.mainQueue(),
                 world.scheduler.backgroundTasks(),

@@ -1,0 +1,42 @@
+// Returns the application to its first-run state: no theme, no preference, the desktop's own cursors. Offered
+// by the settings window through the view model; the caller then tells the user and quits. Main thread only.
+#pragma once
+
+#include "apply/application_pipeline.h"
+#include "apply/cursor_applier.h"
+#include "apply/system_cursor_changer.h"
+#include "platform/key_value_store.h"
+#include "platform/log.h"
+#include "settings/cursor_settings.h"
+#include "themes/theme_store.h"
+#include "themes/theme_work.h"
+
+namespace pintle {
+
+class FullReset {
+  public:
+    struct Neighbours {
+        CursorSettings& settings;
+        KeyValueStore& preferences;
+        ThemeStore& store;
+        ThemeWork& work;
+        ApplicationPipeline& pipeline;
+        CursorApplier& applier;
+        SystemCursorChanger& changer;
+        Log& log;
+    };
+
+    explicit FullReset(const Neighbours& neighbours) : to_(neighbours) {}
+
+    /// Ends all work under way first: nothing of it reaches the disk or the screen from then on. The rows of
+    /// the theme list stay as they are, and so do the folder "Pintle" and the backup of the desktop's
+    /// cursors.
+    void run();
+
+  private:
+    void deleteThemes();
+
+    const Neighbours to_;
+};
+
+}  // namespace pintle
