@@ -107,6 +107,9 @@ TEST_F(PipelineTest, OfTwoAppliesInQuickSuccessionOnlyTheSecondReachesTheScreen)
                 ElementsAre("[APPLY] Applying theme: Bibata Modern Ice at scale: 1.0",
                             "[APPLY] Applying theme: Banana at scale: 1.0", "[APPLY] Theme applied: FAILED",
                             "[APPLY] Theme applied: SUCCESS"));
+    EXPECT_THAT(world.linesOf({"[FIND_CURSORS] ━━━"}),
+                ElementsAre("[FIND_CURSORS] ━━━ findCursorsDirectory START for: " +
+                            (world.themesDirectory() / kBanana).string()));
     for (const auto& registered : world.windowServer.registrations)
         EXPECT_EQ(CursorWorld::colour(registered), kBananaColour);
     EXPECT_EQ(world.settings.currentThemeId(), kBanana);
