@@ -26,6 +26,10 @@ if(PINTLE_SANITIZE)
     add_compile_options(-fsanitize=${PINTLE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${PINTLE_SANITIZE})
 endif()
+if(PINTLE_FUZZ)
+    # The engine's counters in every room, so that it sees which inputs lead somewhere new.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
 
 find_package(fmt REQUIRED)
 find_package(Threads REQUIRED)

@@ -9,6 +9,13 @@
 namespace pintle {
 namespace {
 
+/// Each run by itself, so that the address sanitizer sees every step beyond it.
+#ifdef PINTLE_SEPARATE_RUNS
+constexpr bool kSeparateRuns = true;
+#else
+constexpr bool kSeparateRuns = false;
+#endif
+
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 /// Runs begin at a cache line.
 constexpr std::size_t kRunAlignment = 64;
@@ -61,11 +68,10 @@ std::shared_ptr<std::uint8_t> makeBlock(std::size_t bytes) {
 std::shared_ptr<std::uint32_t> PixelPool::allocate(std::size_t count) {
     if (count > left_ / sizeof(std::uint32_t)) return nullptr;
     left_ -= count * sizeof(std::uint32_t);
-#ifdef PINTLE_SEPARATE_RUNS
-    // Each run by itself, so that the address sanitizer sees every step beyond it.
-    std::shared_ptr<std::uint32_t[]> run(new (std::nothrow) std::uint32_t[count]);
-    return run ? std::shared_ptr<std::uint32_t>(run, run.get()) : nullptr;
-#else
+    if constexpr (kSeparateRuns) {
+        std::shared_ptr<std::uint32_t[]> run(new (std::nothrow) std::uint32_t[count]);
+        return run ? std::shared_ptr<std::uint32_t>(run, run.get()) : nullptr;
+    }
     const std::size_t bytes =
         roundedUp(std::max<std::size_t>(count, 1) * sizeof(std::uint32_t), kRunAlignment);
     if (bytes > freeBytes_) {
@@ -82,7 +88,6 @@ std::shared_ptr<std::uint32_t> PixelPool::allocate(std::size_t count) {
     free_ = std::shared_ptr<std::uint8_t>(free_, free_.get() + bytes);
     freeBytes_ -= bytes;
     return run;
-#endif
 }
 
 }  // namespace pintle
