@@ -60,7 +60,7 @@ fs::path makePreferencePath(const Environment& environment, const Bundle& bundle
 Bundle makeBundle(const Environment& environment) {
     Bundle bundle;
     bundle.shortVersion = PINTLE_VERSION;
-    bundle.build = PINTLE_VERSION;
+    bundle.build = PINTLE_BUILD;
     std::error_code error;
     std::string executable = fs::read_symlink("/proc/self/exe", error).string();
     // What the system adds when an update has replaced the file.
