@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "base/resample.h"
+#include "base/rgba.h"
 #include "bench/library_anchor.h"
-#include "cursor/xcursor_image.h"
 
 namespace pintle::bench {
 namespace {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "base/rgba.h"
 #include "cursor/scaled_size.h"
 
 namespace pintle {

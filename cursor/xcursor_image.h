@@ -47,9 +47,6 @@ struct XCursorImage {
     std::optional<Bitmap> scaledNSImage(double scale) const;
 };
 
-/// Writes each 0xAARRGGBB value as the bytes R, G, B, A; `to` has room for all of them.
-void writeRgba(std::span<const std::uint32_t> from, std::uint8_t* to);
-
 /// The images of one file in the order of its table of contents. Names that are links to one file share it.
 using XCursorImages = std::shared_ptr<const std::vector<XCursorImage>>;
 
