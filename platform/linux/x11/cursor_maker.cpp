@@ -62,19 +62,21 @@ class CursorMaker::Drawing {
                                                       row * static_cast<std::size_t>(width_))));
         }
     }
-    xcb_cursor_t cursor(const CursorFrame& frame, std::string_view name) {
+    xcb_cursor_t cursor(const CursorFrame& frame) {
         const xcb_cursor_t made = xcb_generate_id(c_);
         requests.push_back(xcb_render_create_cursor_checked(c_, made, picture_,
                                                             static_cast<std::uint16_t>(frame.hotspotX),
                                                             static_cast<std::uint16_t>(frame.hotspotY)));
-        nameIt(made, name);
         return made;
     }
-    xcb_cursor_t animation(std::span<const xcb_render_animcursorelt_t> frames, std::string_view name) {
+    void nameIt(xcb_cursor_t cursor, std::string_view name) {
+        requests.push_back(xcb_xfixes_set_cursor_name_checked(
+            c_, cursor, static_cast<std::uint16_t>(name.size()), name.data()));
+    }
+    xcb_cursor_t animation(std::span<const xcb_render_animcursorelt_t> frames) {
         const xcb_cursor_t made = xcb_generate_id(c_);
         requests.push_back(xcb_render_create_anim_cursor_checked(
             c_, made, static_cast<std::uint32_t>(frames.size()), frames.data()));
-        nameIt(made, name);
         return made;
     }
     void free(xcb_cursor_t cursor) { requests.push_back(xcb_free_cursor_checked(c_, cursor)); }
@@ -103,11 +105,6 @@ class CursorMaker::Drawing {
             xcb_discard_reply(c_, request.sequence);
         pixmap_ = 0;
     }
-    void nameIt(xcb_cursor_t cursor, std::string_view name) {
-        requests.push_back(xcb_xfixes_set_cursor_name_checked(
-            c_, cursor, static_cast<std::uint16_t>(name.size()), name.data()));
-    }
-
     XConnection& connection_;
     xcb_connection_t* c_;
     xcb_render_pictformat_t format_;
@@ -125,15 +122,17 @@ int CursorMaker::make(const CursorPicture& picture, std::span<const std::string_
     Drawing drawing(connection_, format_);
     for (const auto& frame : picture.frames()) {
         drawing.put(frame);
-        for (std::size_t i = 0; i < names.size(); ++i)
-            elements[i].push_back({drawing.cursor(frame, names[i]), frame.delay});
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            elements[i].push_back({drawing.cursor(frame), frame.delay});
+            if (picture.isAnimated()) drawing.nameIt(elements[i].back().cursor, names[i]);
+        }
     }
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (!picture.isAnimated()) {
             made.push_back(elements[i].front().cursor);
             continue;
         }
-        made.push_back(drawing.animation(elements[i], names[i]));
+        made.push_back(drawing.animation(elements[i]));
         for (const auto& element : elements[i]) drawing.free(element.cursor);
     }
     const int error = connection_.firstError(drawing.requests);

@@ -1,5 +1,4 @@
-// Makes X cursor objects from pictures: one object for each name, every frame of it named too. A cursor that
-// lacks its name, or that two names share, can be neither replaced nor given back later. Main thread.
+// Makes X cursor objects from pictures. Main thread.
 #pragma once
 
 #include <xcb/render.h>
@@ -19,7 +18,8 @@ class CursorMaker {
 
     /// Whether the server knows pictures of premultiplied 32-bit pixels.
     bool isUsable() const { return format_ != 0; }
-    /// One cursor for each name, in order, owned by the caller. Waits for the server's answer: returns 0, or
+    /// One cursor for each name, in order, owned by the caller. The frames of an animation have the name, as
+    /// the server reports the frame; the cursors have none yet. Waits for the server's answer: returns 0, or
     /// the code of the first error, and then nothing is left behind.
     int make(const CursorPicture& picture, std::span<const std::string_view> names,
              std::vector<xcb_cursor_t>& made);

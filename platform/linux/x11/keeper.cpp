@@ -107,7 +107,11 @@ void Keeper::examineAgain() {
     const auto after = desk_.watcher->pointer();
     if (!shown || !before || !after) return;
     const auto finding = judged(*shown);
-    if (finding.verdict == KeeperVerdict::leave) return;
+    if (finding.verdict == KeeperVerdict::leave) {
+        // An animation comes to be shown with a serial of its own before its frames.
+        settled_.insert(subject_.serial);
+        return;
+    }
     if (finding.name != subject_.name) return startWith(*shown, finding.name, 0);
     // Frames of an animation have serials of their own; a named cursor with another serial may be one that
     // was made since, so it is replaced by name once more.

@@ -3,8 +3,6 @@
 #include <xcb/xfixes.h>
 #include <xcb/xinput.h>
 
-#include "platform/linux/x11/cursor_names.h"
-
 namespace pintle::x11 {
 namespace {
 
@@ -29,7 +27,7 @@ int Registration::prepare(const PicturePtr& picture, std::span<const std::string
         const auto waiting = prepared_.find(name);
         if (waiting != prepared_.end() && waiting->second.picture->equals(*picture)) continue;
         const auto shown = inForce_.find(name);
-        if (shown != inForce_.end() && shown->second.picture->equals(*picture)) continue;
+        if (shown != inForce_.end() && shown->second->equals(*picture)) continue;
         missing.push_back(name);
     }
     if (missing.empty()) return 0;
@@ -50,20 +48,15 @@ std::vector<WantedCursors::Change> Registration::send(const std::vector<WantedCu
         if (!permanent_) makePermanent();
         const auto next = prepared_.find(wanted.name);
         if (next != prepared_.end() && next->second.picture->equals(*wanted.picture)) {
-            Made& shown = inForce_[wanted.name];
-            const auto before = shown.cursor;
-            shown = next->second;
+            inForce_[wanted.name] = wanted.picture;
+            nameIt(next->second.cursor, wanted.name);
+            change(wanted.name, next->second.cursor);
+            free(next->second.cursor);
             prepared_.erase(next);
-            change(wanted.name, shown.cursor);
-            if (before != 0) free(before);
         } else {
             replaceByName(wanted.name);
         }
         sent.push_back(wanted);
-        if (wanted.name == kRootCursorName) {
-            define(connection_->root(), wanted.name, CursorChannel::core);
-            define(connection_->root(), wanted.name, CursorChannel::device);
-        }
     }
     dropPrepared();
     endPredecessor();
@@ -76,14 +69,26 @@ void Registration::dropPrepared() {
     prepared_.clear();
 }
 
-void Registration::replaceByName(std::string_view name) {
+xcb_cursor_t Registration::freshCursor(std::string_view name) {
     const auto shown = inForce_.find(name);
-    if (shown != inForce_.end()) change(name, shown->second.cursor);
+    std::vector<xcb_cursor_t> made;
+    if (shown == inForce_.end() || maker_.make(*shown->second, std::span(&name, 1), made) != 0) return 0;
+    nameIt(made.front(), name);
+    return made.front();
+}
+
+void Registration::replaceByName(std::string_view name) {
+    const auto cursor = freshCursor(name);
+    if (cursor == 0) return;
+    change(name, cursor);
+    free(cursor);
 }
 
 void Registration::define(xcb_window_t window, std::string_view name, CursorChannel channel) {
-    const auto shown = inForce_.find(name);
-    if (shown != inForce_.end()) set(window, shown->second.cursor, channel);
+    const auto cursor = freshCursor(name);
+    if (cursor == 0) return;
+    set(window, cursor, channel);
+    free(cursor);
 }
 
 void Registration::undefine(xcb_window_t window, CursorChannel channel) {
@@ -113,6 +118,11 @@ void Registration::endPredecessor() {
     xcb_change_property(c, XCB_PROP_MODE_REPLACE, connection_->root(), mark_, XCB_ATOM_WINDOW, 32, 1,
                         &window_);
     if (predecessor_ != 0) xcb_kill_client(c, predecessor_);
+}
+
+void Registration::nameIt(xcb_cursor_t cursor, std::string_view name) {
+    xcb_xfixes_set_cursor_name(connection_->get(), cursor, static_cast<std::uint16_t>(name.size()),
+                               name.data());
 }
 
 void Registration::change(std::string_view name, xcb_cursor_t cursor) {

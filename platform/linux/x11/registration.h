@@ -37,7 +37,7 @@ class Registration {
 
     /// Replaces again, by name, every cursor of the server that has this name.
     void replaceByName(std::string_view name);
-    /// Sets the cursor in force for `name` on somebody's window.
+    /// Sets the picture in force for `name` on somebody's window.
     void define(xcb_window_t window, std::string_view name, CursorChannel channel);
     void undefine(xcb_window_t window, CursorChannel channel);
 
@@ -48,19 +48,24 @@ class Registration {
         xcb_cursor_t cursor = 0;
         PicturePtr picture;
     };
-    using MadeByName = std::map<std::string_view, Made>;
 
     explicit Registration(std::unique_ptr<XConnection> connection);
     void makePermanent();
     void endPredecessor();
+    /// A cursor of the picture in force for `name`, with its name; 0 when there is none. Every use takes a
+    /// new one: a change by name, whoever makes it, turns existing ids of that name into the new cursor, and
+    /// a window whose cursor is the same object as its parent's loses it.
+    xcb_cursor_t freshCursor(std::string_view name);
+    void nameIt(xcb_cursor_t cursor, std::string_view name);
     void change(std::string_view name, xcb_cursor_t cursor);
     void set(xcb_window_t window, xcb_cursor_t cursor, CursorChannel channel);
     void free(xcb_cursor_t cursor) { xcb_free_cursor(connection_->get(), cursor); }
 
     std::unique_ptr<XConnection> connection_;
     CursorMaker maker_;
-    MadeByName prepared_;
-    MadeByName inForce_;
+    /// Nameless until they are sent, so that nobody's change by name reaches them.
+    std::map<std::string_view, Made> prepared_;
+    std::map<std::string_view, PicturePtr> inForce_;
     xcb_atom_t mark_;
     xcb_window_t window_ = 0;
     xcb_window_t predecessor_ = 0;

@@ -96,9 +96,12 @@ std::optional<ShownCursor> Watcher::shownCursor(const std::optional<ShownCursor>
     const std::span pixels(
         xcb_xfixes_get_cursor_image_and_name_cursor_image(reply.get()),
         static_cast<std::size_t>(xcb_xfixes_get_cursor_image_and_name_cursor_image_length(reply.get())));
-    shown.fingerprint = fingerprintOf(reply->width, reply->height, reply->xhot, reply->yhot, pixels);
-    shown.isBlank =
+    const bool isBlank =
         std::all_of(pixels.begin(), pixels.end(), [](std::uint32_t pixel) { return pixel >> 24 == 0; });
+    // Until its first frame is due an animation is reported with its name and one invisible pixel.
+    if (isBlank && pixels.size() == 1 && !shown.name.empty()) return shown;
+    shown.fingerprint = fingerprintOf(reply->width, reply->height, reply->xhot, reply->yhot, pixels);
+    shown.isBlank = isBlank;
     return shown;
 }
 
@@ -120,6 +123,23 @@ std::optional<PointerState> Watcher::pointer() {
         state.deepest = reply->child;
     }
     return state;
+}
+
+std::optional<ShownCursor> Watcher::cursorOfRoot() {
+    const auto at = pointer();
+    if (!at) return std::nullopt;
+    if (at->deepest == connection_->root()) return shownCursor(std::nullopt);
+    auto* const c = connection_->get();
+    const xcb_window_t probe = xcb_generate_id(c);
+    const std::uint32_t overrideRedirect = 1;
+    xcb_create_window(c, 0, probe, connection_->root(), static_cast<std::int16_t>(at->x),
+                      static_cast<std::int16_t>(at->y), 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &overrideRedirect);
+    xcb_map_window(c, probe);
+    auto shown = shownCursor(std::nullopt);
+    xcb_destroy_window(c, probe);
+    xcb_flush(c);
+    return shown;
 }
 
 CursorThemeChoice Watcher::cursorTheme(const Environment& environment) {

@@ -42,6 +42,9 @@ class Watcher {
     /// server does not let the cursor be read.
     std::optional<ShownCursor> shownCursor(const std::optional<ShownCursor>& lastKnown);
     std::optional<PointerState> pointer();
+    /// The cursor that the root window, and windows without one of their own, would show. Puts a window
+    /// without a cursor under the pointer for a moment if the pointer is not over the bare root.
+    std::optional<ShownCursor> cursorOfRoot();
     CursorThemeChoice cursorTheme(const Environment& environment);
 
   private:

@@ -73,6 +73,7 @@ class X11WindowServer : public WindowServer {
     std::string displayName() const;
     void watchRegistration();
     void watchWatcher();
+    void showOnRoot(const CursorPicture& picture);
     void registrationReadable();
     void handleNews();
     void handleNewsSoon();
@@ -99,6 +100,7 @@ class X11WindowServer : public WindowServer {
     bool newsExpected_ = false;
     bool registrationReopened_ = false;
     bool watcherReopened_ = false;
+    bool rootHasDeviceCursor_ = false;
     bool lost_ = false;
     bool dead_ = false;
     Subscription registrationWatch_;
@@ -215,10 +217,28 @@ void X11WindowServer::flush() {
     needsFlush_ = false;
     for (const auto& change : sent) {
         desk_.wanted.sent(change);
+        if (change.name == kRootCursorName) showOnRoot(*change.picture);
         if (options_.nameSent) options_.nameSent(change.name);
     }
     keeper_.applied(sent);
     handleNewsSoon();
+}
+
+void X11WindowServer::showOnRoot(const CursorPicture& picture) {
+    auto& registration = *desk_.registration;
+    const auto root = registration.connection().root();
+    registration.define(root, kRootCursorName, CursorChannel::core);
+    // Some window managers set the root's cursor for the pointer device, which hides the other one. Where
+    // that is not so it is left alone: a device cursor of the root window can never be taken away again, and
+    // would hide the desktop's own from then on.
+    if (!rootHasDeviceCursor_) {
+        registration.connection().synchronize();
+        const auto shown = desk_.watcher->cursorOfRoot();
+        rootHasDeviceCursor_ = !shown || !shown->fingerprint || !picture.shows(*shown->fingerprint);
+    }
+    if (!rootHasDeviceCursor_) return;
+    registration.define(root, kRootCursorName, CursorChannel::device);
+    registration.connection().synchronize();
 }
 
 void X11WindowServer::registrationReadable() {

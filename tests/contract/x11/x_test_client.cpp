@@ -200,29 +200,31 @@ void XTestClient::keepResourcesAfterEnd() {
     synchronize();
 }
 
-int XTestClient::quarrelOver(Id window, const std::string& name) {
+int XTestClient::quarrelOver(Id window, const std::string& name, bool channelIsDevice) {
     if (!state_->listens) {
         XFixesSelectCursorInput(state_->display, root(), XFixesDisplayCursorNotifyMask);
         state_->listens = true;
     }
-    int answered = 0;
-    while (XPending(state_->display) > 0) {
-        XEvent event;
-        XNextEvent(state_->display, &event);
-        if (event.type != state_->fixesEvent + XFixesCursorNotify) continue;
-        const Cursor mine = cursor(name);
-        XDefineCursor(state_->display, window, mine);
-        XFreeCursor(state_->display, mine);
-        ++answered;
-    }
-    synchronize();
-    // What came of our own answer is no reason to answer again.
-    if (answered > 0)
+    bool changed = false;
+    const auto takeEvents = [&] {
+        XSync(state_->display, False);
         while (XPending(state_->display) > 0) {
             XEvent event;
             XNextEvent(state_->display, &event);
+            if (event.type == state_->fixesEvent + XFixesCursorNotify) changed = true;
         }
-    return answered;
+    };
+    takeEvents();
+    if (!changed) return 0;
+    const Cursor mine = cursor(name);
+    if (channelIsDevice)
+        defineForDevice(window, mine);
+    else
+        define(window, mine);
+    XFreeCursor(state_->display, mine);
+    // What came of the own answer is no reason to answer again.
+    takeEvents();
+    return 1;
 }
 
 void XTestClient::synchronize() { XSync(state_->display, False); }
