@@ -1,4 +1,6 @@
 """Looks at every point of a stage and judges what is shown."""
+import os
+
 from desktop import DESKTOP_SIZE, DESKTOP_THEME
 
 #: How long a pointer may take to become what it must be, milliseconds.
@@ -9,14 +11,21 @@ MANY_FAILURES = 12
 
 
 class Judge:
-    def __init__(self, probe, report):
+    def __init__(self, probe, report, artefacts=None):
+        """`artefacts` is a folder for the pixels of pointers that failed."""
         self.probe = probe
+        self.artefacts = artefacts
         self.report = report
         self.own = {}
         self.names = {}
 
     def patience(self):
         return SHORT_PATIENCE if len(self.report.failures) > MANY_FAILURES else PATIENCE
+
+    def failed(self, point, shown, verdict):
+        self.report.row(point, shown, verdict, failed=True)
+        if self.artefacts:
+            self.probe.save_pixels(os.path.join(self.artefacts, f"failed-{len(self.report.failures)}.pam"))
 
     def desktops_own(self, points, theme, scale=1.0):
         """First stage: learns the desktop's own pointers, and sees that they can be told from the theme's."""
@@ -28,13 +37,13 @@ class Judge:
             library = self.probe.library(DESKTOP_THEME, DESKTOP_SIZE, name) if name else []
             self.own[point.label] = library if shown.look in library else [shown.look]
             if not shown.look:
-                self.report.row(point, shown, "the server tells nothing of it", failed=True)
+                self.failed(point, shown, "the server tells nothing of it")
             elif point.exception:
                 self.report.row(point, shown, "exception: " + point.exception, exception=True)
             elif not name or shown.look not in library:
-                self.report.row(point, shown, f"not {DESKTOP_THEME}'s {name or 'anything'}", failed=True)
+                self.failed(point, shown, f"not {DESKTOP_THEME}'s {name or 'anything'}")
             elif shown.look in theme.looks(name, scale):
-                self.report.row(point, shown, "cannot be told from the theme's", failed=True)
+                self.failed(point, shown, "cannot be told from the theme's")
             else:
                 self.report.row(point, shown, "the desktop's own")
 
@@ -57,15 +66,14 @@ class Judge:
             looks, words = self.expected(point, theme, scale)
             shown = self.probe.wait_for(looks, self.patience())
             if shown.look not in looks:
-                self.report.row(point, shown, f"NOT {words}: shows {shown.look or 'nothing'}, not {looks[0]}",
-                                failed=True)
+                self.failed(point, shown, f"NOT {words}: shows {shown.look or 'nothing'}, not {looks[0]}")
                 continue
             if theme and len(looks) > 1:
                 frames = self.probe.frames(3, 3000)
                 strange = [frame for frame in frames if frame not in looks]
                 if len(frames) < 2 or strange:
-                    self.report.row(point, shown, f"does not animate: {len(frames)} frames seen, "
-                                    f"{len(strange)} of them not the theme's", failed=True)
+                    self.failed(point, shown, f"does not animate: {len(frames)} frames seen, "
+                                    f"{len(strange)} of them not the theme's")
                     continue
                 words += f", animated ({len(looks)} frames)"
             self.report.row(point, shown, words)
@@ -73,7 +81,7 @@ class Judge:
     def look_at_exception(self, point):
         shown = self.probe.settle(60, 400)
         if point.untouched and shown.look not in self.own[point.label]:
-            self.report.row(point, shown, "was changed although it " + point.exception, failed=True)
+            self.failed(point, shown, "was changed although it " + point.exception)
         else:
             self.report.row(point, shown, "exception: " + point.exception, exception=True)
 

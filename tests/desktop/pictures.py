@@ -14,7 +14,7 @@ class Pictures:
         self.stages = []
         os.makedirs(folder, exist_ok=True)
         for name in os.listdir(folder):
-            if name.endswith(".png"):
+            if name.endswith((".png", ".pam")):
                 os.remove(os.path.join(folder, name))
 
     def path(self, name):

@@ -10,9 +10,7 @@
 //   pixels FILE           writes the shown picture as PAM (straight RGBA)        ok | none
 //   library THEME SIZE NAME   what libXcursor loads for a name                   images LOOK...
 //   window TITLE          client and frame of a mapped window, x y w h each      window 8 numbers | none
-//   listed TITLE          whether a window manager manages that window           yes | no
 //   wm                    whether a window manager runs                          yes | no
-//   button up|down        presses or releases button 1                           ok
 //   resource TEXT         appends a line to the RESOURCE_MANAGER property        ok
 //
 // LOOK is the word of look.h. `none`: the server refused to tell (no picture, or its owner is gone).
@@ -76,9 +74,7 @@ class Probe {
         if (command == "pixels") return pixels(words);
         if (command == "library") return library(words);
         if (command == "window") return window(rest(words));
-        if (command == "listed") return isListed(rest(words)) ? "yes" : "no";
         if (command == "wm") return windowProperty(root_, "_NET_SUPPORTING_WM_CHECK").empty() ? "no" : "yes";
-        if (command == "button") return button(words);
         if (command == "resource") return resource(rest(words));
         return "what";
     }
@@ -128,14 +124,6 @@ class Probe {
         int y = 0;
         words >> x >> y;
         XTestFakeMotionEvent(display_, -1, x, y, CurrentTime);
-        XSync(display_, False);
-        return "ok";
-    }
-
-    std::string button(std::istringstream& words) {
-        std::string direction;
-        words >> direction;
-        XTestFakeButtonEvent(display_, 1, direction == "down" ? True : False, CurrentTime);
         XSync(display_, False);
         return "ok";
     }
@@ -306,16 +294,6 @@ class Probe {
         for (const Box& area : {box(client), box(frame)})
             answer << " " << area.x << " " << area.y << " " << area.width << " " << area.height;
         return answer.str();
-    }
-
-    bool isListed(const std::string& wanted) {
-        const std::string list = windowProperty(root_, "_NET_CLIENT_LIST");
-        for (std::size_t at = 0; at + sizeof(long) <= list.size(); at += sizeof(long)) {
-            unsigned long id = 0;
-            std::copy_n(list.data() + at, sizeof id, reinterpret_cast<char*>(&id));
-            if (title(static_cast<Window>(id)) == wanted) return true;
-        }
-        return false;
     }
 
     std::string resource(const std::string& line) {

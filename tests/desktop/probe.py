@@ -71,9 +71,6 @@ class Probe:
         numbers = [int(word) for word in words[1:]]
         return Box(*numbers[:4]), Box(*numbers[4:])
 
-    def is_managed(self, title):
-        return self.ask("listed", title) == "yes"
-
     def has_window_manager(self):
         return self.ask("wm") == "yes"
 

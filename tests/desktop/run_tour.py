@@ -30,7 +30,7 @@ class Tour:
         self.desktop = desktop
         self.options = options
         self.report = Report(options.quiet)
-        self.judge = Judge(desktop.probe, self.report)
+        self.judge = Judge(desktop.probe, self.report, options.pictures)
         self.pictures = Pictures(desktop, options.pictures)
         self.tools = os.path.join(options.build, "tests", "desktop")
         self.theme = Theme("bibata-modern-ice", "Bibata-Modern-Ice", self.tools)
