@@ -9,6 +9,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QString>
+#include <QVariant>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -21,6 +22,7 @@ namespace {
 
 constexpr int kProbeMilliseconds = 1000;
 constexpr int kCallMilliseconds = 2000;
+constexpr int kReleaseMilliseconds = 500;
 constexpr unsigned kDoNotQueue = 4;
 /// Answers to RequestName.
 constexpr unsigned kInQueue = 2;
@@ -90,7 +92,11 @@ class DbusInstanceBus : public InstanceBus {
   public:
     explicit DbusInstanceBus(std::string name) : name_(QString::fromStdString(name)) {}
     ~DbusInstanceBus() override {
-        if (connected_) QDBusConnection::disconnectFromBus(connectionName());
+        if (!connected_) return;
+        // The bus notices a closed connection when it comes to it; a program that is started again right away
+        // must not find this one. The reply is the sign that it has let go.
+        ask("ReleaseName", {name_}, kReleaseMilliseconds);
+        QDBusConnection::disconnectFromBus(connectionName());
     }
 
     bool anotherCopyRuns() override {
@@ -100,19 +106,23 @@ class DbusInstanceBus : public InstanceBus {
             connected_ = true;
             QDBusConnection::connectToBus(QString::fromStdString(*address), connectionName());
         }
-        const QDBusConnection bus(connectionName());
-        if (!bus.isConnected()) return false;
-        auto request = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
-        request << name_ << kDoNotQueue;
-        const auto reply = bus.call(request, QDBus::Block, kCallMilliseconds);
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return false;
-        const unsigned answer = reply.arguments().constFirst().toUInt();
+        const auto answer = ask("RequestName", {name_, kDoNotQueue}, kCallMilliseconds);
         return answer == kExists || answer == kInQueue;
     }
 
   private:
+    /// A call to the bus itself; absent without an answer in time.
+    std::optional<unsigned> ask(const char* method, const QVariantList& arguments, int milliseconds) const {
+        const QDBusConnection bus(connectionName());
+        if (!bus.isConnected()) return std::nullopt;
+        auto call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method));
+        call.setArguments(arguments);
+        const auto reply = bus.call(call, QDBus::Block, milliseconds);
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return std::nullopt;
+        return reply.arguments().constFirst().toUInt();
+    }
     QString connectionName() const { return QStringLiteral("instance ") + name_ + suffix_; }
 
     const QString name_;
