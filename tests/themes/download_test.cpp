@@ -299,7 +299,7 @@ TEST_F(DownloadTest, AMirrorTakesThePlaceOfTheHost) {
 }
 
 TEST_F(DownloadTest, TwoDownloadsOfOneRowInAnyOrderLeaveAWholeThemeOrNone) {
-    for (std::uint64_t seed = 0; seed < 200; ++seed) {
+    for (std::uint64_t seed = 0; seed < 60; ++seed) {
         LibraryWorld each;
         each.scheduler.shuffle(seed);
         each.unpack({{"cursors/left_ptr", LibraryWorld::cursorFile()}, {"cursors/xterm", "Xcur"}});
