@@ -1,11 +1,14 @@
 #include "base/resample.h"
 
 #include <gtest/gtest.h>
+#include <hwy/targets.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <random>
+
+#include "base/rgba.h"
 
 namespace pintle {
 namespace {
@@ -112,6 +115,53 @@ TEST(ResamplerTest, IsWithinOneLevelOfExactArithmetic) {
         EXPECT_LE(worstDifference(drawn(resampler, source, from, to), exact(source, from, to)), 1)
             << from.width << "x" << from.height << " to " << to.width << "x" << to.height;
     }
+}
+
+/// Runs `check` with every set of instructions that this machine has, and with none at all.
+template <typename Check>
+void withEachInstructionSet(Check check) {
+    for (auto left = hwy::SupportedTargets() | HWY_SCALAR; left != 0; left &= left - 1) {
+        const auto target = left & -left;
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+        SCOPED_TRACE(hwy::TargetName(target));
+        check();
+    }
+    hwy::SetSupportedTargetsForTest(0);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+}
+
+TEST(ResamplerTest, IsWithinOneLevelOfExactArithmeticWithEveryInstructionSet) {
+    std::uint32_t seed = 50;
+    for (const auto& [from, to] :
+         {std::pair<Sides, Sides>{{32, 32}, {48, 48}}, {{24, 31}, {17, 40}}, {{50, 1}, {3, 2}}}) {
+        const auto source = noise(from, ++seed);
+        const auto expected = exact(source, from, to);
+        withEachInstructionSet([&, shape = std::pair(from, to)] {
+            Resampler resampler;
+            const auto target = drawn(resampler, source, shape.first, shape.second);
+            EXPECT_LE(worstDifference(target, expected), 1);
+            for (std::size_t i = 0; i < target.size(); ++i) ASSERT_LE(target[i], target[i | 3]);
+        });
+    }
+}
+
+TEST(RgbaTest, WritesRedGreenBlueAlphaWithEveryInstructionSet) {
+    std::vector<std::uint32_t> pixels;
+    for (std::uint32_t i = 0; i < 77; ++i) pixels.push_back(i * 0x9E3779B9U);
+    withEachInstructionSet([&] {
+        for (std::size_t count = 0; count <= pixels.size(); ++count) {
+            Bytes bytes(count * 4 + 1, 0xCC);
+            writeRgba(std::span(pixels).first(count), bytes.data());
+            for (std::size_t i = 0; i < count; ++i)
+                ASSERT_EQ(
+                    Bytes({bytes[i * 4 + 3], bytes[i * 4], bytes[i * 4 + 1], bytes[i * 4 + 2]}),
+                    Bytes({static_cast<std::uint8_t>(pixels[i] >> 24),
+                           static_cast<std::uint8_t>(pixels[i] >> 16),
+                           static_cast<std::uint8_t>(pixels[i] >> 8), static_cast<std::uint8_t>(pixels[i])}));
+            ASSERT_EQ(bytes.back(), 0xCC);
+        }
+    });
 }
 
 TEST(ResamplerTest, NeverLetsAColourExceedItsAlpha) {
