@@ -292,7 +292,7 @@ void X11WindowServer::refreshDesktopTheme() {
 bool X11WindowServer::reopenRegistration() {
     bool reached = false;
     auto fresh = Registration::open(displayName(), reached);
-    if (!reached) {
+    if (!reached && !desk_.watcher->connection().synchronize()) {
         serverGone();
         return false;
     }
@@ -313,11 +313,11 @@ bool X11WindowServer::reopenRegistration() {
 bool X11WindowServer::reopenWatcher() {
     if (dead_) return false;
     auto fresh = Watcher::open(displayName());
-    if (!fresh) {
+    if (!fresh && !desk_.registration->connection().synchronize()) {
         serverGone();
         return false;
     }
-    if (watcherReopened_) {
+    if (watcherReopened_ || !fresh) {
         lose(
             "[X11] The connection that watches the pointer was closed again - cursor registration "
             "unavailable");

@@ -145,6 +145,29 @@ TEST_F(X11Keeper, AQuarrelWithAProgramThatAnswersEachReplacementEnds) {
     }
 }
 
+TEST_F(X11Keeper, TheWindowUnderAGrabKeepsItsOwnCursor) {
+    const auto window = client->window(0, 0);
+    client->define(window, client->cursor("fleur"));
+    client->defineForDevice(client->root(), client->cursor("left_ptr"));
+    client->warp(50, 50);
+    start();
+    apply(10);
+    for (const bool named : {true, false}) {
+        XTestClient grabbing(x.display(), named ? "B" : "A");
+        grabbing.grab(named ? grabbing.cursor("xterm") : grabbing.namelessCursor("xterm"));
+        settle();
+        grabbing.ungrab();
+        settle();
+        if (named) {
+            EXPECT_EQ(shownPixel(), kThemeA + 0x40);
+        }
+        client->define(window, client->cursor("watch"));
+        client->define(window, client->cursor("fleur"));
+        settle();
+        EXPECT_EQ(shownPixel(), kThemeA + 0x40);
+    }
+}
+
 TEST_F(X11Keeper, ACursorWhoseMakerIsGoneIsSurvived) {
     auto gone = std::make_unique<XTestClient>(x.display(), "B");
     const auto window = client->window(0, 0);

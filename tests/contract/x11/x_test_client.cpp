@@ -107,6 +107,16 @@ void XTestClient::changeByName(Id cursor, const std::string& name) {
     synchronize();
 }
 
+void XTestClient::grab(Id cursor) {
+    XGrabPointer(state_->display, root(), False, 0, GrabModeAsync, GrabModeAsync, 0, cursor, CurrentTime);
+    synchronize();
+}
+
+void XTestClient::ungrab() {
+    XUngrabPointer(state_->display, CurrentTime);
+    synchronize();
+}
+
 void XTestClient::warp(int x, int y) {
     XWarpPointer(state_->display, 0, root(), 0, 0, 0, 0, x, y);
     synchronize();
@@ -192,11 +202,6 @@ void XTestClient::publishSettings(const std::string& theme, int size) {
     if (isNew)
         XSetSelectionOwner(display, XInternAtom(display, "_XSETTINGS_S0", False), state_->settings,
                            CurrentTime);
-    synchronize();
-}
-
-void XTestClient::keepResourcesAfterEnd() {
-    XSetCloseDownMode(state_->display, RetainPermanent);
     synchronize();
 }
 

@@ -43,6 +43,9 @@ class XTestClient {
     void define(Id window, Id cursor);
     void defineForDevice(Id window, Id cursor);
     void changeByName(Id cursor, const std::string& name);
+    /// Takes the pointer for itself, showing this cursor wherever it is.
+    void grab(Id cursor);
+    void ungrab();
     void warp(int x, int y);
     std::pair<int, int> pointer();
     void killOwnerOf(Id resource);
@@ -52,7 +55,6 @@ class XTestClient {
     void setResources(const std::string& text);
     /// Becomes the settings manager, with this cursor theme and size.
     void publishSettings(const std::string& theme, int size);
-    void keepResourcesAfterEnd();
     /// Answers each cursor that comes to be shown with a new one of its own on the window. Returns how often
     /// it did so since the last question: once or not at all.
     int quarrelOver(Id window, const std::string& name, bool channelIsDevice);
