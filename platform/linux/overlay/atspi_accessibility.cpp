@@ -24,6 +24,12 @@ struct Unref {
 template <typename T>
 using Owned = std::unique_ptr<T, Unref<T>>;
 
+/// The library ends the whole program when it has to reach for a service that is not there.
+bool isServiceThere() {
+    DBusConnection* const bus = atspi_get_a11y_bus();
+    return bus && dbus_connection_get_is_connected(bus);
+}
+
 bool isShowing(AtspiAccessible* accessible) {
     AtspiStateSet* const set = atspi_accessible_get_state_set(accessible);
     if (!set) return false;
@@ -118,7 +124,7 @@ struct Conversation {
 };
 
 void converse(const std::shared_ptr<Conversation>& shared) {
-    if (atspi_init() > 1) return;
+    if (!isServiceThere() || atspi_init() > 1) return;
     atspi_set_timeout(kAnswerLimit, kAnswerLimit);
     const Owned<AtspiAccessible> desktop(atspi_get_desktop(0));
     shared->reachable = desktop != nullptr;
@@ -130,7 +136,8 @@ void converse(const std::shared_ptr<Conversation>& shared) {
             if (shared->ended) return;
             question = *shared->wanted;
         }
-        auto role = roleAtPixel(question.x, question.y);
+        shared->reachable = isServiceThere();
+        auto role = shared->reachable ? roleAtPixel(question.x, question.y) : std::nullopt;
         const std::lock_guard lock(shared->mutex);
         shared->answered = question.point;
         shared->role = std::move(role);

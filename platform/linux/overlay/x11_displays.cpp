@@ -7,7 +7,8 @@
 namespace pintle::overlay {
 namespace {
 
-constexpr int kQuestionsAtRest = 12;
+// With the window list, twice a second, still less than one tick in twelve.
+constexpr int kQuestionsAtRest = 16;
 
 struct Monitor {
     DisplayId id = 0;

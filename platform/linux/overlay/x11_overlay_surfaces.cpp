@@ -54,7 +54,10 @@ class Surface : public OverlaySurface {
           graphics_(graphics),
           depth_(depth),
           size_(size) {
-        compositor_ = connection_.compositorChanged().observe([this] { applyShape(); });
+        compositor_ = connection_.compositorChanged().observe([this] {
+            applyShape();
+            connection_.flush();
+        });
     }
     ~Surface() override {
         connection_.removeOwnWindow(window_);
@@ -132,7 +135,6 @@ class Surface : public OverlaySurface {
                                  window_, 0, 0, static_cast<std::uint32_t>(shape.size()),
                                  reinterpret_cast<const xcb_rectangle_t*>(shape.data()));
         }
-        connection_.flush();
     }
 
     void applyVisibility() {
