@@ -207,12 +207,12 @@ TEST(ResamplerTest, GivesTheSameAfterDrawingOtherShapes) {
 
 TEST(ResamplerTest, DrawsImagesOfExtremeShapeWithLittleMemory) {
     Resampler resampler;
-    const Bytes source(std::size_t{4} * 1'000'000, 255);
-    Bytes target(std::size_t{4} * 1'500'000, 0);
-    resampler.draw(source, 1'000'000, 1, target, 1'500'000, 1);
+    const Bytes source(std::size_t{4} * 200'000, 255);
+    Bytes target(std::size_t{4} * 300'000, 0);
+    resampler.draw(source, 200'000, 1, target, 300'000, 1);
     EXPECT_EQ(std::count(target.begin(), target.end(), 255), static_cast<std::ptrdiff_t>(target.size()));
     std::fill(target.begin(), target.end(), 0);
-    resampler.draw(source, 1, 1'000'000, target, 1, 1'500'000);
+    resampler.draw(source, 1, 200'000, target, 1, 300'000);
     EXPECT_EQ(std::count(target.begin(), target.end(), 255), static_cast<std::ptrdiff_t>(target.size()));
 }
 
