@@ -184,7 +184,7 @@ TEST_F(X11Connections, ADeadServerIsReportedOnceAndNothingCrashes) {
     start();
     apply(10);
     client.reset();
-    x.end();
+    x.crash();
     EXPECT_TRUE(eventually([&] { return deaths > 0; }));
     EXPECT_FALSE(provides());
     EXPECT_NE(registerTheme(themeCursor(kArrow, 12)), 0);
@@ -200,7 +200,7 @@ TEST_F(X11Connections, ACallThatFindsTheServerDeadAnswersAnError) {
     start();
     apply(10);
     client.reset();
-    x.end();
+    x.crash();
     EXPECT_NE(registerTheme(themeCursor(kArrow, 12)), 0);
     EXPECT_EQ(deaths, 0);
     settle();
@@ -212,7 +212,7 @@ TEST_F(X11Connections, AFlushThatFindsTheServerDeadSurvives) {
     apply(10);
     unregisterAll();
     client.reset();
-    x.end();
+    x.crash();
     server->flush();
     EXPECT_TRUE(eventually([&] { return deaths == 1; }));
 }

@@ -43,30 +43,29 @@ class XTestServer {
         while (::read(ends[0], &character, 1) == 1 && character != '\n') number += character;
         ::close(ends[0]);
         if (number.empty()) {
-            end();
+            endBy(SIGKILL);
             throw std::runtime_error("Xvfb did not start");
         }
         display_ = ":" + number;
     }
-    ~XTestServer() { end(); }
+    /// In order, so that it takes its lock and its socket away.
+    ~XTestServer() { endBy(SIGTERM); }
     XTestServer(const XTestServer&) = delete;
     XTestServer& operator=(const XTestServer&) = delete;
 
     const std::string& display() const { return display_; }
 
-    /// At once, as in a crash.
-    void end() {
-        if (process_ <= 0) return;
-        ::kill(process_, SIGKILL);
-        ::waitpid(process_, nullptr, 0);
-        process_ = -1;
-        if (display_.empty()) return;
-        // A killed server leaves its lock and its socket.
-        ::unlink(("/tmp/.X" + display_.substr(1) + "-lock").c_str());
-        ::unlink(("/tmp/.X11-unix/X" + display_.substr(1)).c_str());
-    }
+    /// At once, as in a crash. What stays behind is replaced by the next server that takes the number.
+    void crash() { endBy(SIGKILL); }
 
   private:
+    void endBy(int signal) {
+        if (process_ <= 0) return;
+        ::kill(process_, signal);
+        ::waitpid(process_, nullptr, 0);
+        process_ = -1;
+    }
+
     pid_t process_ = -1;
     std::string display_;
 };
