@@ -3,6 +3,7 @@
 #include <atspi/atspi.h>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -15,6 +16,8 @@ namespace {
 
 /// Milliseconds that one answer of an application may take.
 constexpr int kAnswerLimit = 150;
+/// What lies under a pointer at rest may change, and an application that was busy may answer later.
+constexpr std::chrono::milliseconds kAnswerAge{500};
 constexpr int kDeepestNesting = 64;
 
 template <typename T>
@@ -119,22 +122,20 @@ struct Conversation {
     std::optional<Question> wanted;
     std::optional<TopLeftPoint> answered;
     std::optional<std::string> role;
-
-    bool isWaiting() const { return wanted && wanted->point != answered; }
 };
 
 void converse(const std::shared_ptr<Conversation>& shared) {
     if (!isServiceThere() || atspi_init() > 1) return;
     atspi_set_timeout(kAnswerLimit, kAnswerLimit);
-    const Owned<AtspiAccessible> desktop(atspi_get_desktop(0));
-    shared->reachable = desktop != nullptr;
+    shared->reachable = true;
     while (true) {
         Conversation::Question question;
         {
             std::unique_lock lock(shared->mutex);
-            shared->wake.wait(lock, [&] { return shared->ended || shared->isWaiting(); });
+            shared->wake.wait(lock, [&] { return shared->ended || shared->wanted; });
             if (shared->ended) return;
             question = *shared->wanted;
+            shared->wanted.reset();
         }
         shared->reachable = isServiceThere();
         auto role = shared->reachable ? roleAtPixel(question.x, question.y) : std::nullopt;
@@ -166,19 +167,23 @@ class AtspiAccessibility : public Accessibility {
 
     std::optional<std::string> roleAt(TopLeftPoint point) override {
         const auto [left, top] = originTopLeft_();
+        const auto now = std::chrono::steady_clock::now();
         const std::lock_guard lock(shared_->mutex);
-        if (shared_->answered == point) return shared_->role;
-        if (!shared_->wanted || shared_->wanted->point != point) {
+        if (asked_ != point || now - askedAt_ > kAnswerAge) {
+            asked_ = point;
+            askedAt_ = now;
             shared_->wanted = {point, left + static_cast<int>(point.x), top + static_cast<int>(point.y)};
             shared_->wake.notify_all();
         }
-        return std::nullopt;
+        return shared_->answered == point ? shared_->role : std::nullopt;
     }
 
   private:
     std::function<std::pair<int, int>()> originTopLeft_;
     std::shared_ptr<Conversation> shared_ = std::make_shared<Conversation>();
     bool begun_ = false;
+    std::optional<TopLeftPoint> asked_;
+    std::chrono::steady_clock::time_point askedAt_;
 };
 
 }  // namespace
