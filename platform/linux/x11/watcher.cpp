@@ -138,7 +138,8 @@ std::optional<ShownCursor> Watcher::cursorOfRoot() {
     xcb_map_window(c, probe);
     auto shown = shownCursor(std::nullopt);
     xcb_destroy_window(c, probe);
-    xcb_flush(c);
+    // Whoever asks next must not meet it.
+    connection_->synchronize();
     return shown;
 }
 
