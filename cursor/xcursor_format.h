@@ -14,7 +14,7 @@ inline constexpr std::uint32_t kImageType = 0xFFFD0002;
 inline constexpr std::uint64_t kHeaderBytes = 16;
 inline constexpr std::uint64_t kTocEntryBytes = 12;
 inline constexpr std::uint64_t kChunkHeaderBytes = 36;
-inline constexpr std::uint64_t kMaxPixels = 4096 * 4096;
+inline constexpr std::uint64_t kMaxPixels = std::uint64_t{4096} * 4096;
 
 /// A value as it stands in the file, in this machine's byte order.
 constexpr std::uint32_t fromFile(std::uint32_t value) {

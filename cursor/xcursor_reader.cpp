@@ -202,6 +202,7 @@ std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
     }
     if (!longer.empty()) {
         std::vector<Chunk> again;
+        again.reserve(longer.size());
         for (const auto& [chunk, place] : longer) again.push_back(chunk);
         const auto longRuns = readRuns(source, inReadingOrder(again), pool);
         if (!longRuns) return std::nullopt;
