@@ -73,7 +73,8 @@ std::optional<Components> walk(Components at, const std::string& text, bool mayS
         at.clear();
     }
     std::reverse(todo.begin(), todo.end());
-    int links = 0;
+    // The one whose text this is counts as well, as it does for the kernel.
+    int links = 1;
     while (!todo.empty()) {
         const auto part = std::move(todo.back());
         todo.pop_back();
@@ -320,8 +321,11 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
         const auto text = linkText(link);
         const auto at = split(link.parent_path().string());
         const auto target = text ? resolve(at, *text) : std::nullopt;
-        const bool there = target && statOf(join("/", *target));
-        if (target && isInside(*target, folderParts)) {
+        const auto found = target ? statOf(join("/", *target)) : std::nullopt;
+        // A FIFO is gone by now, and so is whatever led to it.
+        const bool gone = std::find(inside.odd.begin(), inside.odd.end(),
+                                    target ? join("/", *target) : fs::path()) != inside.odd.end();
+        if (target && !gone && isInside(*target, folderParts)) {
             const auto below = [&](const Components& of) {
                 Components path{kCursors};
                 path.insert(path.end(), of.begin() + static_cast<std::ptrdiff_t>(folderParts.size()),
@@ -336,7 +340,7 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
                 });
             if (moved && *moved == below(*target)) continue;
         }
-        const bool copy = there && isInside(*target, rootParts);
+        const bool copy = found && isInside(*target, rootParts);
         changes.push_back({link, copy ? target : std::nullopt});
     }
 

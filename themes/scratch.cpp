@@ -98,7 +98,9 @@ Result<std::shared_ptr<ScratchFolder>> ScratchFolder::create(const fs::path& par
     return std::shared_ptr<ScratchFolder>(new ScratchFolder(std::move(path), std::move(lock)));
 }
 
-ScratchFolder::~ScratchFolder() { removeTree(path_); }
+void ScratchFolder::remove() {
+    std::call_once(removed_, [this] { removeTree(path_); });
+}
 
 ArchiveFile::ArchiveFile(const fs::path& temporary)
     : path_(temporary / (std::string(kFilePrefix) + freshUuid() + std::string(kArriving))),

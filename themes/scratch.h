@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -43,15 +44,18 @@ class ScratchFolder {
   public:
     /// Makes it inside `parent`, which is made too.
     static Result<std::shared_ptr<ScratchFolder>> create(const std::filesystem::path& parent);
-    ~ScratchFolder();
+    ~ScratchFolder() { remove(); }
     const std::filesystem::path& path() const { return path_; }
+    /// Removes it now; whoever else still holds it may let go of it later.
+    void remove();
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
   private:
     ScratchFolder(std::filesystem::path path, Lock lock) : path_(std::move(path)), lock_(std::move(lock)) {}
-    std::filesystem::path path_;
+    const std::filesystem::path path_;
     Lock lock_;
+    std::once_flag removed_;
 };
 
 /// The file that a download arrives in: "pintle-" + UUID + ".part" until it is complete, then the same with

@@ -175,13 +175,13 @@ void ThemeExtractor::examine(Entry entry, const Result<int>& status) {
     runInBackground(
         to_.background, to_.mainQueue, extraction.lifetime, Priority::userInitiated,
         [scratch = std::exchange(extraction.scratch, nullptr), status, why = extraction.excess,
-         id = extraction.themeId, limits = limits_]() mutable -> Result<std::pair<Scratch, fs::path>> {
+         id = extraction.themeId, limits = limits_]() -> Result<std::pair<Scratch, fs::path>> {
             const auto chosen = !status ? Result<fs::path>(status.error())
                                 : why   ? Result<fs::path>(extractionError(-1, *why))
                                         : judge(*scratch, status.value(), id, limits);
-            auto kept = std::exchange(scratch, nullptr);
-            if (!chosen) return chosen.error();
-            return std::pair(std::move(kept), chosen.value());
+            if (chosen) return std::pair(scratch, chosen.value());
+            scratch->remove();
+            return chosen.error();
         },
         [this, entry](const Result<std::pair<Scratch, fs::path>>& found) {
             if (!found) return finish(entry, found.error());
@@ -197,10 +197,10 @@ void ThemeExtractor::install(Entry entry, const fs::path& chosen) {
         runInBackground(
             to_.background, to_.mainQueue, beginning.lifetime, Priority::userInitiated,
             [scratch = std::exchange(beginning.scratch, nullptr), permit = beginning.permit, chosen,
-             destination = beginning.destination, limits = limits_]() mutable -> Status {
+             destination = beginning.destination, limits = limits_]() -> Status {
                 Status status = Done{};
                 permit->use([&] { status = moveIntoPlace(*scratch, chosen, destination, limits); });
-                scratch = nullptr;
+                scratch->remove();
                 return status;
             },
             // The turn ends after the completion, on this thread.

@@ -43,10 +43,7 @@ std::string strerror(int code) { return std::generic_category().message(code); }
 class Body {
   public:
     explicit Body(std::optional<std::filesystem::path> file) : file_(std::move(file)) {}
-    ~Body() {
-        close();
-        if (file_ && !kept_) ::unlink(file_->c_str());
-    }
+    ~Body() { discard(); }
     /// An empty error text is success.
     std::string open() {
         if (!file_) return {};
@@ -75,6 +72,11 @@ class Body {
         response.file = file_;
         response.body = std::move(memory_);
         return {};
+    }
+    /// What has come goes, unless it was kept.
+    void discard() {
+        close();
+        if (file_ && !std::exchange(kept_, true)) ::unlink(file_->c_str());
     }
     std::uint64_t received() const { return received_; }
 
@@ -209,6 +211,7 @@ class Transfer : public QObject {
         if (std::exchange(ended_, true)) return;
         stalled_.stop();
         if (reply_) reply_->disconnect(this);
+        body_.discard();
         // Nobody there any more to whom the file could belong.
         queue_.post([weak = exchange_, result = std::move(result), file = request_.file] {
             const auto exchange = weak.lock();

@@ -1,0 +1,235 @@
+// The extraction with the real archiver, threads and main queue: sound archives of every kind and hostile
+// ones. The folder around everything is watched: nothing may change in it but the destination.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include "platform/linux/archiver.h"
+#include "platform/qt/qt_process_runner.h"
+#include "tests/contract/queue_worlds.h"
+#include "tests/support/temporary_folder.h"
+#include "themes/theme_extractor.h"
+
+namespace pintle {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr ExtractionLimits kSmall{64 << 20, 100'000, 64, std::chrono::milliseconds(20)};
+
+/// Root's rights for a moment, where they were given up.
+class AsStarted {
+  public:
+    AsStarted() { EXPECT_EQ(::seteuid(::getuid()), 0); }
+    ~AsStarted() { EXPECT_EQ(::seteuid(effective_), 0); }
+
+  private:
+    const uid_t effective_ = ::geteuid();
+};
+
+struct RealArchives : testing::Test {
+    static inline std::unique_ptr<TemporaryFolder> made;
+    static void SetUpTestSuite() {
+        const AsStarted rights;
+        made = std::make_unique<TemporaryFolder>();
+        const auto command = std::string(PYTHON) + " " + MAKE_ARCHIVES + " " + made->path().string();
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        fs::permissions(made->path(), fs::perms(0755));
+    }
+    static void TearDownTestSuite() {
+        const AsStarted rights;
+        made.reset();
+    }
+
+    TemporaryFolder folder;
+    fs::path archives = made->path();
+    fs::path themes = folder.path() / "a/b/Themes";
+    fs::path theme = themes / "banana";
+    QtWorld world;
+    std::unique_ptr<ProcessRunner> runner = makeQtProcessRunner(world.queue(), linuxArchiver());
+    ThemeWork work;
+
+    RealArchives() { fs::create_directories(themes); }
+
+    /// What lies around: every path with its size and its kind, the destination left out.
+    std::map<std::string, std::string> around() const {
+        std::map<std::string, std::string> found;
+        for (const auto& top : {folder.path(), archives})
+            for (fs::recursive_directory_iterator entry(top), end; entry != end; ++entry) {
+                if (entry->path() == theme) {
+                    entry.disable_recursion_pending();
+                    continue;
+                }
+                struct stat info = {};
+                ::lstat(entry->path().c_str(), &info);
+                found[entry->path()] = std::to_string(info.st_mode) + " " +
+                                       (S_ISREG(info.st_mode) ? std::to_string(info.st_size) : "");
+            }
+        return found;
+    }
+    /// The error of the extraction, "" for none.
+    std::string extract(const std::string& archive, ExtractionLimits limits = {}) {
+        const auto before = around();
+        ThemeExtractor extractor({*runner, work, world.queue(), world.tasks()}, limits);
+        std::optional<Status> ended;
+        extractor.extract(archives / archive, "banana", theme, [&](const Status& status) { ended = status; });
+        // A hundred thousand files take their time on a slow disk.
+        for (int i = 0; i < 6 && !ended; ++i) world.runUntil([&] { return ended.has_value(); });
+        EXPECT_TRUE(ended);
+        EXPECT_TRUE(around() == before) << "something was written outside";
+        EXPECT_FALSE(fs::exists("/written-dotdot"));
+        checkTheme();
+        return !ended ? "not ended" : *ended ? "" : ended->error().description;
+    }
+    /// Whatever is installed holds files, folders and links to them alone.
+    void checkTheme() const {
+        std::error_code error;
+        if (!fs::exists(theme)) return;
+        EXPECT_EQ(std::distance(fs::directory_iterator(theme), {}), 1) << "more than one folder";
+        const auto top = fs::canonical(theme, error);
+        for (const auto& entry : fs::recursive_directory_iterator(theme)) {
+            struct stat info = {};
+            ASSERT_EQ(::lstat(entry.path().c_str(), &info), 0);
+            EXPECT_TRUE(S_ISREG(info.st_mode) || S_ISDIR(info.st_mode) || S_ISLNK(info.st_mode))
+                << entry.path();
+            if (S_ISLNK(info.st_mode)) {
+                const auto target = fs::canonical(entry.path(), error);
+                EXPECT_FALSE(error) << entry.path() << " is broken";
+                EXPECT_THAT(target.string(), StartsWith(top.string() + "/"));
+            } else {
+                EXPECT_EQ(info.st_mode & (S_ISUID | S_ISGID | S_ISVTX), 0u) << entry.path();
+            }
+        }
+    }
+    std::string content(const std::string& name) const {
+        std::ifstream file(theme / "cursors" / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void expectInstalled(const std::string& archive) {
+        EXPECT_EQ(extract(archive), "") << archive;
+        EXPECT_EQ(content("left_ptr"), "Xcur cursor file") << archive;
+    }
+    /// Refused whole, or installed without the offending entry.
+    void expectHarmless(const std::string& archive) {
+        const auto error = extract(archive);
+        if (error.empty())
+            EXPECT_EQ(content("left_ptr"), "Xcur cursor file") << archive;
+        else
+            EXPECT_THAT(error, StartsWith("Extraction failed: ")) << archive;
+        EXPECT_NE(content("secret"), "Xcur secret") << archive;
+    }
+};
+
+TEST_F(RealArchives, AllFiveKindsAreUnpackedByOneCommand) {
+    for (const char* archive : {"plain.tar", "t.tar.gz", "t.tar.bz2", "t.tar.xz", "t.zip"}) {
+        expectInstalled(archive);
+        EXPECT_EQ(content("default"), "Xcur cursor file") << archive;
+        EXPECT_EQ(content("watch"), "Xcur cursor file") << archive << ": a link into a sibling folder";
+        EXPECT_EQ(content("xü b"), "Xcur cursor file") << archive;
+        EXPECT_TRUE(fs::is_symlink(theme / "cursors/default"));
+        fs::remove_all(theme);
+    }
+}
+
+TEST_F(RealArchives, ACorruptArchiveIsAnsweredInTheArchiversOwnWords) {
+    for (const char* archive : {"cut.tar.xz", "words", "outside"}) {
+        const auto error = extract(archive);
+        EXPECT_THAT(error, StartsWith("Extraction failed: ")) << archive;
+        EXPECT_THAT(error, testing::Not(HasSubstr("exit code"))) << archive;
+        EXPECT_FALSE(fs::exists(theme));
+    }
+    EXPECT_THAT(extract("not-there"), HasSubstr("not-there"));
+}
+
+TEST_F(RealArchives, AbsolutePathsStayInside) { expectHarmless("absolute.tar"); }
+TEST_F(RealArchives, PathsThatGoUpAreRefused) {
+    EXPECT_THAT(extract("dotdot.tar"), HasSubstr("Path contains '..'"));
+}
+TEST_F(RealArchives, NothingIsWrittenThroughALinkOfTheArchive) { expectHarmless("through.tar"); }
+TEST_F(RealArchives, NothingIsWrittenThroughAChainOfLinks) { expectHarmless("through-chain.tar"); }
+TEST_F(RealArchives, HardLinksLeadToNothingOutside) {
+    expectHarmless("hard.tar");
+    expectHarmless("hard-through.tar");
+    expectHarmless("hard-overwrite.tar");
+}
+
+TEST_F(RealArchives, LinksOfEveryKindAreSecured) {
+    expectInstalled("links.tar");
+    EXPECT_EQ(content("good"), "Xcur cursor file");
+    EXPECT_EQ(content("side"), "Xcur cursor file");
+    EXPECT_EQ(content("chain20"), "Xcur cursor file");
+    for (const char* name : {"a", "b", "self", "out", "up", "top", "here", "lead", "chain0", "chain19"})
+        EXPECT_FALSE(fs::exists(fs::symlink_status(theme / "cursors" / name))) << name;
+}
+
+TEST_F(RealArchives, FifosAndForeignBitsAreNotInstalled) {
+    expectInstalled("nodes.tar");
+    EXPECT_FALSE(fs::exists(fs::symlink_status(theme / "cursors/default")));
+    EXPECT_FALSE(fs::exists(fs::symlink_status(theme / "cursors/arrow")));
+}
+
+TEST_F(RealArchives, ADeviceIsNotInstalled) { expectHarmless("device.tar"); }
+
+TEST_F(RealArchives, FoldersWithoutPermissionsAreInstalledAndRemovedAllTheSame) {
+    expectInstalled("modes.tar");
+    expectInstalled("modes.tar");
+}
+
+TEST_F(RealArchives, AHundredThousandEntriesAreTooMany) {
+    EXPECT_EQ(extract("many.tar"), "Extraction failed: the archive holds more than 100000 entries");
+    EXPECT_FALSE(fs::exists(theme));
+}
+
+TEST_F(RealArchives, ABombIsStopped) {
+    EXPECT_THAT(extract("bomb.tar.gz", kSmall), StartsWith("Extraction failed: "));
+    EXPECT_FALSE(fs::exists(theme));
+}
+
+TEST_F(RealArchives, OneFileThatIsTooLargeIsStopped) {
+    EXPECT_THAT(extract("large.tar.gz", kSmall), StartsWith("Extraction failed: "));
+    EXPECT_FALSE(fs::exists(theme));
+}
+
+TEST_F(RealArchives, NamesWithLineEndsAndDashesAreNames) {
+    EXPECT_EQ(extract("names.tar"), "");
+    EXPECT_EQ(content("left\nptr"), "Xcur cursor file");
+    EXPECT_EQ(content("-rf"), "Xcur cursor file");
+    EXPECT_EQ(content("d"), "Xcur cursor file");
+}
+
+TEST_F(RealArchives, FoldersBeyondTheLongestPathLeaveNothingBehind) {
+    EXPECT_NE(extract("deep.tar"), "");
+    EXPECT_FALSE(fs::exists(theme));
+}
+
+TEST_F(RealArchives, AMissingArchiverIsAReadableError) {
+    auto substitutes = linuxArchiver();
+    substitutes["/usr/bin/tar"].executable = "/not/there";
+    runner = makeQtProcessRunner(world.queue(), substitutes);
+    EXPECT_EQ(extract("plain.tar"), "The archiver bsdtar is missing; install the package libarchive-tools");
+}
+
+TEST_F(RealArchives, EndingAllWorkInTheMiddleLeavesNothing) {
+    ThemeExtractor extractor({*runner, work, world.queue(), world.tasks()});
+    bool ended = false;
+    extractor.extract(archives / "many.tar", "banana", theme, [&](const Status&) { ended = true; });
+    EXPECT_TRUE(world.runUntil([&] {
+        for (const auto& entry : fs::directory_iterator(themes))
+            if (fs::exists(entry.path() / "x/cursors")) return true;
+        return false;
+    }));
+    work.endAll();
+    EXPECT_TRUE(world.runUntil([&] { return fs::is_empty(themes); }));
+    EXPECT_FALSE(ended);
+}
+
+}  // namespace
+}  // namespace pintle
