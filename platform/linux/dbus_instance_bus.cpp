@@ -90,7 +90,7 @@ bool answers(const std::string& address) {
 
 class DbusInstanceBus : public InstanceBus {
   public:
-    explicit DbusInstanceBus(std::string name) : name_(QString::fromStdString(name)) {}
+    explicit DbusInstanceBus(const std::string& name) : name_(QString::fromStdString(name)) {}
     ~DbusInstanceBus() override {
         if (!connected_) return;
         // The bus notices a closed connection when it comes to it; a program that is started again right away
@@ -133,7 +133,7 @@ class DbusInstanceBus : public InstanceBus {
 
 }  // namespace
 
-std::unique_ptr<InstanceBus> makeDbusInstanceBus(std::string name) {
+std::unique_ptr<InstanceBus> makeDbusInstanceBus(const std::string& name) {
     return std::make_unique<DbusInstanceBus>(std::move(name));
 }
 

@@ -12,6 +12,6 @@ namespace pintle {
 /// The first question asks for `name` and keeps it until the object ends; the name's owner is the copy that
 /// runs. Without a bus, or with one that does not answer within a few seconds, the answer is no. A bus is
 /// never started for this.
-std::unique_ptr<InstanceBus> makeDbusInstanceBus(std::string name);
+std::unique_ptr<InstanceBus> makeDbusInstanceBus(const std::string& name);
 
 }  // namespace pintle

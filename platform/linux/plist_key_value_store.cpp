@@ -76,9 +76,9 @@ class PlistKeyValueStore : public KeyValueStore {
     using Changes = std::map<std::string, std::optional<PropertyValue>>;
     enum class Intent { read, write };
 
-    void change(Changes changes) {
+    void change(const Changes& changes) {
         const PropertyDictionary before = domain_;
-        for (auto& [key, value] : changes) {
+        for (const auto& [key, value] : changes) {
             if (value)
                 domain_.insert_or_assign(key, *value);
             else

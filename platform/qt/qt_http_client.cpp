@@ -275,9 +275,7 @@ class QtHttpClient : public HttpClient {
         return Subscription([this, alive = std::weak_ptr<const bool>(alive_), id, exchange]() mutable {
             exchange = nullptr;
             if (alive.expired()) return;
-            QMetaObject::invokeMethod(&transfers_, [id] {
-                if (auto* transfer = id->data()) delete transfer;
-            });
+            QMetaObject::invokeMethod(&transfers_, [id] { delete id->data(); });
         });
     }
 

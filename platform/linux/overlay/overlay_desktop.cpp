@@ -69,7 +69,7 @@ class X11OverlayDesktop : public OverlayDesktop {
 
 }  // namespace
 
-std::unique_ptr<OverlayDesktop> makeOverlayDesktop(OverlayDesktopOptions options) {
+std::unique_ptr<OverlayDesktop> makeOverlayDesktop(const OverlayDesktopOptions& options) {
     if (!options.display && isWaylandSession()) return nullptr;
     const std::string display = options.display.value_or(variable("DISPLAY").value_or(""));
     auto connection = overlay::OverlayConnection::open(display);

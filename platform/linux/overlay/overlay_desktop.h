@@ -42,6 +42,6 @@ class OverlayDesktop {
 /// Null where no overlay can be drawn: without an X server or the extensions it takes, and in Wayland
 /// sessions, whose windows nobody else's window can lie above. What hides and moves is sent at the end of
 /// each turn.
-std::unique_ptr<OverlayDesktop> makeOverlayDesktop(OverlayDesktopOptions options);
+std::unique_ptr<OverlayDesktop> makeOverlayDesktop(const OverlayDesktopOptions& options);
 
 }  // namespace pintle
