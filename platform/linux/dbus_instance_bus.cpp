@@ -134,7 +134,7 @@ class DbusInstanceBus : public InstanceBus {
 }  // namespace
 
 std::unique_ptr<InstanceBus> makeDbusInstanceBus(const std::string& name) {
-    return std::make_unique<DbusInstanceBus>(std::move(name));
+    return std::make_unique<DbusInstanceBus>(name);
 }
 
 }  // namespace pintle

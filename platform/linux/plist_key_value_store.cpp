@@ -83,7 +83,7 @@ class PlistKeyValueStore : public KeyValueStore {
                 domain_.insert_or_assign(key, *value);
             else
                 domain_.erase(key);
-            pending_.insert_or_assign(key, std::move(value));
+            pending_.insert_or_assign(key, value);
         }
         write();
         announce(before);
