@@ -1,6 +1,6 @@
 // Drives the program for the tours: the same root as the program itself, and commands on standard input, one
-// a line: "apply ID", "scale S", "reset", "quit". Each is answered on standard output by "ok COMMAND" once it
-// is accepted, or by "error REASON". Never installed.
+// a line: "apply ID", "scale S", "reset", "download ID", "delete ID", "reset-all", "row ID", "quit". Each is
+// answered on standard output by "ok COMMAND" once it is accepted, or by "error REASON". Never installed.
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -46,13 +46,19 @@ class Driver {
         const std::string command = line.substr(0, space);
         const std::string argument = space == std::string::npos ? "" : line.substr(space + 1);
         auto& model = root_.composition().viewModel();
-        if (command == "apply") {
+        if (command == "apply" || command == "download" || command == "delete" || command == "row") {
             const auto& themes = model.themes();
-            const auto row =
+            const auto found =
                 std::find_if(themes.begin(), themes.end(),
                              [&](const pintle::CursorThemeInfo& each) { return each.id == argument; });
-            if (row == themes.end()) return "unknown theme " + argument;
-            model.applyTheme(*row);
+            if (found == themes.end()) return "unknown theme " + argument;
+            const auto row = *found;
+            if (command == "apply") model.applyTheme(row);
+            if (command == "download") model.downloadTheme(row);
+            if (command == "delete") model.deleteTheme(row);
+            if (command == "row") describe(row);
+        } else if (command == "reset-all") {
+            model.resetAllData();
         } else if (command == "scale") {
             root_.composition().settings().setCursorScale(std::strtod(argument.c_str(), nullptr));
         } else if (command == "reset") {
@@ -63,6 +69,15 @@ class Driver {
             return "unknown command " + command;
         }
         return "";
+    }
+
+    /// "row ID downloaded=0 …", ended by two texts after tabs, on one line before the "ok".
+    static void describe(const pintle::CursorThemeInfo& row) {
+        auto error = row.downloadError.value_or("");
+        std::replace(error.begin(), error.end(), '\n', ' ');
+        std::printf("row %s downloaded=%d downloading=%d preview=%d progress=%g\t%s\t%s\n", row.id.c_str(),
+                    row.isDownloaded, row.isDownloading, row.previewImage.has_value(), row.downloadProgress,
+                    row.downloadStatus.c_str(), error.c_str());
     }
 
     pintle::Root& root_;
