@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kTimeout = 15s;
 constexpr auto kCheckInterval = 86400s;
-constexpr std::uint64_t kBodyLimit = 64 * 1024;
+constexpr std::uint64_t kBodyLimit = 64U << 10;
 
 UpdateChecker* installed = nullptr;
 

@@ -82,15 +82,13 @@ void DesktopWatch::selectEvents() {
     xcb_change_window_attributes(x, root, XCB_CW_EVENT_MASK, &mask);
 
     if ((firstRandrEvent_ = firstEvent(x, &xcb_randr_id)) != 0) {
-        Reply<xcb_randr_query_version_reply_t>{
-            xcb_randr_query_version_reply(x, xcb_randr_query_version(x, 1, 5), nullptr)};
+        xcb_discard_reply(x, xcb_randr_query_version(x, 1, 5).sequence);
         xcb_randr_select_input(x, root,
                                XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
                                    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
     }
     if ((firstFixesEvent_ = firstEvent(x, &xcb_xfixes_id)) != 0) {
-        Reply<xcb_xfixes_query_version_reply_t>{
-            xcb_xfixes_query_version_reply(x, xcb_xfixes_query_version(x, 4, 0), nullptr)};
+        xcb_discard_reply(x, xcb_xfixes_query_version(x, 4, 0).sequence);
         for (const auto selection : {atoms_.settingsManager, atoms_.windowManager})
             xcb_xfixes_select_selection_input(x, root, selection,
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |

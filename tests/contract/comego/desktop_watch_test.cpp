@@ -297,7 +297,7 @@ TEST_F(DesktopWatchTest, AServerThatDiesIsSilence) {
     activate(makeWindow("XTerm", 41));
     watch();
     bool over = false;
-    server.end();
+    server.crash();
     const auto timer = world.queue->after(std::chrono::milliseconds(300), [&] { over = true; });
     ASSERT_TRUE(ComegoWorld::until([&] { return over; }));
     EXPECT_THAT(world.told, IsEmpty());
