@@ -21,6 +21,7 @@ class AlphaSignatureMaker {
   private:
     struct Weights;
     const Weights& weightsFor(int length);
+    void takeAlpha(const Bitmap& image, std::size_t padded);
     std::map<int, std::shared_ptr<const Weights>> known_;
     std::vector<float> alpha_;
     std::vector<float> columns_;

@@ -58,6 +58,17 @@ TEST(AlphaSignature, EveryByteEqualsTheDoublePrecisionResult) {
     }
 }
 
+TEST(AlphaSignature, MasksFullOfHalvesAndLargeOnesEqualItToo) {
+    AlphaSignatureMaker maker;
+    for (const int side : {8, 17, 32, 48, 1000, 1024}) {
+        std::mt19937 random(static_cast<unsigned>(side));
+        const auto image = Bitmap::create(side, side, [&](std::span<std::uint8_t> out) {
+            for (auto& byte : out) byte = random() % 2 == 0 ? 255 : 0;
+        });
+        ASSERT_EQ(maker.of(*image), alphaSignatureReference(*image)) << side;
+    }
+}
+
 TEST(AlphaSignature, AnAbsurdlyLargeImageGivesZerosInsteadOfWork) {
     EXPECT_EQ(AlphaSignatureMaker().of(noise(1025, 1, 1)), AlphaSignature{});
 }
