@@ -22,12 +22,14 @@ class OverlayConnection {
     xcb_connection_t* get() const { return connection_->get(); }
     bool isBroken() const { return connection_->isBroken(); }
 
-    /// Takes in what the server has sent; costs no round trip. Called whenever the descriptor is readable and
-    /// before every answer.
+    /// Takes in what the server has sent; costs no round trip. Called when the descriptor is readable and
+    /// before what changes with the pointer is answered.
     void drain();
     /// Somebody follows the pointer. Motion, restacking and cursor changes are reported from the first call
     /// until none has come for two seconds, so that a program at rest is not woken by the mouse.
     void follow();
+    /// Whether reports of motion come. Who follows drains anyway and has no need to be woken by each.
+    bool isFollowed() const { return following_; }
     /// Sends what was asked so far.
     void flush() { xcb_flush(get()); }
 

@@ -38,8 +38,11 @@ class X11OverlayDesktop : public OverlayDesktop {
           screensChange_(
               options.workspace.observe(WorkspaceEvent::screenParametersDidChange,
                                         [this](const WorkspaceNotification&) { displays_.invalidate(); })),
-          readable_(options.watchReadable(connection_->x().descriptor(), [this] { takeNews(); })),
-          endOfTurn_(options.queue.atEndOfTurn([this] { pointer_.flush(); })) {}
+          queue_(options.queue),
+          watchReadable_(options.watchReadable),
+          endOfTurn_(options.queue.atEndOfTurn([this] { endTurn(); })) {
+        waitForNews();
+    }
     /// Nothing stays hidden behind a program that ends.
     ~X11OverlayDesktop() override { pointer_.flush(); }
 
@@ -50,10 +53,30 @@ class X11OverlayDesktop : public OverlayDesktop {
     Accessibility& accessibility() override { return *accessibility_; }
 
   private:
-    void takeNews() {
-        connection_->drain();
-        // A dead connection is readable for ever.
-        if (connection_->isBroken()) readable_.end();
+    void waitForNews() {
+        readable_ = watchReadable_(connection_->x().descriptor(), [this] {
+            connection_->drain();
+            // A dead connection is readable for ever.
+            if (connection_->isBroken()) readable_.end();
+        });
+    }
+    void endTurn() {
+        pointer_.flush();
+        // A mouse reports up to a thousand times a second, and each move of our window comes back as news:
+        // whoever follows the pointer takes them in with its next question.
+        if (!connection_->isFollowed() || isFollowedWithoutBeingWoken_) return;
+        isFollowedWithoutBeingWoken_ = true;
+        readable_.end();
+        lookAfterAWhile();
+    }
+    /// Also the latest moment at which a pointer shows again that work outside the queue has let go.
+    void lookAfterAWhile() {
+        later_ = queue_.after(std::chrono::milliseconds(100), [this] {
+            connection_->drain();
+            if (connection_->isFollowed()) return lookAfterAWhile();
+            isFollowedWithoutBeingWoken_ = false;
+            if (!connection_->isBroken()) waitForNews();
+        });
     }
 
     std::unique_ptr<overlay::OverlayConnection> connection_;
@@ -63,7 +86,11 @@ class X11OverlayDesktop : public OverlayDesktop {
     overlay::X11WindowList windowList_;
     std::unique_ptr<Accessibility> accessibility_;
     Subscription screensChange_;
+    MainQueue& queue_;
+    std::function<Subscription(int, std::function<void()>)> watchReadable_;
+    bool isFollowedWithoutBeingWoken_ = false;
     Subscription readable_;
+    Timer later_;
     Subscription endOfTurn_;
 };
 

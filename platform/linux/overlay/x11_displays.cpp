@@ -67,7 +67,6 @@ void X11Displays::refresh() {
 }
 
 const std::vector<Screen>& X11Displays::screens() {
-    connection_.drain();
     if (known_ != connection_.displayChanges()) {
         known_ = connection_.displayChanges();
         refresh();
@@ -83,6 +82,7 @@ DisplayId X11Displays::mainDisplayID() {
 
 Point X11Displays::mouseLocation() {
     connection_.follow();
+    connection_.drain();
     screens();
     if (motionsSeen_ == connection_.motions() && ++questionsSince_ < kQuestionsAtRest) return mouse_;
     motionsSeen_ = connection_.motions();

@@ -12,8 +12,8 @@ class X11Displays : public Displays {
 
     const std::vector<Screen>& screens() override;
     DisplayId mainDisplayID() override;
-    /// Asks the server when the pointer's devices reported motion, and otherwise on one question in sixteen: a
-    /// program that moves the pointer by itself makes no report.
+    /// Asks the server when the pointer's devices reported motion, and otherwise on one question in sixteen:
+    /// a program that moves the pointer by itself makes no report.
     Point mouseLocation() override;
 
     /// The next question about screens asks the server.

@@ -193,6 +193,22 @@ TEST_F(OverlayPointerTest, WithThePointerAtRestElevenOfTwelveTicksAskTheServerNo
     EXPECT_GT(busy, 0) << "a pointer moved by a program would never be seen";
 }
 
+TEST_F(OverlayPointerTest, AProgramThatFollowsNoPointerIsNotToldOfMotion) {
+    overlay::X11Displays displays(*connection);
+    displays.mouseLocation();
+    const auto motions = connection->motions();
+    onlooker.move(10, 10);
+    EXPECT_TRUE(eventually([&] { return connection->drain(), connection->motions() > motions; }));
+    EXPECT_TRUE(eventually([&] { return connection->drain(), !connection->isFollowed(); }));
+    const auto before = connection->motions();
+    onlooker.move(20, 20);
+    runFor(std::chrono::milliseconds(100));
+    connection->drain();
+    EXPECT_EQ(connection->motions(), before);
+    // The first question after that asks the server whatever was missed.
+    EXPECT_EQ(displays.mouseLocation(), (Point{20, 460}));
+}
+
 TEST(OverlayDesktopAnswer, ThereIsNoneWithoutAServerAndNoneInAWaylandSession) {
     PollQueue queue;
     FakeWorkspace workspace;
