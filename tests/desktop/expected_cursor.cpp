@@ -4,6 +4,8 @@
 //   expected_cursor CURSORS_FOLDER SCALE  with one list of file names a line on standard input: NAME,NAME,...
 //   answers a line each: FILE LOOK...     the first name that the folder has, and its frames (word of look.h)
 //                        -                when it has none
+//   expected_cursor CURSORS_FOLDER SCALE pixels
+//   answers instead: FILE WIDTHxHEIGHT+X+Y HEX     hotspot and premultiplied RGBA of the first frame
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -11,6 +13,7 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cursor/preloaded_cursor.h"
@@ -35,13 +38,30 @@ std::string lookOf(const pintle::Bitmap& bitmap, pintle::Point hotspot) {
                       inside(hotspot.y, bitmap.height()), hash);
 }
 
-std::string answer(const std::filesystem::path& folder, double scale, const std::string& names) {
+std::string pixelsOf(const pintle::PreloadedCursor& cursor) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    const auto inside = [](double value, int side) {
+        return static_cast<int>(std::clamp(std::llround(value), 0LL, static_cast<long long>(side) - 1));
+    };
+    const auto& image = cursor.image;
+    std::string text = std::to_string(image.width()) + "x" + std::to_string(image.height()) + "+" +
+                       std::to_string(inside(cursor.hotspot.x, image.width())) + "+" +
+                       std::to_string(inside(cursor.hotspot.y, image.height())) + " ";
+    for (const std::uint8_t byte : image.bytes()) {
+        text += kDigits[byte >> 4];
+        text += kDigits[byte & 15];
+    }
+    return text;
+}
+
+std::string answer(const std::filesystem::path& folder, double scale, bool pixels, const std::string& names) {
     std::istringstream list(names);
     for (std::string name; std::getline(list, name, ',');) {
         const auto images = pintle::XCursorParser::parseFile(folder / name, kLargestNominalSize);
         if (!images) continue;
         const auto cursor = pintle::makePreloaded(name, *images, scale);
         if (!cursor) continue;
+        if (pixels) return name + " " + pixelsOf(*cursor);
         std::string line = name;
         if (cursor->frames.size() < 2) return line + " " + lookOf(cursor->image, cursor->hotspot);
         const std::size_t count = std::min(cursor->frames.size(), kMostFrames);
@@ -58,11 +78,12 @@ std::string answer(const std::filesystem::path& folder, double scale, const std:
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::cerr << "expected_cursor CURSORS_FOLDER SCALE\n";
+    const bool pixels = argc == 4 && std::string_view(argv[3]) == "pixels";
+    if (argc != 3 && !pixels) {
+        std::cerr << "expected_cursor CURSORS_FOLDER SCALE [pixels]\n";
         return 2;
     }
     const double scale = std::strtod(argv[2], nullptr);
     for (std::string names; std::getline(std::cin, names);)
-        std::cout << answer(argv[1], scale, names) << std::endl;
+        std::cout << answer(argv[1], scale, pixels, names) << std::endl;
 }

@@ -11,6 +11,11 @@
 //   library THEME SIZE NAME   what libXcursor loads for a name                   images LOOK...
 //   window TITLE          client and frame of a mapped window, x y w h each      window 8 numbers | none
 //   wm                    whether a window manager runs                          yes | no
+//   click                 presses and releases button 1                          ok
+//   cover CLASS X Y W H   a window no manager manages, of that class and one colour   ok
+//   uncover               closes it                                              ok
+//   overlays              how many mapped windows are pointers being dragged     overlays COUNT
+//   active                the title of the window that the manager says is active   active TITLE
 //   resource TEXT         appends a line to the RESOURCE_MANAGER property        ok
 //
 // LOOK is the word of look.h. `none`: the server refused to tell (no picture, or its owner is gone).
@@ -75,6 +80,11 @@ class Probe {
         if (command == "library") return library(words);
         if (command == "window") return window(rest(words));
         if (command == "wm") return windowProperty(root_, "_NET_SUPPORTING_WM_CHECK").empty() ? "no" : "yes";
+        if (command == "click") return click();
+        if (command == "cover") return cover(words);
+        if (command == "uncover") return uncover();
+        if (command == "overlays") return overlays();
+        if (command == "active") return active();
         if (command == "resource") return resource(rest(words));
         return "what";
     }
@@ -304,8 +314,62 @@ class Probe {
         return "ok";
     }
 
+    std::string click() {
+        XTestFakeButtonEvent(display_, 1, True, CurrentTime);
+        XTestFakeButtonEvent(display_, 1, False, CurrentTime);
+        XSync(display_, False);
+        return "ok";
+    }
+
+    std::string cover(std::istringstream& words) {
+        std::string name;
+        int x = 0;
+        int y = 0;
+        unsigned width = 0;
+        unsigned height = 0;
+        words >> name >> x >> y >> width >> height;
+        XSetWindowAttributes attributes{};
+        attributes.override_redirect = True;
+        attributes.background_pixel = 0x405060;
+        covering_ = XCreateWindow(display_, root_, x, y, width, height, 0, CopyFromParent, InputOutput,
+                                  nullptr, CWOverrideRedirect | CWBackPixel, &attributes);
+        XClassHint hint{name.data(), name.data()};
+        XSetClassHint(display_, covering_, &hint);
+        XMapRaised(display_, covering_);
+        XSync(display_, False);
+        return "ok";
+    }
+
+    std::string uncover() {
+        XDestroyWindow(display_, covering_);
+        XSync(display_, False);
+        return "ok";
+    }
+
+    std::string overlays() {
+        const Atom dragged = XInternAtom(display_, "_NET_WM_WINDOW_TYPE_DND", False);
+        int count = 0;
+        for (const Window window : children(root_)) {
+            const std::string type = windowProperty(window, "_NET_WM_WINDOW_TYPE");
+            if (type.size() == sizeof dragged &&
+                std::equal(type.begin(), type.end(), reinterpret_cast<const char*>(&dragged)) &&
+                isViewable(window))
+                ++count;
+        }
+        return "overlays " + std::to_string(count);
+    }
+
+    std::string active() {
+        const std::string value = windowProperty(root_, "_NET_ACTIVE_WINDOW");
+        Window window = None;
+        if (value.size() >= sizeof window)
+            std::copy_n(value.data(), sizeof window, reinterpret_cast<char*>(&window));
+        return "active " + (window == None ? "" : title(window));
+    }
+
     Display* display_;
     Window root_;
+    Window covering_ = None;
     int eventBase_ = 0;
 };
 
