@@ -18,10 +18,13 @@ JUDGED = [
     (r"parse/", 8, 15),
     (r"set-1\.0/", 5, 20),
     (r"resample/", None, 5),
+    (r"signature/", 20, 60),
 ]
 # Of these groups one passing job is enough; the other jobs of JUDGED must each pass.
 ANY_OF = [("parse/dmz", "parse/adwaita"), ("set-1.0/dmz", "set-1.0/adwaita")]
 REFERENCE_SIDES = ("library", "copy")
+# How many times the reference's share of a core the overlay may take: (gate, goal).
+OVERLAY = {"moving": (1.3, 1.0), "at-rest": (3, 2)}
 # Kilobytes above the start that may stay after a theme's release.
 MEMORY_GATE, MEMORY_GOAL = 2048, 700
 
@@ -99,6 +102,24 @@ def judge_memory(notes):
     return failed
 
 
+def judge_overlay(options):
+    """Beside a bare loop while the pointer moves, and beside an empty timer while it rests."""
+    command = [os.path.join(options.build, "bench", "overlay_bench"), "5" if options.quick else "30"]
+    done = subprocess.run(command, stdout=subprocess.PIPE, text=True, check=False)
+    if done.returncode != 0:
+        sys.exit(f"the overlay's bench ended with status {done.returncode}")
+    failed = False
+    for line in done.stdout.splitlines():
+        _, job, reference, ours = line.split()
+        value = float(ours) / max(float(reference), 0.001)
+        gate, goal = OVERLAY[job]
+        word = "goal" if value <= goal else "gate" if value <= gate else "MISSES THE GATE"
+        failed |= value > gate
+        print(f"{'overlay/' + job:<28}{float(reference):>11.2f} %{float(ours):>11.2f} %{value:>8.2f}x"
+              f"{gate:>8}{goal:>8}  {word}")
+    return failed
+
+
 def main():
     options = arguments()
     report, notes = run(options)
@@ -119,14 +140,16 @@ def main():
         print(f"{job:<28}{duration(reference):>13}{duration(sides['pintle']):>13}{value:>8.1f}x"
               f"{gate or '':>8}{goal or '':>8}  {word}")
     failed = judge_memory(notes)
+    overlay_failed = judge_overlay(options)
 
     jobs = medians(report)
     for group in ANY_OF:
         present = [job for job in group if job in jobs]
         if not present or any(job not in missed for job in present):
             missed.difference_update(group)
-    if missed or failed:
-        print("missed: " + ", ".join(sorted(missed) + (["memory"] if failed else [])))
+    if missed or failed or overlay_failed:
+        print("missed: " + ", ".join(sorted(missed) + (["memory"] if failed else []) +
+                                     (["overlay"] if overlay_failed else [])))
         return 1
     print("every gate is passed")
     return 0
