@@ -10,6 +10,7 @@ constexpr std::chrono::milliseconds kSettleTime{40};
 // A held button means a grab, whose cursor is not that of the window under the pointer.
 constexpr std::chrono::milliseconds kButtonTime{250};
 constexpr int kRoundsByName = 2;
+constexpr int kAttempts = 3;
 constexpr std::size_t kMostSettled = 4096;
 constexpr std::size_t kMostTouched = 1024;
 
@@ -136,18 +137,25 @@ void Keeper::replaceOnWindow(const ShownCursor& shown, std::string_view name, xc
 }
 
 bool Keeper::tryOn(xcb_window_t window, std::string_view name, CursorChannel channel) {
-    desk_.registration->define(window, name, channel);
-    desk_.registration->connection().synchronize();
-    const auto shown = read();
-    const auto pointer = desk_.watcher->pointer();
-    const bool moved = pointer && pointer->deepest != window;
-    if (moved || (shown && judged(*shown).verdict == KeeperVerdict::leave)) {
-        if (touched_.size() >= kMostTouched) touched_.clear();
-        if (window != desk_.registration->connection().root())
-            touched_.insert_or_assign(window, Touched{name, channel});
-        return true;
+    // A program that sets its own cursor at this very moment wins once; a grab wins every time.
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        desk_.registration->define(window, name, channel);
+        desk_.registration->connection().synchronize();
+        const auto shown = read();
+        const auto pointer = desk_.watcher->pointer();
+        const bool moved = pointer && pointer->deepest != window;
+        if (moved || (shown && judged(*shown).verdict == KeeperVerdict::leave)) {
+            if (touched_.size() >= kMostTouched) touched_.clear();
+            if (window != desk_.registration->connection().root())
+                touched_.insert_or_assign(window, Touched{name, channel});
+            return true;
+        }
+        // By the core protocol nobody else's cursor hides ours but a device cursor, which stays.
+        if (channel == CursorChannel::core) break;
     }
-    if (channel == CursorChannel::device) desk_.registration->undefine(window, channel);
+    // Left behind it would show through whenever the program has no cursor of its own there. The root window
+    // without a cursor would show the server's bare one.
+    if (window != desk_.registration->connection().root()) desk_.registration->undefine(window, channel);
     return false;
 }
 

@@ -240,6 +240,8 @@ TEST_F(DesktopWatchTest, TheSettingsManagersCursorThemeIsAPointerChangeAndItsOth
     writeFile(file, std::string("Gtk/CursorThemeName \"DMZ-White\"\n"));
     TestProgram manager({"env", "DISPLAY=" + server.display(), "xsettingsd", "-c", file.string()});
     ASSERT_TRUE(world.untilHeard("pointer change"));
+    // It takes the selection before it writes its first property.
+    ASSERT_TRUE(ComegoWorld::until([&] { return !settingsSerial().empty(); }));
     toldSoFar();
 
     const auto settle = [&](const std::string& text) {
