@@ -54,7 +54,7 @@ class PlistKeyValueStore : public KeyValueStore {
         Changes removals;
         for (const auto& entry : domain_) removals.emplace(entry.first, std::nullopt);
         removeAll_ = true;
-        change(std::move(removals));
+        change(removals);
     }
     Subscription observe(std::string key, std::function<void()> changed) override {
         return changes_.observe(
