@@ -235,6 +235,18 @@ TEST_F(DownloadTest, AFailureRemovesTheThemesFolderAndSaysSo) {
     EXPECT_TRUE(world.log.has("[DOWNLOAD] [banana] Cleaned up broken theme directory"));
 }
 
+TEST_F(DownloadTest, AFailureWaitsUntilNobodyElseWorksOnTheTheme) {
+    begin();
+    ThemeWork::Turn held;
+    world.work.begin("banana", [&](ThemeWork::Turn turn) { held = std::move(turn); });
+    world.http.fail(0, "gone");
+    run();
+    EXPECT_TRUE(world.row("banana").isDownloading);
+    held = nullptr;
+    run();
+    expectFailed("gone");
+}
+
 TEST_F(DownloadTest, ARetryIsANewDownload) {
     begin();
     world.http.fail(0, "gone");

@@ -186,6 +186,19 @@ TEST_F(ThemeExtractorTest, ExtractionsOfDifferentThemesRunAtTheSameTime) {
     EXPECT_EQ(done, 2);
 }
 
+TEST_F(ThemeExtractorTest, InstallsOneThemeAtATimeInItsPlace) {
+    world.unpack({{"cursors/left_ptr", "Xcur"}});
+    ThemeWork::Turn held;
+    world.work.begin("banana", [&](ThemeWork::Turn turn) { held = std::move(turn); });
+    begin();
+    world.scheduler.runUntilIdle();
+    EXPECT_FALSE(ended) << "somebody else works on the theme";
+    EXPECT_FALSE(fs::exists(world.themeFolder("banana")));
+    held = nullptr;
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(ended && *ended);
+}
+
 TEST_F(ThemeExtractorTest, WhenAllWorkEndsTheChildIsKilledAndNothingIsAnswered) {
     begin();
     world.scheduler.runUntilIdle();

@@ -56,6 +56,16 @@ TEST_F(ThemeRemovalTest, ReturnsBeforeAnythingIsRemoved) {
     EXPECT_TRUE(world.row("banana").isDownloaded);
 }
 
+TEST_F(ThemeRemovalTest, WaitsUntilNobodyElseWorksOnTheTheme) {
+    ThemeWork::Turn held;
+    world.work.begin("banana", [&](ThemeWork::Turn turn) { held = std::move(turn); });
+    remove("banana");
+    EXPECT_TRUE(fs::exists(world.themeFolder("banana")));
+    held = nullptr;
+    world.scheduler.runUntilIdle();
+    EXPECT_FALSE(fs::exists(world.themeFolder("banana")));
+}
+
 TEST_F(ThemeRemovalTest, AThemeRemovedByHandFailsWithTheNotFoundText) {
     fs::remove_all(world.themeFolder("banana"));
     remove("banana");
