@@ -11,6 +11,7 @@
 #include "platform/linux/linux_process_hints.h"
 #include "platform/linux/login_item_service.h"
 #include "platform/linux/overlay/overlay_desktop.h"
+#include "platform/linux/overlay/screen_watch.h"
 #include "platform/linux/plist_coder.h"
 #include "platform/linux/plist_key_value_store.h"
 #include "platform/linux/signal_recovery.h"
@@ -74,8 +75,8 @@ struct Root::Desktop {
               .nameSent = {},
           })),
           workspace(makeLinuxWorkspace({std::nullopt, *early.queue, watcherOn(*early.queue)})),
-          overlay(makeOverlayDesktop(
-              {std::nullopt, *early.queue, *workspace, watcherOn(*early.queue), std::function<bool()>()})) {}
+          overlay(makeOverlayDesktop({std::nullopt, *early.queue, *workspace, watcherOn(*early.queue),
+                                      overlay::makeScreenWatch(*early.queue, *early.background)})) {}
 
     static std::function<Subscription(int, std::function<void()>)> watcherOn(MainQueue& queue) {
         return [&queue](int descriptor, std::function<void()> readable) {
