@@ -153,9 +153,10 @@ bool Keeper::tryOn(xcb_window_t window, std::string_view name, CursorChannel cha
         // By the core protocol nobody else's cursor hides ours but a device cursor, which stays.
         if (channel == CursorChannel::core) break;
     }
-    // Left behind it would show through whenever the program has no cursor of its own there. The root window
-    // without a cursor would show the server's bare one.
-    if (window != desk_.registration->connection().root()) desk_.registration->undefine(window, channel);
+    // A core cursor stays: it shows where the program gives its device cursor up. The root window without a
+    // device cursor would show the server's bare one.
+    if (channel == CursorChannel::device && window != desk_.registration->connection().root())
+        desk_.registration->undefine(window, channel);
     return false;
 }
 
