@@ -165,12 +165,16 @@ void CursorOverlayManager::onTimerTick() {
     if (decision.outcome == OverlayOutcome::nothing) return;
     if (decision.outcome == OverlayOutcome::draw) {
         checkCursorTypeChange();
-        if (!overlayUsesSystemFallback_) {
+        if (!overlayUsesSystemFallback_ && canDrawOn(decision.display)) {
             draw(decision.display, facts.mouse);
             return;
         }
     }
     stepAside();
+}
+
+bool CursorOverlayManager::canDrawOn(DisplayId display) const {
+    return currentCursorImage_.has_value() && windows_.contains(display);
 }
 
 void CursorOverlayManager::draw(DisplayId under, Point mouse) {

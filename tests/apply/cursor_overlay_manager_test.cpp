@@ -231,13 +231,28 @@ TEST(Overlay, AScreenChangeRebuildsTheWindows) {
     EXPECT_TRUE(world.surfaces.openOn(2));
 }
 
-TEST(Overlay, ADisplayWithoutAWindowDoesNotStopTheOthers) {
+TEST(Overlay, WhereNoWindowCanBeMadeTheHardwarePointerStays) {
     OverlayWorld world;
     world.surfaces.creationFails = true;
     world.run({sized("left_ptr")});
+    world.tick(3);
+    EXPECT_FALSE(world.pointerIsHidden());
+    world.surfaces.creationFails = false;
+    world.workspace.send(WorkspaceEvent::screenParametersDidChange);
     world.tick();
     EXPECT_TRUE(world.pointerIsHidden());
-    EXPECT_TRUE(world.surfaces.made.empty());
+    EXPECT_EQ(world.surfaces.visible(), 1);
+}
+
+TEST(Overlay, WithoutAnyImageTheHardwarePointerStays) {
+    OverlayWorld world;
+    world.run({});
+    world.tick(3);
+    EXPECT_FALSE(world.pointerIsHidden());
+    world.manager->loadCursorsFromPreloaded({sized("left_ptr")}, 1.0);
+    world.manager->updateOverlayWindows();
+    world.tick();
+    EXPECT_TRUE(world.pointerIsHidden());
 }
 
 TEST(OverlayIdentification, ThePlatformsNameAnswersFirstWhenAThemeCanHaveIt) {

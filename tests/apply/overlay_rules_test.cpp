@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "apply/cursor_alternatives.h"
+#include "apply/cursor_identifiers.h"
 #include "apply/overlay_areas.h"
 #include "apply/overlay_decision.h"
 
@@ -158,8 +159,31 @@ TEST(CursorAlternatives, NoShapeStandsInForAnArrowOrAnIBeam) {
     for (const auto name : cursorAlternatives("xterm"))
         EXPECT_TRUE(name == "xterm" || name == "text" || name == "ibeam") << name;
     for (const auto name : cursorAlternatives("left_ptr"))
-        EXPECT_TRUE(name == "left_ptr" || name == "default" || name == "arrow" || name == "top_left_arrow")
+        EXPECT_TRUE(name == "left_ptr" || name == "default" || name == "arrow" || name == "top_left_arrow" ||
+                    name == "left-arrow")
             << name;
+}
+
+TEST(CursorAlternatives, TheFilesOfARegistrationAreTriedInTheSameOrder) {
+    for (const CursorIdentifierRow& row : cursorIdentifiers()) {
+        const auto names = cursorAlternatives(row.candidates()[0]);
+        auto at = names.begin();
+        for (const std::string_view file : row.candidates()) {
+            at = std::find(at, names.end(), file);
+            ASSERT_NE(at, names.end()) << row.identifier << " " << file;
+        }
+    }
+}
+
+TEST(CursorAlternatives, AHandThatGrabsIsNotOneThatPoints) {
+    EXPECT_EQ(cursorAlternatives("hand1")[1], "grab");
+    for (const auto name : cursorAlternatives("hand1")) EXPECT_NE(name, "pointer");
+}
+
+TEST(CursorAlternatives, NamesThatToolkitsAddBelongToTheirShape) {
+    EXPECT_EQ(cursorAlternatives("dnd-move")[1], "move");
+    EXPECT_EQ(cursorAlternatives("circle")[1], "not-allowed");
+    EXPECT_EQ(cursorAlternatives("size-hor")[1], "size_hor");
 }
 
 }  // namespace
