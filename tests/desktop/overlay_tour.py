@@ -190,7 +190,17 @@ class OverlayTour:
             (qt["PointingHand"], "pointer"), (qt["SizeVer"], "size_ver"), (qt["ClosedHand"], "grabbing"),
             (qt["LineEdit"], "text"),
             (frame["bottom left corner"], "bottom_left_corner"), (frame["bottom right corner"], "bottom_right_corner"),
+            (self.gtk4_point("GTK 4", "crosshair"), "crosshair"),
         ]
+
+    def gtk4_point(self, title, name):
+        self.desktop.environment["GSK_RENDERER"] = "cairo"
+        script = os.path.join(os.path.dirname(os.path.abspath(__file__)), "gtk4_cursor.py")
+        self.desktop.start(title, ["/usr/bin/python3", script, title, name])
+        self.desktop.wait_for(title, "is on the screen", lambda: self.desktop.probe.window(title))
+        time.sleep(0.5)
+        area, _ = self.desktop.probe.window(title)
+        return points.Point(title, name, area.x + area.width // 2, area.y + area.height * 3 // 4)
 
     def all_places(self, stage):
         """The theme's image, pixel by pixel, wherever an application shows a cursor that the theme has."""
