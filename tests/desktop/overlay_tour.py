@@ -181,7 +181,7 @@ class OverlayTour:
         self.text = points.xterm("xterm", desktop.probe)[0]
         gtk = {p.place: p for p in points.gtk("GTK", desktop.start_gtk("GTK", 440, 40))}
         qt = {p.place: p for p in points.qt("Qt", desktop.start_qt("Qt", 440, 440))}
-        frame = {p.place: p for p in points.window_manager("xterm", desktop.probe)}
+        frame = points.window_manager("xterm", desktop.probe)
         scroll_bar = points.xterm("xterm", desktop.probe)[1]
         self.places = [
             (self.text, "xterm"), (scroll_bar, "sb_v_double_arrow"),
@@ -189,9 +189,20 @@ class OverlayTour:
             (gtk["help"], "help"), (gtk["entry"], "text"), (gtk["n-resize"], "n-resize"),
             (qt["PointingHand"], "pointer"), (qt["SizeVer"], "size_ver"), (qt["ClosedHand"], "grabbing"),
             (qt["LineEdit"], "text"),
-            (frame["bottom left corner"], "bottom_left_corner"), (frame["bottom right corner"], "bottom_right_corner"),
+            *self.framed(frame),
             (self.gtk4_point("GTK 4", "crosshair"), "crosshair"),
         ]
+
+    def framed(self, frame):
+        """The parts of a window's frame whose cursors, the window manager's own choice, the theme has."""
+        found = []
+        for point in frame:
+            self.desktop.probe.move(point.x, point.y)
+            name = self.desktop.probe.settle(150, 1000).name
+            if name in FILES and name not in ARROW_NAMES and self.image(name):
+                found.append((point, name))
+        self.report.check("the window manager's frame has such a part", found)
+        return found
 
     def gtk4_point(self, title, name):
         self.desktop.environment["GSK_RENDERER"] = "cairo"
@@ -329,6 +340,7 @@ class OverlayTour:
         registered.install(self.desktop.data)
         install_without(self.desktop.data, WITHOUT_ARROW, ARROW_NAMES)
         install_without(self.desktop.data, WITHOUT_ARROW_AND_TEXT, ARROW_NAMES + TEXT_NAMES)
+        self.report.stage("Before")
         self.open_applications()
         self.start_driver()
         self.all_places("From the bare desktop")
