@@ -71,12 +71,12 @@ class Mover {
         if (pid_ != 0) return;
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         Display* const x = XOpenDisplay(display.c_str());
-        for (int i = 0; x; ++i) {
+        if (!x) ::_exit(1);
+        for (int i = 0;; ++i) {
             XTestFakeMotionEvent(x, -1, 100 + i % 400, 100 + i * 3 % 300, CurrentTime);
             XFlush(x);
             std::this_thread::sleep_for(5ms);
         }
-        ::_exit(1);
     }
     ~Mover() {
         ::kill(pid_, SIGKILL);
