@@ -18,6 +18,14 @@ struct ThemeWorkTest : testing::Test {
     std::vector<std::string> begun;
     std::vector<ThemeWork::Turn> turns;
 
+    /// One by one: the end of a turn may begin other work, which adds its own.
+    ~ThemeWorkTest() override {
+        while (!turns.empty()) {
+            const auto last = std::move(turns.back());
+            turns.pop_back();
+        }
+    }
+
     void begin(const std::string& theme, const std::string& name) {
         work.begin(theme, [this, name](ThemeWork::Turn turn) {
             begun.push_back(name);
