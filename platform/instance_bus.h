@@ -1,13 +1,24 @@
-// Other copies of this program of the same user. Main thread only.
+// Other copies of this program of the same user, and the short messages between them. Main thread only.
 #pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/subscription.h"
 
 namespace pintle {
 
 class InstanceBus {
   public:
     virtual ~InstanceBus() = default;
-    /// Whether another copy runs. Where that cannot be told, the answer is no.
+    /// Whether another copy runs: one with another process id that has not ended. Where that cannot be told,
+    /// the answer is no.
     virtual bool anotherCopyRuns() = 0;
+    /// Sends `name`, with no object and no user info, to every copy of the program, delivered at once: on
+    /// return the message is on its way even when this process ends right after.
+    virtual void post(const std::string& name) = 0;
+    /// Calls `heard` on the main queue for each such message of another copy until the handle ends.
+    virtual Subscription observe(const std::string& name, std::function<void()> heard) = 0;
 };
 
 }  // namespace pintle

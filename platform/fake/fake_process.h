@@ -1,11 +1,14 @@
 // The small process-wide fakes: hints and the instance bus.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "base/signal.h"
 #include "platform/instance_bus.h"
 #include "platform/process_hints.h"
 
@@ -28,7 +31,18 @@ class FakeProcessHints : public ProcessHints {
 class FakeInstanceBus : public InstanceBus {
   public:
     bool anotherCopyRuns() override { return another; }
+    void post(const std::string& name) override { posted.push_back(name); }
+    Subscription observe(const std::string& name, std::function<void()> heard) override {
+        return messages.observe([name, heard = std::move(heard)](const std::string& arrived) {
+            if (arrived == name) heard();
+        });
+    }
+    /// A message of another copy.
+    void hear(const std::string& name) { messages.emit(name); }
+
     bool another = false;
+    std::vector<std::string> posted;
+    Signal<const std::string&> messages;
 };
 
 }  // namespace pintle

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QString>
 #include <QVariant>
 #include <cstddef>
@@ -16,6 +17,8 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+
+#include "base/signal.h"
 
 namespace pintle {
 namespace {
@@ -88,11 +91,40 @@ bool answers(const std::string& address) {
     return alive;
 }
 
+/// The object behind the name: other copies call its one method with the name of their message.
+class Mailbox : public QDBusVirtualObject {
+  public:
+    explicit Mailbox(QString interface) : interface_(std::move(interface)) {}
+    QString introspect(const QString&) const override {
+        return QStringLiteral(
+                   "<interface name=\"%1\"><method name=\"Post\"><arg name=\"name\" type=\"s\" "
+                   "direction=\"in\"/></method></interface>")
+            .arg(interface_);
+    }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (message.interface() != interface_ || message.member() != QLatin1String("Post") ||
+            message.signature() != QLatin1String("s"))
+            return false;
+        // The sender waits for this before it ends.
+        bus.send(message.createReply());
+        heard.emit(message.arguments().constFirst().toString().toStdString());
+        return true;
+    }
+    Signal<const std::string&> heard;
+
+  private:
+    const QString interface_;
+};
+
 class DbusInstanceBus : public InstanceBus {
   public:
-    explicit DbusInstanceBus(const std::string& name) : name_(QString::fromStdString(name)) {}
+    explicit DbusInstanceBus(const std::string& name)
+        : name_(QString::fromStdString(name)),
+          path_(QLatin1Char('/') + QString(name_).replace(QLatin1Char('.'), QLatin1Char('/'))),
+          mailbox_(name_) {}
     ~DbusInstanceBus() override {
         if (!connected_) return;
+        QDBusConnection(connectionName()).unregisterObject(path_);
         // The bus notices a closed connection when it comes to it; a program that is started again right away
         // must not find this one. The reply is the sign that it has let go.
         ask("ReleaseName", {name_}, kReleaseMilliseconds);
@@ -104,10 +136,26 @@ class DbusInstanceBus : public InstanceBus {
             const auto address = sessionBusAddress();
             if (!address || !answers(*address)) return false;
             connected_ = true;
-            QDBusConnection::connectToBus(QString::fromStdString(*address), connectionName());
+            // The object is there before the name is, so that no message finds the name without it.
+            QDBusConnection::connectToBus(QString::fromStdString(*address), connectionName())
+                .registerVirtualObject(path_, &mailbox_);
         }
         const auto answer = ask("RequestName", {name_, kDoNotQueue}, kCallMilliseconds);
         return answer == kExists || answer == kInQueue;
+    }
+
+    void post(const std::string& message) override {
+        const QDBusConnection bus(connectionName());
+        if (!bus.isConnected()) return;
+        auto call = QDBusMessage::createMethodCall(name_, path_, name_, QStringLiteral("Post"));
+        call.setArguments({QString::fromStdString(message)});
+        bus.call(call, QDBus::Block, kCallMilliseconds);
+    }
+
+    Subscription observe(const std::string& message, std::function<void()> heard) override {
+        return mailbox_.heard.observe([message, heard = std::move(heard)](const std::string& name) {
+            if (name == message) heard();
+        });
     }
 
   private:
@@ -126,6 +174,8 @@ class DbusInstanceBus : public InstanceBus {
     QString connectionName() const { return QStringLiteral("instance ") + name_ + suffix_; }
 
     const QString name_;
+    const QString path_;
+    Mailbox mailbox_;
     /// Several of these in one process each have a connection of their own.
     const QString suffix_ = QStringLiteral(" ") + QString::number(reinterpret_cast<quintptr>(this), 16);
     bool connected_ = false;
