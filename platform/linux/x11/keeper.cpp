@@ -10,7 +10,6 @@ constexpr std::chrono::milliseconds kSettleTime{40};
 // A held button means a grab, whose cursor is not that of the window under the pointer.
 constexpr std::chrono::milliseconds kButtonTime{250};
 constexpr int kRoundsByName = 2;
-constexpr int kAttempts = 3;
 constexpr std::size_t kMostSettled = 4096;
 constexpr std::size_t kMostTouched = 1024;
 
@@ -127,37 +126,42 @@ void Keeper::examineAgain() {
 void Keeper::replaceOnWindow(const ShownCursor& shown, std::string_view name, xcb_window_t window) {
     // Never a device cursor first where a program sets private cursors by the core protocol: it would hide
     // all later ones.
-    if (!shown.name.empty()) {
-        if (tryOn(window, name, CursorChannel::device)) return;
-    } else if (tryOn(window, name, CursorChannel::core) || tryOn(window, name, CursorChannel::device)) {
-        return;
-    }
+    auto outcome = Outcome::refused;
+    if (shown.name.empty()) outcome = tryOn(window, name, CursorChannel::core);
+    if (outcome == Outcome::refused) outcome = tryOn(window, name, CursorChannel::device);
     // Something else decides, for instance a grab that began without a button.
-    settled_.insert(shown.serial);
+    if (outcome == Outcome::refused) settled_.insert(shown.serial);
+    if (outcome == Outcome::overtaken) waitFor(kSettleTime);
 }
 
-bool Keeper::tryOn(xcb_window_t window, std::string_view name, CursorChannel channel) {
-    // A program that sets its own cursor at this very moment wins once; a grab wins every time.
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        desk_.registration->define(window, name, channel);
-        desk_.registration->connection().synchronize();
-        const auto shown = read();
-        const auto pointer = desk_.watcher->pointer();
-        const bool moved = pointer && pointer->deepest != window;
-        if (moved || (shown && judged(*shown).verdict == KeeperVerdict::leave)) {
-            if (touched_.size() >= kMostTouched) touched_.clear();
-            if (window != desk_.registration->connection().root())
-                touched_.insert_or_assign(window, Touched{name, channel});
-            return true;
-        }
-        // By the core protocol nobody else's cursor hides ours but a device cursor, which stays.
-        if (channel == CursorChannel::core) break;
+Keeper::Outcome Keeper::tryOn(xcb_window_t window, std::string_view name, CursorChannel channel) {
+    auto& registration = *desk_.registration;
+    auto& connection = registration.connection();
+    // All areas of a program's window may be one window of the server: a cursor that the program sets between
+    // the look and the answer would be covered by that of the area which the pointer has left.
+    const ServerGrab alone(connection);
+    const auto before = x11::shownCursor(connection, lastKnown_);
+    const auto pointer = pointerState(connection);
+    if (!before || !pointer || pointer->deepest != window) return Outcome::overtaken;
+    const auto finding = judged(*before);
+    if (finding.verdict == KeeperVerdict::leave) return Outcome::shows;
+    if (finding.name != name) return Outcome::overtaken;
+
+    registration.define(window, name, channel);
+    const auto after = x11::shownCursor(connection, lastKnown_);
+    // An animation shows nothing until its first frame is due. Nobody else can have set it.
+    const bool begins =
+        after && after->serial != before->serial && after->name == name && !after->fingerprint;
+    if (begins || (after && judged(*after).verdict == KeeperVerdict::leave)) {
+        if (touched_.size() >= kMostTouched) touched_.clear();
+        if (window != connection.root()) touched_.insert_or_assign(window, Touched{name, channel});
+        return Outcome::shows;
     }
     // A core cursor stays: it shows where the program gives its device cursor up. The root window without a
     // device cursor would show the server's bare one.
-    if (channel == CursorChannel::device && window != desk_.registration->connection().root())
-        desk_.registration->undefine(window, channel);
-    return false;
+    if (channel == CursorChannel::device && window != connection.root())
+        registration.undefine(window, channel);
+    return Outcome::refused;
 }
 
 }  // namespace pintle::x11

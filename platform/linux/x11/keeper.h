@@ -50,6 +50,13 @@ class Keeper {
         std::string_view name;
         int rounds = 0;
     };
+    enum class Outcome {
+        shows,
+        /// Something stronger than the window's cursor is shown.
+        refused,
+        /// It is no longer the cursor in question that is shown there.
+        overtaken,
+    };
     struct Touched {
         std::string_view name;
         CursorChannel channel;
@@ -61,7 +68,7 @@ class Keeper {
     void startWith(const ShownCursor& shown, std::string_view name, int rounds);
     void examineAgain();
     void replaceOnWindow(const ShownCursor& shown, std::string_view name, xcb_window_t window);
-    bool tryOn(xcb_window_t window, std::string_view name, CursorChannel channel);
+    Outcome tryOn(xcb_window_t window, std::string_view name, CursorChannel channel);
     void waitFor(std::chrono::milliseconds time);
     void giveBackTouched(const std::vector<WantedCursors::Change>& changes);
 

@@ -2,15 +2,10 @@
 
 #include <xcb/xfixes.h>
 
-#include <algorithm>
-#include <span>
-
 namespace pintle::x11 {
 namespace {
 
 constexpr std::uint8_t kEventMask = 0x7F;
-constexpr std::uint16_t kAnyButton = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
-constexpr int kDeepestNesting = 256;
 
 }  // namespace
 
@@ -81,48 +76,6 @@ Watcher::News Watcher::takeNews() {
     }
     if (news.cursor) news.cursor->name = atomName(cursorName);
     return news;
-}
-
-std::optional<ShownCursor> Watcher::shownCursor(const std::optional<ShownCursor>& lastKnown) {
-    auto* const c = connection_->get();
-    const Reply<xcb_xfixes_get_cursor_image_and_name_reply_t> reply(
-        xcb_xfixes_get_cursor_image_and_name_reply(c, xcb_xfixes_get_cursor_image_and_name(c), nullptr));
-    if (!reply) return connection_->isBroken() ? std::nullopt : lastKnown;
-    ShownCursor shown;
-    shown.serial = reply->cursor_serial;
-    shown.name.assign(
-        xcb_xfixes_get_cursor_image_and_name_name(reply.get()),
-        static_cast<std::size_t>(xcb_xfixes_get_cursor_image_and_name_name_length(reply.get())));
-    const std::span pixels(
-        xcb_xfixes_get_cursor_image_and_name_cursor_image(reply.get()),
-        static_cast<std::size_t>(xcb_xfixes_get_cursor_image_and_name_cursor_image_length(reply.get())));
-    const bool isBlank =
-        std::all_of(pixels.begin(), pixels.end(), [](std::uint32_t pixel) { return pixel >> 24 == 0; });
-    // Until its first frame is due an animation is reported with its name and one invisible pixel.
-    if (isBlank && pixels.size() == 1 && !shown.name.empty()) return shown;
-    shown.fingerprint = fingerprintOf(reply->width, reply->height, reply->xhot, reply->yhot, pixels);
-    shown.isBlank = isBlank;
-    return shown;
-}
-
-std::optional<PointerState> Watcher::pointer() {
-    auto* const c = connection_->get();
-    PointerState state;
-    state.deepest = connection_->root();
-    for (int depth = 0; depth < kDeepestNesting; ++depth) {
-        const Reply<xcb_query_pointer_reply_t> reply(
-            xcb_query_pointer_reply(c, xcb_query_pointer(c, state.deepest), nullptr));
-        if (!reply) {
-            if (depth == 0) return std::nullopt;
-            break;
-        }
-        state.x = reply->root_x;
-        state.y = reply->root_y;
-        state.buttonPressed = (reply->mask & kAnyButton) != 0;
-        if (reply->child == XCB_WINDOW_NONE) break;
-        state.deepest = reply->child;
-    }
-    return state;
 }
 
 std::optional<ShownCursor> Watcher::cursorOfRoot() {

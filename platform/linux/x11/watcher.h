@@ -9,17 +9,10 @@
 
 #include "platform/linux/x11/desktop_settings.h"
 #include "platform/linux/x11/keeper_rules.h"
+#include "platform/linux/x11/shown_pointer.h"
 #include "platform/linux/x11/x_connection.h"
 
 namespace pintle::x11 {
-
-struct PointerState {
-    int x = 0;
-    int y = 0;
-    bool buttonPressed = false;
-    /// The innermost window under the pointer; the root window when there is none.
-    xcb_window_t deepest = 0;
-};
 
 class Watcher {
   public:
@@ -40,8 +33,10 @@ class Watcher {
     News takeNews();
     /// The cursor shown now; absent when the connection is gone. `lastKnown` tells serial and name where the
     /// server does not let the cursor be read.
-    std::optional<ShownCursor> shownCursor(const std::optional<ShownCursor>& lastKnown);
-    std::optional<PointerState> pointer();
+    std::optional<ShownCursor> shownCursor(const std::optional<ShownCursor>& lastKnown) {
+        return x11::shownCursor(*connection_, lastKnown);
+    }
+    std::optional<PointerState> pointer() { return pointerState(*connection_); }
     /// The cursor that the root window, and windows without one of their own, would show. Puts a window
     /// without a cursor under the pointer for a moment if the pointer is not over the bare root.
     std::optional<ShownCursor> cursorOfRoot();

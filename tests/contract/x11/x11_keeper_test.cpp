@@ -1,10 +1,14 @@
 // What the one-shot replacement by name does not reach: the keeper finds it when it is shown.
+#include <chrono>
 #include <set>
+#include <thread>
 
 #include "tests/contract/x11/x11_fixture.h"
 
 namespace pintle {
 namespace {
+
+using namespace std::chrono_literals;
 
 class X11Keeper : public X11Test {
   protected:
@@ -45,6 +49,45 @@ TEST_F(X11Keeper, ACursorSetForTheDeviceIsThemedUnderARestingPointer) {
     EXPECT_TRUE(becomes(themePixel(11)));
     restore();
     EXPECT_TRUE(becomes(kThemeA + 0x30));
+}
+
+TEST_F(X11Keeper, ACursorSetAtTheMomentOfAReplacementIsTheOneThatShows) {
+    const auto window = other.window(0, 0);
+    client->warp(50, 50);
+    start();
+    apply(10);
+    // Around the time at which the keeper sets the first cursor on the window, in small steps.
+    for (auto wait = 39'500us; wait < 42'500us; wait += 100us) {
+        // Replacements under a resting pointer are counted.
+        client->warp(40 + static_cast<int>(wait.count() / 100 % 20), 50);
+        std::thread program([&] {
+            other.defineForDevice(window, other.cursor("hand2"));
+            other.synchronize();
+            std::this_thread::sleep_for(wait);
+            other.defineForDevice(window, other.cursor("xterm"));
+            other.synchronize();
+        });
+        settle();
+        program.join();
+        EXPECT_EQ(shownPixel(), themePixel(10));
+        EXPECT_EQ(shownName(), "xterm") << "after " << wait.count() << " us";
+    }
+}
+
+TEST_F(X11Keeper, AnAnimatedPictureReplacesADeviceCursorWithoutAName) {
+    const auto window = client->window(0, 0);
+    client->defineForDevice(window, client->namelessCursor("watch"));
+    client->warp(300, 300);
+    start();
+    unregisterAll();
+    EXPECT_EQ(registerTheme(themeCursor(kArrow, 10)), 0);
+    EXPECT_EQ(registerTheme(themeCursor(kWait, 20, 3)), 0);
+    server->flush();
+    client->warp(50, 50);
+    const auto themed = [this] { return shownPixel() >> 16 == 0xFF00 + 20; };
+    EXPECT_TRUE(eventually(themed));
+    settle();
+    EXPECT_TRUE(themed());
 }
 
 TEST_F(X11Keeper, APrivateCursorWithoutANameIsKnownByTheDesktopsPixels) {
