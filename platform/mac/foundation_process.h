@@ -1,0 +1,16 @@
+// What Foundation says of this process, without Objective-C. Any thread.
+#pragma once
+
+#include <string>
+
+#include "base/subscription.h"
+#include "platform/bundle.h"
+
+namespace pintle {
+
+/// A user-initiated activity until the handle ends.
+Subscription beginProcessActivity(const std::string& reason);
+/// The user's folders; the first application-support folder of the user's domain.
+UserDirectories readUserDirectories();
+
+}  // namespace pintle
