@@ -54,36 +54,30 @@ void Composition::build(const Platform& platform, std::unique_ptr<CursorOverlay>
     });
 }
 
-void Composition::startCursors() {
-    auto& log = early_.log;
-    log.system("[PINTLEAPP] Calling showSystemCursorGuaranteed()");
-    core_->overlay->showSystemCursorGuaranteed();
-    log.system("[PINTLEAPP] showSystemCursorGuaranteed() DONE");
-
-    log.system("[PINTLEAPP] Calling applyLastCursor() SYNCHRONOUSLY");
-    applyLastCursor();
-    // The second of two lines, as the first step of start-up after the call.
-    log.system("[PINTLEAPP] applyLastCursor() DONE");
+void Composition::flush() {
+    core_->platform.windowServer.flush();
+    early_.preferences.synchronize();
 }
 
-void Composition::startUpdateChecks(UpdateChecker::Mediator& shell) {
-    updateChecker_ = std::make_unique<UpdateChecker>(core_->platform.http, core_->platform.mainQueue, shell,
-                                                     core_->platform.bundle, builtInUpdateEndpoint());
-    UpdateChecker::install(*updateChecker_);
-    updateChecker_->start();
+CursorViewModel& Composition::viewModel() {
+    if (!viewModel_) {
+        viewModel_ = std::make_unique<CursorViewModel>(CursorViewModel::Neighbours{
+            core_->themes, core_->store, core_->pipeline, core_->downloads, core_->removal, core_->fullReset,
+            early_.preferences, core_->platform.mainQueue, core_->platform.background, core_->platform.hints,
+            early_.log});
+        CursorViewModel::install(*viewModel_);
+    }
+    return *viewModel_;
 }
 
-void Composition::applyLastCursor() {
-    auto& log = early_.log;
-    log.system("[PINTLEAPP] applyLastCursor() START");
-    viewModel_ = std::make_unique<CursorViewModel>(CursorViewModel::Neighbours{
-        core_->themes, core_->store, core_->pipeline, core_->downloads, core_->removal, core_->fullReset,
-        early_.preferences, core_->platform.mainQueue, core_->platform.background, core_->platform.hints,
-        log});
-    CursorViewModel::install(*viewModel_);
-    log.system("[PINTLEAPP] CursorViewModel created");
-    viewModel_->applyLastUsedTheme();
-    log.system("[PINTLEAPP] applyLastCursor() DONE");
+UpdateChecker& Composition::updateChecker() {
+    if (!updateChecker_) {
+        updateChecker_ = std::make_unique<UpdateChecker>(core_->platform.http, core_->platform.mainQueue,
+                                                         core_->platform.updateAnswers,
+                                                         core_->platform.bundle, builtInUpdateEndpoint());
+        UpdateChecker::install(*updateChecker_);
+    }
+    return *updateChecker_;
 }
 
 }  // namespace pintle

@@ -76,6 +76,7 @@ struct Platform {
     ProcessRunner& processes;
     UserDirectories directories;
     Bundle bundle;
+    UpdateChecker::Mediator& updateAnswers;
     /// Takes the place of scheme and host of the catalog's addresses; absent: they are used as they are.
     std::optional<std::string> mirror;
 };
@@ -98,26 +99,21 @@ class Composition {
     /// the end of each turn of the main queue.
     void build(const Platform& platform, std::unique_ptr<CursorOverlay> overlay);
 
-    /// Shows the hardware cursor, makes the view model and applies the last theme, or restores the desktop's
-    /// cursors. Once, after build().
-    void startCursors();
-
-    /// Begins the daily update check, the last step of start-up. Once, after build(). The shell must outlive
-    /// the composition.
-    void startUpdateChecks(UpdateChecker::Mediator& shell);
+    /// Sends what the window server has not been sent and brings the preferences onto the disk. After
+    /// build().
+    void flush();
 
     CursorSettings& settings() { return settings_; }
     NotificationCenter& notifications() { return notifications_; }
     /// Only after refreshLoginItem().
     LaunchAtLogin& launchAtLogin() { return *launchAtLogin_; }
-    /// Only after startUpdateChecks().
-    UpdateChecker& updateChecker() { return *updateChecker_; }
     /// Only after build().
     SystemCursorChanger& changer() { return core_->changer; }
     CursorApplier& applier() { return core_->applier; }
     CursorOverlay& overlay() { return *core_->overlay; }
-    /// Only after startCursors().
-    CursorViewModel& viewModel() { return *viewModel_; }
+    /// These two are made by the first call.
+    CursorViewModel& viewModel();
+    UpdateChecker& updateChecker();
 
   private:
     /// In the order in which each needs the ones before it.
@@ -140,7 +136,6 @@ class Composition {
         FullReset fullReset;
         Subscription flushing;
     };
-    void applyLastCursor();
 
     EarlyPlatform early_;
     NotificationCenter notifications_;

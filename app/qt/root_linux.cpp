@@ -135,11 +135,15 @@ bool Root::start() {
             .processes = *desktop_->processes,
             .directories = makeUserDirectories(early_->environment),
             .bundle = early_->bundle,
+            .updateAnswers = desktop_->updateAnswers,
             .mirror = early_->environment("PINTLE_MIRROR"),
         },
         desktop_->makeOverlay(*early_, composition_->settings()));
-    composition_->startCursors();
-    composition_->startUpdateChecks(desktop_->updateAnswers);
+    composition_->overlay().showSystemCursorGuaranteed();
+    composition_->viewModel().applyLastUsedTheme();
+    early_->log->system("[PINTLEAPP] applyLastCursor() DONE");
+    early_->log->system("[PINTLEAPP] applyLastCursor() DONE");
+    composition_->updateChecker().start();
     return true;
 }
 

@@ -20,7 +20,14 @@ using testing::IsEmpty;
 constexpr auto kIce = "bibata-modern-ice";
 constexpr auto kArrow = "com.apple.coregraphics.Arrow";
 
+struct Silence : UpdateChecker::Mediator {
+    void activateIgnoringOtherApps() override {}
+    void runAlert(const UpdateAlert&, std::function<void(int)>) override {}
+    void openUrl(const std::string&) override {}
+};
+
 struct CompositionTest : testing::Test {
+    Silence silence;
     TestWorld world;
     FakeInstanceBus bus;
     FakeWorkspace workspace;
@@ -41,6 +48,7 @@ struct CompositionTest : testing::Test {
                 world.processes,
                 world.directories,
                 {},
+                silence,
                 {}};
     }
     std::unique_ptr<Composition> start() {
@@ -48,18 +56,12 @@ struct CompositionTest : testing::Test {
         auto made = std::make_unique<FakeOverlay>();
         overlay = made.get();
         composition->build(platform(), std::move(made));
-        composition->startCursors();
+        composition->viewModel().applyLastUsedTheme();
         return composition;
     }
     void writeTheme() {
         writeFile(world.themesDirectory() / kIce / "cursors" / "left_ptr",
                   XCursorBuilder().image({.size = 32}).bytes());
-    }
-    std::vector<std::string> shellLines() {
-        std::vector<std::string> lines;
-        for (const auto& line : world.log.systemLines)
-            if (line.starts_with("[PINTLEAPP]")) lines.push_back(line);
-        return lines;
     }
 };
 
@@ -74,15 +76,23 @@ TEST_F(CompositionTest, BeforeTheSingleInstanceCheckOnlyTheSettingsAreMade) {
     EXPECT_TRUE(composition.anotherCopyRuns());
 }
 
-TEST_F(CompositionTest, StartsTheCursorsInTheOrderOfItsLogLines) {
+TEST_F(CompositionTest, MakesTheViewModelAndTheUpdateCheckerWhenTheyAreFirstAskedFor) {
+    Composition composition(early());
+    composition.build(platform(), std::make_unique<FakeOverlay>());
+    EXPECT_FALSE(world.log.has("[VIEWMODEL] INIT START"));
+    auto& model = composition.viewModel();
+    EXPECT_EQ(&composition.viewModel(), &model);
+    EXPECT_EQ(world.log.count("[VIEWMODEL] INIT START"), 1u);
+    EXPECT_EQ(&composition.updateChecker(), &composition.updateChecker());
+    world.scheduler.runUntilIdle();
+    EXPECT_THAT(world.http.requests, IsEmpty()) << "being made is not being started";
+}
+
+TEST_F(CompositionTest, AFlushBringsEverythingToTheScreenAndTheDisk) {
     const auto composition = start();
-    EXPECT_THAT(shellLines(),
-                ElementsAre("[PINTLEAPP] Calling showSystemCursorGuaranteed()",
-                            "[PINTLEAPP] showSystemCursorGuaranteed() DONE",
-                            "[PINTLEAPP] Calling applyLastCursor() SYNCHRONOUSLY",
-                            "[PINTLEAPP] applyLastCursor() START", "[PINTLEAPP] CursorViewModel created",
-                            "[PINTLEAPP] applyLastCursor() DONE", "[PINTLEAPP] applyLastCursor() DONE"));
-    EXPECT_EQ(overlay->calls.front(), "showSystemCursorGuaranteed");
+    composition->flush();
+    EXPECT_EQ(world.windowServer.flushes, 1);
+    EXPECT_EQ(world.store.synchronizations, 1);
 }
 
 TEST_F(CompositionTest, AppliesTheStoredThemeAtStart) {
@@ -144,7 +154,7 @@ TEST_F(CompositionTest, ShowsTheDesktopsCursorWhereRegistrationIsRefusedAndNothi
     world.windowServer.missing = {WindowServerFunction::registerCursorWithImages};
     Composition composition(early());
     composition.build(platform(), std::make_unique<NullOverlay>(world.log));
-    composition.startCursors();
+    composition.viewModel().applyLastUsedTheme();
     world.scheduler.runUntilIdle();
     EXPECT_TRUE(world.log.has("[SystemCursorChanger] CGS symbols unavailable"));
     EXPECT_TRUE(composition.overlay().isActive());
@@ -187,13 +197,8 @@ TEST_F(CompositionTest, TheLoginItemFollowsTheProgramBeforeAnythingElseIsMade) {
 }
 
 TEST_F(CompositionTest, TheUpdateCheckAsksTheHostOfTheBuild) {
-    struct Silence : UpdateChecker::Mediator {
-        void activateIgnoringOtherApps() override {}
-        void runAlert(const UpdateAlert&, std::function<void(int)>) override {}
-        void openUrl(const std::string&) override {}
-    } shell;
     const auto composition = start();
-    composition->startUpdateChecks(shell);
+    composition->updateChecker().start();
     world.scheduler.runUntilIdle();
     ASSERT_EQ(world.http.requests.size(), 1u);
     EXPECT_EQ(world.http.requests.front().url, builtInUpdateEndpoint().versionURL);

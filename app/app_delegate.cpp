@@ -1,0 +1,303 @@
+#include "app/app_delegate.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <utility>
+
+#include "app/context_menu.h"
+#include "settings/notification_names.h"
+#include "settings/typed_defaults.h"
+
+namespace pintle {
+namespace {
+
+constexpr Size kPopoverSize{340, 520};
+/// Panels start together with this program at login; one that takes longer than this is not coming.
+constexpr auto kTrayPatience = std::chrono::seconds(10);
+
+WindowSpec windowSpec(WindowContent content, Size size, const char* title) {
+    constexpr unsigned kTitled = 1;
+    constexpr unsigned kClosable = 2;
+    constexpr unsigned kFullSizeContentView = 32768;
+    WindowSpec spec;
+    spec.content = content;
+    spec.contentSize = size;
+    spec.title = title;
+    spec.styleMask = kTitled | kClosable | kFullSizeContentView;
+    spec.titleHidden = true;
+    spec.titlebarTransparent = true;
+    spec.hasShadow = true;
+    // All but clear, so that the view's own material shows through.
+    spec.backgroundAlpha = 0.001;
+    spec.showsMiniaturizeAndZoom = false;
+    return spec;
+}
+
+WindowSpec settingsSpec() { return windowSpec(WindowContent::settings, {480, 760}, "Settings"); }
+WindowSpec aboutSpec() { return windowSpec(WindowContent::about, {300, 480}, "About Pintle"); }
+
+}  // namespace
+
+AppDelegate::AppDelegate(Neighbours neighbours) : to_(std::move(neighbours)) {
+    to_.application.setWillTerminate(lifetime_.weakly([this] { applicationWillTerminate(); }));
+}
+
+AppDelegate::~AppDelegate() {
+    stopOverlay();
+    eventMonitor_.end();
+    localEventMonitor_.end();
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    if (to_.bundle.identifier.empty()) std::abort();
+    auto& log = to_.early.log;
+    auto& instances = to_.early.instances;
+    if (instances.anotherCopyRuns()) {
+        isRedundant_ = true;
+        instances.post(kShowPopoverNotification);
+        to_.application.terminate();
+        return;
+    }
+    showPopoverRequest_ = instances.observe(kShowPopoverNotification, lifetime_.weakly([this] {
+        if (popover_ && !popover_->isShown()) togglePopover();
+    }));
+    to_.composition.refreshLoginItem(to_.login);
+    to_.installSignalRecovery();
+    desktop_.emplace(to_.makeDesktop());
+
+    // A pointer hidden by a copy that crashed comes back.
+    log.system("[PINTLEAPP] Calling showSystemCursorGuaranteed()");
+    to_.composition.overlay().showSystemCursorGuaranteed();
+    log.system("[PINTLEAPP] showSystemCursorGuaranteed() DONE");
+    to_.application.setActivationPolicy(ActivationPolicy::accessory);
+    log.system("[PINTLEAPP] setupMenuBar()");
+    setupMenuBar();
+    log.system("[PINTLEAPP] setupEventMonitor()");
+    setupEventMonitor();
+    log.system("[PINTLEAPP] setupNotificationObservers()");
+    setupNotificationObservers();
+    log.system("[PINTLEAPP] Calling applyLastCursor() SYNCHRONOUSLY");
+    applyLastCursor();
+    // The second of two lines, as the first step of start-up after the call.
+    log.system("[PINTLEAPP] applyLastCursor() DONE");
+    to_.composition.updateChecker().start();
+}
+
+void AppDelegate::setupMenuBar() {
+    if (!desktop_) return;
+    auto& log = to_.early.log;
+    log.system("[MENUBAR] setupMenuBar() START");
+    statusItem_ = desktop_->statusBar.makeStatusItem(kSquareStatusItemLength);
+    log.system("[MENUBAR] Status item created: " + statusItem_->description());
+    if (statusItem_->hasButton()) {
+        log.system("[MENUBAR] Setting up button...");
+        statusItem_->setImage({"cursorarrow.motionlines", "Pintle", true});
+        statusItem_->setAction(lifetime_.weakly([this](const auto& event) { statusBarClicked(event); }));
+        statusItem_->setActivation(lifetime_.weakly([this] { togglePopover(); }));
+        statusItem_->setHostMenu([this] { return makeMenu(); });
+        log.system("[MENUBAR] Button configured with action: statusBarClicked");
+    } else {
+        log.system("[MENUBAR] ERROR: No button in status item!");
+    }
+    log.system("[MENUBAR] Creating popover...");
+    // What the popover's view is built on exists before the view.
+    to_.composition.viewModel();
+    to_.composition.updateChecker();
+    popover_ =
+        desktop_->popovers.makePopover({.contentSize = kPopoverSize, .transient = true, .animates = true});
+    log.system("[MENUBAR] Popover created with PopoverView");
+    log.system("[MENUBAR] setupMenuBar() DONE");
+
+    if (!desktop_->statusBar.isAvailable())
+        trayDeadline_ =
+            to_.mainQueue.after(kTrayPatience, lifetime_.weakly([this] { tellIfThereIsNoTray(); }));
+}
+
+void AppDelegate::setupEventMonitor() {
+    if (!desktop_) return;
+    eventMonitor_ = desktop_->eventMonitors.addGlobalMonitor(
+        kLeftMouseDownMask | kRightMouseDownMask,
+        lifetime_.weakly([this](const GlobalMouseDown& press) { pressedElsewhere(press); }));
+    localEventMonitor_ = desktop_->eventMonitors.addLocalMonitor(
+        kKeyDownMask, [this](const LocalKeyDown& key) { return swallowsKey(key); });
+}
+
+void AppDelegate::setupNotificationObservers() {
+    auto& centre = to_.composition.notifications();
+    openSettingsRequest_ = centre.observe(std::string(notification::openSettingsRequest),
+                                          [this](const std::any&) { openSettings(); });
+    openAboutRequest_ =
+        centre.observe(std::string(notification::openAboutRequest), [this](const std::any&) { showAbout(); });
+    quitAppRequest_ =
+        centre.observe(std::string(notification::quitAppRequest), [this](const std::any&) { quitApp(); });
+}
+
+void AppDelegate::applyLastCursor() {
+    auto& log = to_.early.log;
+    log.system("[PINTLEAPP] applyLastCursor() START");
+    cursorViewModel_ = &to_.composition.viewModel();
+    log.system("[PINTLEAPP] CursorViewModel created");
+    cursorViewModel_->applyLastUsedTheme();
+    log.system("[PINTLEAPP] applyLastCursor() DONE");
+}
+
+void AppDelegate::statusBarClicked(std::optional<StatusItemEvent> event) {
+    auto& log = to_.early.log;
+    log.system("[MENUBAR] STATUS BAR CLICKED!!!");
+    if (!event) {
+        log.system("[MENUBAR] No current event");
+        return;
+    }
+    if (desktop_) lastClick_ = desktop_->windows.mouseLocation();
+    if (event->type == StatusItemEventType::rightMouseUp) {
+        log.system("[MENUBAR] Right click - showing context menu");
+        showContextMenu();
+        return;
+    }
+    log.system("[MENUBAR] Left click - toggling popover");
+    if (!dismissal_.drops(*event, to_.mainQueue.now())) togglePopover();
+}
+
+void AppDelegate::togglePopover() {
+    auto& log = to_.early.log;
+    if (!statusItem_ || !statusItem_->hasButton() || !popover_) {
+        log.system("[MENUBAR] togglePopover: no button");
+        return;
+    }
+    if (popover_->isShown()) {
+        log.system("[MENUBAR] Popover already shown, closing");
+        popover_->close();
+        return;
+    }
+    log.system("[MENUBAR] Showing popover...");
+    popover_->show(*statusItem_, placeUnderStatusItem(kPopoverSize, placement()));
+    log.system("[MENUBAR] Popover shown, activating app");
+    to_.application.activateIgnoringOtherApps();
+    tellIfThereIsNoTray();
+}
+
+void AppDelegate::closePopover() {
+    if (popover_ && popover_->isShown()) popover_->close();
+}
+
+void AppDelegate::showContextMenu() {
+    if (!statusItem_) return;
+    statusItem_->attachMenu(makeMenu());
+    statusItem_->performClick();
+    // Otherwise the next left click would open the menu as well.
+    statusItem_->detachMenu();
+}
+
+Menu AppDelegate::makeMenu() {
+    // Who chooses from the menu has the pointer near the item.
+    const auto chosen = [this](void (AppDelegate::*command)()) {
+        return [this, command] {
+            if (desktop_ && !lastClick_) lastClick_ = desktop_->windows.mouseLocation();
+            (this->*command)();
+        };
+    };
+    return makeContextMenu({
+        lifetime_.weakly(chosen(&AppDelegate::openSettings)),
+        lifetime_.weakly(chosen(&AppDelegate::showAbout)),
+        lifetime_.weakly(chosen(&AppDelegate::checkForUpdates)),
+        lifetime_.weakly(chosen(&AppDelegate::quitApp)),
+    });
+}
+
+void AppDelegate::openSettings() { show(settingsWindow_, settingsSpec()); }
+void AppDelegate::showAbout() { show(aboutWindow_, aboutSpec()); }
+
+void AppDelegate::show(std::unique_ptr<ShellWindow>& window, const WindowSpec& spec) {
+    if (!desktop_) return;
+    if (popover_) popover_->close();
+    if (!window) window = desktop_->windows.makeWindow(spec);
+    if (!window) return;
+    positionWindowUnderStatusItem(*window);
+    window->makeKeyAndOrderFront();
+    to_.application.activateIgnoringOtherApps();
+}
+
+void AppDelegate::positionWindowUnderStatusItem(ShellWindow& window) {
+    // One that had to shrink the last time asks for its whole size again.
+    Size size = window.frame().size;
+    Size content;
+    if (&window == settingsWindow_.get()) content = settingsSpec().contentSize;
+    if (&window == aboutWindow_.get()) content = aboutSpec().contentSize;
+    size = {std::max(size.width, content.width), std::max(size.height, content.height)};
+    window.setFrame(placeUnderStatusItem(size, placement()));
+}
+
+Placement AppDelegate::placement() const {
+    Placement known;
+    known.policy = to_.placement;
+    known.hasButton = statusItem_ && statusItem_->hasButton();
+    if (known.hasButton) known.button = statusItem_->buttonFrame();
+    known.lastClick = lastClick_;
+    if (desktop_) {
+        known.hasBar = desktop_->statusBar.isAvailable();
+        known.screens = desktop_->windows.screens();
+    }
+    return known;
+}
+
+void AppDelegate::checkForUpdates() {
+    to_.mainQueue.post(lifetime_.weakly([this] { to_.composition.updateChecker().checkInteractively(); }));
+}
+
+void AppDelegate::quitApp() {
+    stopOverlay();
+    to_.application.terminate();
+}
+
+void AppDelegate::applicationWillTerminate() {
+    // A copy that found another one has changed nothing, and puts nothing back under the other one's feet.
+    if (std::exchange(hasTerminated_, true) || !desktop_) return;
+    stopOverlay();
+    if (boolValue(to_.early.preferences, CursorSettings::restoreOnQuitKey)) {
+        auto& changer = to_.composition.changer();
+        auto& applier = to_.composition.applier();
+        changer.restoreSystemState();
+        changer.forgetApplied();
+        applier.resetToSystemDefaults();
+        applier.customCursors().clear();
+    }
+    to_.composition.flush();
+}
+
+void AppDelegate::stopOverlay() {
+    if (!desktop_) return;
+    auto& overlay = to_.composition.overlay();
+    overlay.deactivate();
+    overlay.showSystemCursorGuaranteed();
+    overlay.destroyWindows();
+    overlay.showSystemCursorGuaranteed();
+    to_.early.log.standardOutput("[AppDelegate] System cursor restored");
+}
+
+void AppDelegate::pressedElsewhere(const GlobalMouseDown& press) {
+    const bool closes = popover_ && popover_->isShown();
+    dismissal_.pressed(press, closes, to_.mainQueue.now());
+    if (closes) popover_->close();
+}
+
+bool AppDelegate::swallowsKey(const LocalKeyDown& key) {
+    if (!key.commandModifier || key.charactersIgnoringModifiers != "w") return false;
+    for (auto* window : {settingsWindow_.get(), aboutWindow_.get()}) {
+        if (!window || !window->isKey()) continue;
+        window->close();
+        return true;
+    }
+    return false;
+}
+
+void AppDelegate::tellIfThereIsNoTray() {
+    if (hasToldOfNoTray_ || !desktop_ || desktop_->statusBar.isAvailable()) return;
+    hasToldOfNoTray_ = true;
+    to_.application.notify("Pintle found no tray",
+                           "It goes on running without an icon. Start Pintle again to open it.");
+}
+
+}  // namespace pintle
