@@ -14,7 +14,8 @@ struct DesktopLook {
     bool reducedMotion = false;
     /// Outlines and texts get all the contrast there is.
     bool highContrast = false;
-    /// The user's size of text over the desktop's usual one; 1 where none was chosen. Between 0.5 and 4.
+    /// The user's size of text over the one that the scale of the screen gives; 1 where none was chosen.
+    /// Between 0.5 and 4.
     double textScale = 1;
     /// Whether something puts translucent windows over what lies behind them. Without it, a translucent
     /// window shows black or garbage.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace pintle::x11 {
 namespace {
@@ -55,9 +56,9 @@ std::string_view trimmed(std::string_view text) {
 
 }  // namespace
 
-CursorXSettings parseXSettings(std::span<const std::uint8_t> property) {
+std::vector<XSetting> readXSettings(std::span<const std::uint8_t> property) {
     enum { integer = 0, string = 1, color = 2 };
-    CursorXSettings result;
+    std::vector<XSetting> result;
     Reader reader(property);
     const auto order = reader.number(4);
     if (!order) return result;
@@ -69,24 +70,35 @@ CursorXSettings parseXSettings(std::span<const std::uint8_t> property) {
         if (!type || !reader.take(1)) break;
         const auto nameLength = reader.number(2);
         if (!nameLength) break;
-        const auto name = reader.text(*nameLength);
+        auto name = reader.text(*nameLength);
         if (!name || !reader.number(4)) break;
         if (*type == integer) {
             const auto value = reader.number(4);
             if (!value) break;
-            const auto size = static_cast<std::int32_t>(static_cast<std::uint32_t>(*value));
-            if (*name == "Gtk/CursorThemeSize" && size > 0) result.themeSize = size;
+            result.push_back(
+                {std::move(*name), static_cast<std::int32_t>(static_cast<std::uint32_t>(*value))});
         } else if (*type == string) {
             const auto length = reader.number(4);
             if (!length) break;
             auto value = reader.text(*length);
             if (!value) break;
-            if (*name == "Gtk/CursorThemeName" && !value->empty()) result.themeName = std::move(value);
+            result.push_back({std::move(*name), std::move(*value)});
         } else if (*type == color) {
             if (!reader.take(8)) break;
         } else {
             break;
         }
+    }
+    return result;
+}
+
+CursorXSettings parseXSettings(std::span<const std::uint8_t> property) {
+    CursorXSettings result;
+    for (auto& [name, value] : readXSettings(property)) {
+        const auto* const size = std::get_if<std::int32_t>(&value);
+        auto* const theme = std::get_if<std::string>(&value);
+        if (size && name == "Gtk/CursorThemeSize" && *size > 0) result.themeSize = *size;
+        if (theme && name == "Gtk/CursorThemeName" && !theme->empty()) result.themeName = std::move(*theme);
     }
     return result;
 }

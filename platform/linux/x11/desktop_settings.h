@@ -9,6 +9,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
+#include <vector>
 
 namespace pintle::x11 {
 
@@ -23,6 +25,17 @@ struct CursorThemeChoice {
     friend bool operator==(const CursorThemeChoice&, const CursorThemeChoice&) = default;
 };
 
+/// One entry of what a settings manager publishes. Colours are left out.
+struct XSetting {
+    std::string name;
+    std::variant<std::int32_t, std::string> value;
+    friend bool operator==(const XSetting&, const XSetting&) = default;
+};
+
+/// Reads the property of a settings manager. Stops at the first thing that is not as the format says and
+/// keeps what came before.
+std::vector<XSetting> readXSettings(std::span<const std::uint8_t> property);
+
 /// What a settings manager publishes about cursors.
 struct CursorXSettings {
     std::optional<std::string> themeName;
@@ -30,8 +43,6 @@ struct CursorXSettings {
     friend bool operator==(const CursorXSettings&, const CursorXSettings&) = default;
 };
 
-/// Reads the property of a settings manager. Stops at the first thing that is not as the format says and
-/// keeps what came before.
 CursorXSettings parseXSettings(std::span<const std::uint8_t> property);
 
 /// The value of a resource such as "Xcursor.theme" in the text of the resource manager. Absent when the text

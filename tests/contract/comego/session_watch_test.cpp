@@ -2,19 +2,16 @@
 // bus, and lock screens on a private session bus.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <array>
 #include <cstdlib>
 #include <stdexcept>
 
 #include "tests/contract/comego/comego_world.h"
+#include "tests/contract/test_bus.h"
 
 namespace pintle {
 namespace {
@@ -27,57 +24,6 @@ constexpr const char* kDidWake = "NSWorkspaceDidWakeNotification";
 constexpr const char* kActive = "NSWorkspaceSessionDidBecomeActiveNotification";
 constexpr const char* kLocked = "com.apple.screenIsLocked";
 constexpr const char* kUnlocked = "com.apple.screenIsUnlocked";
-
-/// A child that ends with the test and whose outputs keep nothing open.
-class QuietChild {
-  public:
-    explicit QuietChild(std::vector<std::string> words, int output = -1) {
-        pid_ = ::fork();
-        if (pid_ != 0) return;
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        std::vector<char*> arguments;
-        for (auto& word : words) arguments.push_back(word.data());
-        arguments.push_back(nullptr);
-        (void)::freopen("/dev/null", "r", stdin);
-        if (output < 0) (void)::freopen("/dev/null", "w", stdout);
-        (void)::freopen("/dev/null", "w", stderr);
-        ::execvp(arguments[0], arguments.data());
-        ::_exit(127);
-    }
-    ~QuietChild() {
-        if (pid_ <= 0) return;
-        ::kill(pid_, SIGTERM);
-        ::waitpid(pid_, nullptr, 0);
-    }
-    QuietChild(const QuietChild&) = delete;
-    QuietChild& operator=(const QuietChild&) = delete;
-
-  private:
-    pid_t pid_ = -1;
-};
-
-/// A message bus of its own.
-class TestBus {
-  public:
-    TestBus() {
-        std::array<int, 2> ends{};
-        if (::pipe(ends.data()) != 0) throw std::runtime_error("no pipe");
-        daemon_ = std::make_unique<QuietChild>(
-            std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
-                                     "--print-address=" + std::to_string(ends[1])},
-            ends[1]);
-        ::close(ends[1]);
-        char character = 0;
-        while (::read(ends[0], &character, 1) == 1 && character != '\n') address_ += character;
-        ::close(ends[0]);
-        if (address_.empty()) throw std::runtime_error("no bus");
-    }
-    const std::string& address() const { return address_; }
-
-  private:
-    std::unique_ptr<QuietChild> daemon_;
-    std::string address_;
-};
 
 /// The buses that the code under test takes for those of the system and of the session, made once because the
 /// toolkit keeps its connections.
