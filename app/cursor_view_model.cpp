@@ -15,6 +15,11 @@ namespace {
 
 CursorViewModel* installed = nullptr;
 
+bool passes(CursorHandedness filter, CursorHandedness theme) {
+    if (filter == CursorHandedness::all || filter == theme) return true;
+    return filter != CursorHandedness::universal && theme == CursorHandedness::universal;
+}
+
 }  // namespace
 
 CursorViewModel::CursorViewModel(const Neighbours& neighbours) : to_(neighbours) {
@@ -48,6 +53,16 @@ CursorViewModel& CursorViewModel::shared() {
 }
 
 void CursorViewModel::install(CursorViewModel& instance) { installed = &instance; }
+
+std::vector<const CursorThemeInfo*> CursorViewModel::filteredThemes() const {
+    std::vector<const CursorThemeInfo*> filtered;
+    for (const auto& theme : themes())
+        if (passes(selectedFilter_, theme.handedness)) filtered.push_back(&theme);
+    to_.log.system(fmt::format("[VIEWMODEL] filteredThemes called: filter={}, total={}, filtered={}",
+                               cursor_handedness::rawValue(selectedFilter_), themes().size(),
+                               filtered.size()));
+    return filtered;
+}
 
 void CursorViewModel::setSelectedFilter(CursorHandedness filter) {
     selectedFilter_ = filter;

@@ -61,6 +61,9 @@ class CursorViewModel {
     /// The theme last applied; absent when the desktop's cursors are in use.
     const std::optional<CursorThemeInfo>& currentTheme() const { return to_.pipeline.currentTheme(); }
     CursorHandedness selectedFilter() const { return selectedFilter_; }
+    /// The rows that the filter lets through, in catalog order; every call is logged. Universal themes show
+    /// under both hand filters, and no handed theme shows under "Universal". Valid until the rows change.
+    std::vector<const CursorThemeInfo*> filteredThemes() const;
     void setSelectedFilter(CursorHandedness filter);
     /// Any of the three above has changed.
     Signal<> changed;

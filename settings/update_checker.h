@@ -74,6 +74,8 @@ class UpdateChecker {
 
     /// The published version when it is newer than the running one, as the last successful check found it.
     const std::optional<RemoteVersion>& available() const { return available_; }
+    /// The vendor's download page.
+    const std::string& downloadURL() const { return endpoint_.downloadURL; }
     /// A check has set `available`, perhaps to what it was.
     Signal<> changed;
 

@@ -1,0 +1,200 @@
+#include "app/popover_model.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "app/settings_window_model.h"
+#include "settings/notification_names.h"
+
+namespace pintle {
+namespace {
+
+std::string_view iconOf(CursorHandedness filter) {
+    switch (filter) {
+        case CursorHandedness::all:
+            break;
+        case CursorHandedness::universal:
+            return symbol::handUniversal;
+        case CursorHandedness::rightHanded:
+            return symbol::handRight;
+        case CursorHandedness::leftHanded:
+            return symbol::handLeft;
+    }
+    return symbol::filterAll;
+}
+
+}  // namespace
+
+GlassBackground glassBackground(const CursorSettings& settings) {
+    constexpr auto range = SettingsWindowModel::glassOpacityRange;
+    const double stored = settings.glassOpacity();
+    return {settings.glassMode(), stored > range.from ? std::min(stored, range.to) : range.from};
+}
+
+PopoverModel::PopoverModel(const Neighbours& neighbours, Session session)
+    : to_(neighbours), session_(session), cursorScale_(neighbours.settings.cursorScale()) {
+    refreshList();
+    refreshRows();
+    observers_.push_back(to_.viewModel.changed.observe([this] {
+        refreshRows();
+        refreshList();
+    }));
+    observers_.push_back(to_.updates.changed.observe([this] { changed.emit(); }));
+    observers_.push_back(to_.settings.changed.observe([this] { settingsChanged(); }));
+}
+
+void PopoverModel::onAppear() {
+    to_.log.system("[POPOVER] ON APPEAR CALLED!!!");
+    to_.log.system(fmt::format("[POPOVER] themes: {}, filtered: {}", to_.viewModel.themes().size(),
+                               to_.viewModel.filteredThemes().size()));
+    cursorScale_ = to_.settings.cursorScale();
+    changed.emit();
+}
+
+UserText PopoverModel::title() { return UserText(popover_text::title); }
+
+std::optional<UserText> PopoverModel::updateButton() const {
+    const auto& available = to_.updates.available();
+    if (!available) return std::nullopt;
+    return UserText(popover_text::update, available->version);
+}
+
+void PopoverModel::openDownloadPage() { to_.application.openUrl(to_.updates.downloadURL()); }
+
+std::array<HeaderButton, 3> PopoverModel::headerButtons() {
+    using Request = HeaderButton::Request;
+    return {{{Request::settings, symbol::settings, UserText(popover_text::settings)},
+             {Request::about, symbol::about, UserText(popover_text::about)},
+             {Request::quit, symbol::power, UserText(popover_text::quit)}}};
+}
+
+void PopoverModel::press(HeaderButton::Request request) {
+    switch (request) {
+        case HeaderButton::Request::settings:
+            return to_.notifications.post(notification::openSettingsRequest);
+        case HeaderButton::Request::about:
+            return to_.notifications.post(notification::openAboutRequest);
+        case HeaderButton::Request::quit:
+            return to_.notifications.post(notification::quitAppRequest);
+    }
+}
+
+std::array<FilterButton, 4> PopoverModel::filterButtons() const {
+    std::array<FilterButton, cursor_handedness::allCases.size()> buttons;
+    std::transform(cursor_handedness::allCases.begin(), cursor_handedness::allCases.end(), buttons.begin(),
+                   [this](CursorHandedness filter) {
+                       return FilterButton{filter, UserText(cursor_handedness::rawValue(filter)),
+                                           iconOf(filter), filter == to_.viewModel.selectedFilter()};
+                   });
+    return buttons;
+}
+
+void PopoverModel::select(CursorHandedness filter) { to_.viewModel.setSelectedFilter(filter); }
+
+const CursorThemeInfo* PopoverModel::find(const std::string& id) const {
+    const auto& themes = to_.viewModel.themes();
+    const auto found = std::find_if(themes.begin(), themes.end(),
+                                    [&](const CursorThemeInfo& theme) { return theme.id == id; });
+    return found == themes.end() ? nullptr : &*found;
+}
+
+CursorThemeInfo PopoverModel::theme(const std::string& id) const {
+    const auto* known = find(id);
+    return known ? *known : unknownTheme(id);
+}
+
+bool PopoverModel::isActive(const std::string& id) const {
+    const auto& current = to_.viewModel.currentTheme();
+    return session_ == Session::pointerCanChange && current && current->id == id;
+}
+
+ThemeRow PopoverModel::row(const std::string& id) const {
+    const auto* known = find(id);
+    auto row = themeRow(known, id, isActive(id));
+    if (session_ == Session::pointerCannotChange && known && known->isDownloaded) row.acceptsTap = false;
+    return row;
+}
+
+void PopoverModel::buttonAction(const std::string& id) {
+    if (!row(id).acceptsTap) return;
+    to_.log.system(fmt::format("[UI] BUTTON ACTION FIRED for theme: {}", theme(id).name));
+    handleTap(id);
+}
+
+void PopoverModel::handleTap(const std::string& id) {
+    // A copy: what it is passed to changes the list.
+    const auto tapped = theme(id);
+    to_.log.system(fmt::format("[UI] handleTap() called for theme: {}, isDownloaded: {:d}", tapped.name,
+                               tapped.isDownloaded));
+    if (tapped.isDownloaded) {
+        to_.log.system("[UI] Theme is downloaded, calling applyTheme()");
+        to_.viewModel.applyTheme(tapped);
+    } else {
+        to_.log.system("[UI] Theme NOT downloaded, calling downloadTheme()");
+        to_.viewModel.downloadTheme(tapped);
+    }
+}
+
+void PopoverModel::deleteTheme(const std::string& id) {
+    if (row(id).canDelete) to_.viewModel.deleteTheme(theme(id));
+}
+
+void PopoverModel::sliderChanged(double value) {
+    value = scaleRange.nearest(value);
+    if (value == cursorScale_) return;
+    cursorScale_ = value;
+    to_.settings.setCursorScale(value);
+    scaleDebounceTask_.end();
+    scaleDebounceTask_ = to_.mainQueue.after(scaleDebounce, [this, value] {
+        if (const auto current = to_.viewModel.currentTheme())
+            to_.viewModel.applyThemeWithScale(*current, value);
+    });
+}
+
+void PopoverModel::settingsChanged() {
+    if (to_.settings.cursorScale() != cursorScale_) {
+        // Somebody else has set the scale: what the slider asked for before must not come after it.
+        scaleDebounceTask_.end();
+        cursorScale_ = to_.settings.cursorScale();
+    }
+    changed.emit();
+}
+
+void PopoverModel::resetToDefault() { to_.viewModel.resetToDefault(); }
+
+std::optional<UserText> PopoverModel::unavailable() const {
+    if (session_ == Session::pointerCanChange) return std::nullopt;
+    return UserText(popover_text::unavailable);
+}
+
+void PopoverModel::refreshRows() {
+    std::vector<ThemeRow> rows;
+    std::vector<std::string> different;
+    rows.reserve(told_.size());
+    for (const auto& theme : to_.viewModel.themes()) {
+        rows.push_back(row(theme.id));
+        const auto at = rows.size() - 1;
+        if (at >= told_.size() || told_[at] != rows.back()) different.push_back(theme.id);
+    }
+    told_ = std::move(rows);
+    if (!different.empty()) rowsChanged.emit(different);
+}
+
+void PopoverModel::refreshList() {
+    const auto filter = to_.viewModel.selectedFilter();
+    std::vector<std::pair<std::string, CursorHandedness>> themes;
+    for (const auto& theme : to_.viewModel.themes()) themes.emplace_back(theme.id, theme.handedness);
+    const bool filterChanged = filter != listedFilter_;
+    if (filterChanged || themes != listedThemes_) {
+        listedFilter_ = filter;
+        listedThemes_ = std::move(themes);
+        rowIds_.clear();
+        for (const auto* theme : to_.viewModel.filteredThemes()) rowIds_.push_back(theme->id);
+        rowsReplaced.emit();
+    }
+    if (filterChanged) changed.emit();
+}
+
+}  // namespace pintle

@@ -1,0 +1,220 @@
+#include "app/settings_window_model.h"
+
+#include <utility>
+
+#include "settings/notification_names.h"
+#include "settings/typed_defaults.h"
+
+namespace pintle {
+namespace {
+
+struct ToggleTexts {
+    std::string_view icon;
+    std::string_view title;
+    std::string_view subtitle;
+};
+
+/// By SettingsToggle.
+constexpr std::array<ToggleTexts, 7> kToggles = {{
+    {symbol::launchAtLogin, settings_text::launchAtLogin, settings_text::launchAtLoginSubtitle},
+    {symbol::applyOnLaunch, settings_text::applyOnLaunch, settings_text::applyOnLaunchSubtitle},
+    {symbol::restoreOnQuit, settings_text::restoreOnQuit, settings_text::restoreOnQuitSubtitle},
+    {symbol::fullscreen, settings_text::fullscreen, settings_text::fullscreenSubtitle},
+    {symbol::missingTypes, settings_text::missingTypes, settings_text::missingTypesSubtitle},
+    {symbol::screenSharing, settings_text::screenSharing, settings_text::screenSharingSubtitle},
+    {symbol::glassMode, settings_text::glassMode, settings_text::glassModeSubtitle},
+}};
+
+std::string withoutBlanks(const std::string& text) {
+    constexpr auto kBlanks = " \t";
+    const auto first = text.find_first_not_of(kBlanks);
+    if (first == std::string::npos) return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+}  // namespace
+
+SettingsWindowModel::SettingsWindowModel(const Neighbours& neighbours) : to_(neighbours) {
+    observers_.push_back(to_.settings.changed.observe([this] { changed.emit(); }));
+    for (const auto* key : {CursorSettings::launchAtLoginKey, CursorSettings::applyOnLaunchKey,
+                            CursorSettings::restoreOnQuitKey})
+        observers_.push_back(to_.preferences.observe(key, [this] { changed.emit(); }));
+    observers_.push_back(to_.preferences.observe(CursorSettings::scaleKey, [this] { storedScaleChanged(); }));
+}
+
+void SettingsWindowModel::appear() { to_.launchAtLogin.syncLaunchAtLoginState(); }
+
+std::vector<SettingsSection> SettingsWindowModel::sections() const {
+    using Kind = SettingsSectionKind;
+    using Toggle = SettingsToggle;
+    const auto section = [this](Kind kind, std::string_view symbol, std::string_view title,
+                                std::initializer_list<Toggle> toggles) {
+        SettingsSection made{kind, symbol, UserText(title), {}};
+        for (const auto each : toggles) made.toggles.push_back(toggle(each));
+        return made;
+    };
+    return {
+        section(Kind::startup, symbol::power, settings_text::startup, {Toggle::launchAtLogin}),
+        section(Kind::behavior, symbol::logo, settings_text::behavior,
+                {Toggle::applyOnLaunch, Toggle::restoreOnQuit, Toggle::alwaysUseThemedCursor,
+                 Toggle::useSystemCursorForMissing, Toggle::pauseWhenScreenShared}),
+        section(Kind::interfaceStyle, symbol::interfaceStyle, settings_text::interfaceStyle,
+                {Toggle::glassMode}),
+        section(Kind::cursorSize, symbol::size, settings_text::cursorSize, {}),
+        section(Kind::exclusions, symbol::exclusions, settings_text::exclusions, {}),
+        section(Kind::reset, symbol::reset, settings_text::reset, {}),
+    };
+}
+
+SettingsToggleRow SettingsWindowModel::toggle(SettingsToggle toggle) const {
+    const auto& texts = kToggles.at(static_cast<std::size_t>(toggle));
+    return {toggle, texts.icon, UserText(texts.title), UserText(texts.subtitle), isOn(toggle)};
+}
+
+bool SettingsWindowModel::storedBool(const char* key, bool fallback) const {
+    return to_.preferences.object(key) ? boolValue(to_.preferences, key) : fallback;
+}
+
+bool SettingsWindowModel::isOn(SettingsToggle toggle) const {
+    const auto& settings = to_.settings;
+    switch (toggle) {
+        case SettingsToggle::launchAtLogin:
+            return storedBool(CursorSettings::launchAtLoginKey, false);
+        case SettingsToggle::applyOnLaunch:
+            return storedBool(CursorSettings::applyOnLaunchKey, true);
+        case SettingsToggle::restoreOnQuit:
+            return storedBool(CursorSettings::restoreOnQuitKey, false);
+        case SettingsToggle::alwaysUseThemedCursor:
+            return settings.alwaysUseThemedCursor();
+        case SettingsToggle::useSystemCursorForMissing:
+            return settings.useSystemCursorForMissing();
+        case SettingsToggle::pauseWhenScreenShared:
+            return settings.pauseWhenScreenShared();
+        case SettingsToggle::glassMode:
+            return settings.glassMode();
+    }
+    return false;
+}
+
+void SettingsWindowModel::setToggle(SettingsToggle toggle, bool value) {
+    if (isOn(toggle) == value) return;
+    auto& settings = to_.settings;
+    // The first three go to the store behind the settings' back, which keep what they have loaded.
+    switch (toggle) {
+        case SettingsToggle::launchAtLogin:
+            to_.preferences.set(CursorSettings::launchAtLoginKey, value);
+            return to_.launchAtLogin.setLaunchAtLogin(value);
+        case SettingsToggle::applyOnLaunch:
+            return to_.preferences.set(CursorSettings::applyOnLaunchKey, value);
+        case SettingsToggle::restoreOnQuit:
+            return to_.preferences.set(CursorSettings::restoreOnQuitKey, value);
+        case SettingsToggle::alwaysUseThemedCursor:
+            return settings.setAlwaysUseThemedCursor(value);
+        case SettingsToggle::useSystemCursorForMissing:
+            return settings.setUseSystemCursorForMissing(value);
+        case SettingsToggle::pauseWhenScreenShared:
+            return settings.setPauseWhenScreenShared(value);
+        case SettingsToggle::glassMode:
+            return settings.setGlassMode(value);
+    }
+}
+
+void SettingsWindowModel::setGlassOpacity(double value) {
+    value = glassOpacityRange.nearest(value);
+    if (value != to_.settings.glassOpacity()) to_.settings.setGlassOpacity(value);
+}
+
+double SettingsWindowModel::cursorScale() const {
+    constexpr double kFallback = 1.0;
+    return to_.preferences.object(CursorSettings::scaleKey)
+               ? doubleValue(to_.preferences, CursorSettings::scaleKey)
+               : kFallback;
+}
+
+std::array<SettingsScaleButton, 4> SettingsWindowModel::scaleButtons() const {
+    std::array<SettingsScaleButton, scales.size()> buttons;
+    const double current = cursorScale();
+    for (std::size_t i = 0; i < scales.size(); ++i)
+        buttons[i] = {scales[i], percentText(scales[i]), scales[i] == current};
+    return buttons;
+}
+
+void SettingsWindowModel::selectScale(double scale) {
+    if (cursorScale() == scale) return;
+    selectingScale_ = true;
+    to_.preferences.set(CursorSettings::scaleKey, scale);
+    selectingScale_ = false;
+    announceScale(scale);
+}
+
+void SettingsWindowModel::storedScaleChanged() {
+    // The settings write the key after they have taken the value; only another writer's value is news.
+    const double stored = cursorScale();
+    if (!selectingScale_ && !resetting_ && stored != to_.settings.cursorScale()) announceScale(stored);
+    changed.emit();
+}
+
+void SettingsWindowModel::announceScale(double scale) {
+    to_.settings.setCursorScale(scale);
+    // The settings have posted it; this is the second time, and meant.
+    to_.notifications.post(notification::cursorScaleChanged, scale);
+}
+
+UserText SettingsWindowModel::removeLabel(const std::string& name) {
+    return UserText(settings_text::remove, name);
+}
+
+std::string_view SettingsWindowModel::addButtonSymbol() const {
+    return showAddAppField_ ? symbol::hideField : symbol::showField;
+}
+
+void SettingsWindowModel::toggleAddAppField() {
+    showAddAppField_ = !showAddAppField_;
+    changed.emit();
+}
+
+void SettingsWindowModel::setNewAppName(std::string name) {
+    if (name == newAppName_) return;
+    newAppName_ = std::move(name);
+    changed.emit();
+}
+
+void SettingsWindowModel::addExcludedApp() {
+    const auto name = withoutBlanks(newAppName_);
+    if (name.empty()) return;
+    to_.settings.addExcludedApp(name);
+    cancelAddApp();
+}
+
+void SettingsWindowModel::cancelAddApp() {
+    newAppName_.clear();
+    showAddAppField_ = false;
+    changed.emit();
+}
+
+void SettingsWindowModel::removeExcludedApp(const std::string& name) { to_.settings.removeExcludedApp(name); }
+
+void SettingsWindowModel::resetApplication() {
+    if (std::exchange(resetting_, true)) return;
+    const Alert question{AlertStyle::warning,
+                         std::string(settings_text::resetQuestion),
+                         std::string(settings_text::resetQuestionText),
+                         {std::string(settings_text::resetAndQuit), std::string(settings_text::cancel)}};
+    to_.alerts.runModal(question, lifetime_.weakly([this](int button) {
+        if (button == 0)
+            resetConfirmed();
+        else
+            resetting_ = false;
+    }));
+}
+
+void SettingsWindowModel::resetConfirmed() {
+    to_.viewModel.resetAllData();
+    const Alert message{AlertStyle::informational,
+                        std::string(settings_text::resetDone),
+                        std::string(settings_text::resetDoneText),
+                        {std::string(settings_text::quit)}};
+    to_.alerts.runModal(message, lifetime_.weakly([this](int) { to_.application.terminate(); }));
+}
+
+}  // namespace pintle
