@@ -17,6 +17,12 @@
 //   overlays              how many mapped windows are pointers being dragged     overlays COUNT
 //   active                the title of the window that the manager says is active   active TITLE
 //   resource TEXT         appends a line to the RESOURCE_MANAGER property        ok
+//   owner SELECTION       whether some client owns a selection                   yes | no
+//   windows CLASS         the mapped windows of that class, id x y w h each      windows NUMBERS...
+//   embedded              the mapped windows that ask to be embedded, the same   windows NUMBERS...
+//   pings WINDOW MS       asks a window again and again whether its program lives; how often it answered and
+//   the
+//                         longest wait in microseconds                           pings COUNT LONGEST
 //
 // LOOK is the word of look.h. `none`: the server refused to tell (no picture, or its owner is gone).
 #include <X11/Xatom.h>
@@ -86,6 +92,10 @@ class Probe {
         if (command == "overlays") return overlays();
         if (command == "active") return active();
         if (command == "resource") return resource(rest(words));
+        if (command == "owner") return owner(rest(words));
+        if (command == "windows") return windows(rest(words));
+        if (command == "embedded") return embedded();
+        if (command == "pings") return pings(words);
         return "what";
     }
 
@@ -365,6 +375,96 @@ class Probe {
         if (value.size() >= sizeof window)
             std::copy_n(value.data(), sizeof window, reinterpret_cast<char*>(&window));
         return "active " + (window == None ? "" : title(window));
+    }
+
+    std::string owner(const std::string& selection) {
+        const Atom atom = XInternAtom(display_, selection.c_str(), False);
+        return XGetSelectionOwner(display_, atom) == None ? "no" : "yes";
+    }
+
+    template <typename Question>
+    void eachViewable(Window above, int depth, const Question& question) {
+        for (const Window window : children(above)) {
+            if (!isViewable(window)) continue;
+            question(window);
+            if (depth < 4) eachViewable(window, depth + 1, question);
+        }
+    }
+
+    template <typename Question>
+    std::string windowsThat(const Question& fits) {
+        std::ostringstream answer;
+        answer << "windows";
+        eachViewable(root_, 0, [&](Window window) {
+            if (!fits(window)) return;
+            const Box area = box(window);
+            answer << " " << window << " " << area.x << " " << area.y << " " << area.width << " "
+                   << area.height;
+        });
+        return answer.str();
+    }
+
+    std::string windows(const std::string& wanted) {
+        return windowsThat([&](Window window) {
+            XClassHint hint{nullptr, nullptr};
+            if (XGetClassHint(display_, window, &hint) == 0) return false;
+            const bool same = hint.res_class != nullptr && wanted == hint.res_class;
+            if (hint.res_name != nullptr) XFree(hint.res_name);
+            if (hint.res_class != nullptr) XFree(hint.res_class);
+            return same;
+        });
+    }
+
+    std::string embedded() {
+        return windowsThat([&](Window window) { return !windowProperty(window, "_XEMBED_INFO").empty(); });
+    }
+
+    /// A window's program answers from the loop that also draws and takes clicks, so the longest wait is that
+    /// of a person.
+    std::string pings(std::istringstream& words) {
+        XClientMessageEvent message{};
+        int patience = 0;
+        words >> message.window >> patience;
+        XSelectInput(display_, root_, SubstructureNotifyMask);
+        message.type = ClientMessage;
+        message.message_type = XInternAtom(display_, "WM_PROTOCOLS", False);
+        message.format = 32;
+        const Atom ping = XInternAtom(display_, "_NET_WM_PING", False);
+        message.data.l[0] = static_cast<long>(ping);
+        message.data.l[2] = static_cast<long>(message.window);
+        const auto asked = message.window;
+        const auto end = Clock::now() + milliseconds(patience);
+        long number = 0;
+        long longest = 0;
+        while (Clock::now() < end) {
+            message.window = asked;
+            message.data.l[1] = ++number;
+            XEvent event{};
+            event.xclient = message;
+            const auto sent = Clock::now();
+            XSendEvent(display_, asked, False, NoEventMask, &event);
+            XFlush(display_);
+            const auto answered = [&] {
+                XEvent news{};
+                while (XCheckTypedWindowEvent(display_, root_, ClientMessage, &news) != 0)
+                    if (news.xclient.data.l[0] == static_cast<long>(ping) && news.xclient.data.l[1] == number)
+                        return true;
+                return false;
+            };
+            // A program that hangs for good must not hang its onlooker.
+            while (!answered() && Clock::now() < end + milliseconds(2000)) {
+                pollfd connection{ConnectionNumber(display_), POLLIN, 0};
+                poll(&connection, 1, 50);
+            }
+            const auto waited = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - sent);
+            longest = std::max(longest, static_cast<long>(waited.count()));
+            poll(nullptr, 0, 2);
+            XEvent other{};
+            while (XCheckWindowEvent(display_, root_, SubstructureNotifyMask, &other) != 0) {
+            }
+        }
+        XSelectInput(display_, root_, NoEventMask);
+        return "pings " + std::to_string(number) + " " + std::to_string(longest);
     }
 
     Display* display_;

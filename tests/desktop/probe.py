@@ -71,6 +71,29 @@ class Probe:
         numbers = [int(word) for word in words[1:]]
         return Box(*numbers[:4]), Box(*numbers[4:])
 
+    def _windows(self, *words):
+        numbers = [int(word) for word in self.ask(*words).split()[1:]]
+        return [(numbers[at], Box(*numbers[at + 1:at + 5])) for at in range(0, len(numbers), 5)]
+
+    def windows(self, window_class):
+        """(id, box) of each mapped window of a class."""
+        return self._windows("windows", window_class)
+
+    def embedded(self):
+        """(id, box) of each mapped window that sits in a tray."""
+        return self._windows("embedded")
+
+    def owns(self, selection):
+        return self.ask("owner", selection) == "yes"
+
+    def pings(self, window, milliseconds):
+        """How often a window's program answered, and its longest silence in milliseconds."""
+        count, longest = self.ask("pings", window, milliseconds).split()[1:]
+        return int(count), int(longest) / 1000
+
+    def active_title(self):
+        return self.ask("active").partition(" ")[2]
+
     def has_window_manager(self):
         return self.ask("wm") == "yes"
 

@@ -1,0 +1,280 @@
+#!/usr/bin/env python3
+"""Measures the program beside the least tray program that there can be, on a private desktop with a tray.
+
+usage: measure.py BUILD_FOLDER [--quick] [--host NAME]
+
+Both are measured in one run and by the same means. A time that misses its goal is told and does not fail; a
+quotient beyond its gate does. Needs the system's Python with gi.
+"""
+import argparse
+import contextlib
+import os
+import re
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+ROOT = os.path.dirname(os.path.dirname(HERE))
+sys.path[:0] = [os.path.join(ROOT, "tests", "desktop", name) for name in ("shell", "", "library")]
+
+import accessible  # noqa: E402
+import archives  # noqa: E402
+import children  # noqa: E402
+from person import Person  # noqa: E402
+from probe import Probe  # noqa: E402
+from server import Server  # noqa: E402
+from session import ShellDesktop  # noqa: E402
+from theme import Theme, write_preferences  # noqa: E402
+from tray_hosts import HOSTS  # noqa: E402
+
+POPOVER_GOAL = 150
+BLOCK_GOAL = 50
+WAKES_GOAL = 2
+#: Times the plain program's: start to icon, and memory while no window was opened.
+GATES = {"start to icon": 6.0, "idle PSS": 4.0, "idle RSS": 3.0}
+REST = 20
+THEME = "bibata-modern-ice"
+OTHER_THEME = "adwaita-cursors"
+STILL_LOOKS = 40
+
+
+class Bench:
+    def __init__(self, desktop, host, options):
+        self.desktop, self.host, self.options = desktop, host, options
+        self.person = Person(desktop)
+        self.programs = {"plain": os.path.join(options.build, "bench", "shell", "plain_tray"),
+                         "pintle": os.path.join(options.build, "pintle")}
+        self.missed = []
+
+    def start(self, side):
+        """Answers the process and the milliseconds until its icon was in the tray."""
+        self.desktop.wait_for(side, "finds an empty tray", lambda: not self.host.icon())
+        begun = time.monotonic()
+        process = self.desktop.start(side, [self.programs[side]])
+        children.wait_until("the icon", self.host.is_docked, step=0.001)
+        return process, (time.monotonic() - begun) * 1000
+
+    def stop(self, process):
+        process.terminate()
+        process.wait(20)
+
+    @staticmethod
+    def memory(process):
+        """PSS and RSS in KB."""
+        with open(f"/proc/{process.pid}/smaps_rollup") as file:
+            words = dict(line.split()[:2] for line in list(file)[1:])
+        return int(words["Pss:"]), int(words["Rss:"])
+
+    def settled_memory(self, process):
+        before = self.memory(process)
+        while True:
+            time.sleep(1)
+            now = self.memory(process)
+            if abs(now[0] - before[0]) < 64:
+                return now
+            before = now
+
+    def starts(self):
+        times = {side: [] for side in self.programs}
+        memory = {side: [] for side in self.programs}
+        for number in range(3 if self.options.quick else 7):
+            for side in self.programs:
+                process, milliseconds = self.start(side)
+                times[side].append(milliseconds)
+                if number in (1, 2):
+                    memory[side].append(self.settled_memory(process))
+                self.stop(process)
+        for side in self.programs:
+            del times[side][0]
+        self.compare("start to icon", *(statistics.median(times[side]) for side in self.programs), "ms")
+        for index, what in enumerate(("idle PSS", "idle RSS")):
+            self.compare(what, *(min(each[index] for each in memory[side]) / 1024 for side in self.programs), "MB")
+
+    def compare(self, what, plain, ours, unit):
+        value, gate = ours / plain, GATES[what]
+        word = "goal" if value <= 1.05 else "over the goal" if value <= gate else "MISSES THE GATE"
+        if value > gate:
+            self.missed.append(what)
+        print(f"{'shell/' + what:<28}{plain:>10.1f} {unit}{ours:>10.1f} {unit}{value:>8.2f}x{gate:>8}{1:>8}  {word}",
+              flush=True)
+
+    @staticmethod
+    def told(what, value, goal, unit, note=""):
+        word = "goal" if value <= goal else "over the goal"
+        print(f"{'shell/' + what:<28}{'':>13}{value:>10.1f} {unit}{'':>9}{'':>8}{goal:>8}  {word}{note}", flush=True)
+
+    def clicks(self, icon):
+        """Click to panel for both, in turns; the first click of each program is told apart, for it loads the rest."""
+        rounds = 2 if self.options.quick else 8
+        done = subprocess.run([os.path.join(self.options.build, "bench", "shell", "popover_clock"),
+                               str(icon.x + icon.width // 2), str(icon.y + icon.height // 2), str(rounds)],
+                              env=self.desktop.environment, capture_output=True, text=True, check=False)
+        found = [[int(word) for word in line.split()[1:]] for line in done.stdout.splitlines()]
+        if not found or done.returncode != 0:
+            raise RuntimeError("no panel came at a click on the icon: " + done.stdout)
+        first = [value / 1000 for value in found[0][:3]]
+        later = [statistics.median(each[index] / 1000 for each in found[1:]) for index in range(3)]
+        return first, later, found[-1]
+
+    def open_popover(self, icon, process):
+        """Opens it and leaves it open; answers what accessibility tells and the id of its window."""
+        self.person.click_on(icon)
+        application = children.wait_until("the program answers",
+                                          lambda: self.desktop.accessibility.application(process.pid))
+
+        def shown():
+            with contextlib.suppress(accessible.Refused):
+                seen = application.look()
+                return seen if seen.find("list item") else None
+        seen = children.wait_until("the rows are there", shown, seconds=30, step=0.2)
+        window = next(identifier for identifier, box in self.desktop.probe.windows("pintle") if box.width > 200)
+        return seen, window
+
+    def longest(self, window, milliseconds, cause):
+        """The longest silence of the program while `cause` runs."""
+        probe = Probe(os.path.join(self.options.build, "tests", "desktop", "pointer_probe"),
+                      self.desktop.environment, self.desktop.log("second probe"))
+        asked = f"pings {window} {milliseconds}\n"
+        probe.process.stdin.write(asked)
+        probe.process.stdin.flush()
+        cause()
+        words = probe.process.stdout.readline().split()
+        probe.process.stdin.close()
+        probe.process.wait(10)
+        return int(words[2]) / 1000, int(words[1])
+
+    def blocks(self, seen, window):
+        """Rows are found before the clock runs, for the finding keeps the program busy."""
+        rows = {row.name: row.node.box() for row in seen.find_all("list item")}
+        top = seen.find("list").node.box()
+        middle = top.x + top.width // 2, top.y + top.height // 2
+        ready = [box for name, box in rows.items() if re.search("Bibata Modern Ice|Adwaita", name)]
+        missing = [box for name, box in rows.items() if not re.search("Bibata Modern Ice|Adwaita", name)]
+
+        def scroll():
+            self.person.point(*middle)
+            for clicks in (40, -40, 40, -40):
+                self.person.wheel(clicks)
+        jobs = [("scrolling", scroll, 4000)]
+        if ready:
+            jobs.append(("applying", lambda: self.person.click_on(ready[0]), 3000))
+        if missing:
+            jobs.append(("downloading", lambda: self.person.click_on(missing[0]), 6000))
+        quiet, count = self.longest(window, 1500, lambda: None)
+        print(f"the popover at rest answers {count} pings, the slowest after {quiet:.1f} ms", flush=True)
+        for what, cause, milliseconds in jobs:
+            longest, _ = self.longest(window, milliseconds, cause)
+            self.told("block while " + what, longest, BLOCK_GOAL, "ms")
+
+    def threads(self, process):
+        """Thread id to name and how often it was woken."""
+        found = {}
+        for task in os.listdir(f"/proc/{process.pid}/task"):
+            with contextlib.suppress(OSError):
+                with open(f"/proc/{process.pid}/task/{task}/comm") as file:
+                    name = file.read().strip()
+                with open(f"/proc/{process.pid}/task/{task}/status") as file:
+                    found[task] = name, int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", file.read(), re.M)[1])
+        return found
+
+    def rest(self, process, what):
+        seconds = 5 if self.options.quick else REST
+        time.sleep(3)
+        before = self.threads(process)
+        time.sleep(seconds)
+        after = self.threads(process)
+        wakes = {task: (after[task][0], (after[task][1] - before.get(task, ("", 0))[1]) / seconds) for task in after}
+        total = sum(count for _, count in wakes.values())
+        named = "; ".join(f"{name} {count:.1f}" for name, count in wakes.values() if count)
+        self.told("wake-ups a second " + what, total, WAKES_GOAL, "/s", f" ({named})" if named else "")
+        if total > 0.05:
+            self.name_wakes(process, seconds)
+
+    def name_wakes(self, process, seconds):
+        """What each thread waited for when it was woken, and on which files."""
+        log = os.path.join(self.desktop.folder, "trace")
+        tracer = self.desktop.start("strace", ["timeout", str(seconds), "strace", "-f", "-yy", "-e",
+                                               "trace=poll,ppoll,epoll_wait,select,pselect6,clock_nanosleep,futex,"
+                                               "read,recvmsg", "-o", log, "-p", str(process.pid)])
+        tracer.wait(seconds + 20)
+        counts = {}
+        try:
+            with open(log) as file:
+                lines = file.read().splitlines()
+        except FileNotFoundError:
+            return
+        for line in lines:
+            match = re.match(r"(\d+) +(?:<\.\.\. )?(\w+)(.*)", line)
+            if match and match[2] in ("poll", "ppoll", "epoll_wait", "select", "clock_nanosleep"):
+                ready = re.search(r"\(\[\{(fd=.*)\}\]\)$|= 0 \(Timeout\)|<unfinished|= \d+", line)
+                woke = re.findall(r"fd=\d+<([^>]*)>, revents", line)
+                reason = ", ".join(woke) if woke else "timeout" if "Timeout" in line else ""
+                if ready and reason:
+                    key = f"thread {match[1]} {match[2]}: {reason}"
+                    counts[key] = counts.get(key, 0) + 1
+        for key, count in sorted(counts.items(), key=lambda each: -each[1])[:12]:
+            print(f"    {count / seconds:5.2f}/s {key}", flush=True)
+
+    def run(self):
+        self.starts()
+        plain, _ = self.start("plain")
+        icon = children.wait_until("the icon", self.host.icon)
+        first, later, _ = self.clicks(icon)
+        print(f"plain panel: first click {first[1]:.1f} ms, later {later[1]:.1f} ms to be painted", flush=True)
+        self.rest(plain, "of the plain one")
+        self.stop(plain)
+
+        for identifier, package in ((THEME, "Bibata-Modern-Ice"), (OTHER_THEME, "DMZ-White")):
+            Theme(identifier, package, os.path.join(self.options.build, "tests", "desktop")).install(self.desktop.data)
+        write_preferences(self.desktop.config, currentThemeId=OTHER_THEME, cursorScale=1.0)
+        pintle, _ = self.start("pintle")
+        icon = children.wait_until("the icon", self.host.icon)
+        self.person.do("mousemove", 700, 800)
+        self.rest(pintle, "at rest, a theme in force")
+        pss, rss = self.settled_memory(pintle)
+        print(f"with a theme in force: PSS {pss / 1024:.1f} MB, RSS {rss / 1024:.1f} MB", flush=True)
+        first, later, _ = self.clicks(icon)
+        self.told("first click to popover", first[1], POPOVER_GOAL, "ms", f" (there after {first[0]:.0f} ms)")
+        self.told("click to popover", later[1], POPOVER_GOAL, "ms",
+                  f" (there after {later[0]:.0f} ms, at rest after {later[2]:.0f} ms)")
+        seen, window = self.open_popover(icon, pintle)
+        self.blocks(seen, window)
+        self.person.click_on(icon)
+        self.person.do("mousemove", 700, 800)
+        self.rest(pintle, "after a popover")
+        pss, rss = self.settled_memory(pintle)
+        print(f"after a popover: PSS {pss / 1024:.1f} MB, RSS {rss / 1024:.1f} MB", flush=True)
+        self.stop(pintle)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("build")
+    parser.add_argument("--quick", action="store_true")
+    parser.add_argument("--host", choices=HOSTS, default="tint2")
+    options = parser.parse_args()
+    options.build = os.path.abspath(options.build)
+    with ShellDesktop(os.path.join(options.build, "tests", "desktop")) as desktop, \
+            tempfile.TemporaryDirectory() as archive_folder:
+        archives.write_all(archive_folder)
+        server = Server(archive_folder, desktop.log("web server"))
+        desktop.environment["PINTLE_MIRROR"] = f"http://127.0.0.1:{server.port}"
+        host = HOSTS[options.host](desktop)
+        host.start()
+        bench = Bench(desktop, host, options)
+        bench.run()
+    if bench.missed:
+        print("missed: " + ", ".join(bench.missed))
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    try:
+        code = main()
+    finally:
+        children.end_all()
+    sys.exit(code)
