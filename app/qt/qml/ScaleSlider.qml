@@ -1,0 +1,66 @@
+// A slider with a groove of 4 and a knob of 16; `notch` marks one value on the groove when it lies in the range.
+// Emits T.Slider's moved() for the user's changes only.
+import QtQuick
+import QtQuick.Templates as T
+
+T.Slider {
+    id: slider
+
+    property real notch: NaN
+    readonly property real knobSize: pressed ? 18 : 16
+
+    implicitHeight: 28
+    implicitWidth: 120
+    leftPadding: 0
+    rightPadding: 0
+    hoverEnabled: true
+    focusPolicy: Qt.TabFocus
+    snapMode: T.Slider.SnapAlways
+    live: true
+
+    background: Item {
+        Rectangle {
+            id: groove
+            width: parent.width
+            height: 4
+            radius: 2
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.outline
+        }
+        Rectangle {
+            readonly property real part: (slider.notch - slider.from) / (slider.to - slider.from)
+            visible: part > 0 && part < 1
+            width: 2
+            height: 10
+            radius: 1
+            anchors.verticalCenter: parent.verticalCenter
+            x: 8 + (slider.mirrored ? 1 - part : part) * (parent.width - 16) - 1
+            color: Theme.iconRest
+        }
+        Rectangle {
+            readonly property real reach: 8 + slider.position * (parent.width - 16)
+            height: 4
+            radius: 2
+            width: reach
+            x: slider.mirrored ? parent.width - reach : 0
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.accent
+        }
+    }
+    handle: Rectangle {
+        x: 8 + slider.visualPosition * (slider.availableWidth - 16) - width / 2
+        y: (slider.availableHeight - height) / 2
+        width: slider.knobSize
+        height: width
+        radius: width / 2
+        color: Theme.knob
+        border.width: slider.pressed || slider.hovered ? 2 : (Theme.dark ? 0 : 1)
+        border.color: slider.pressed || slider.hovered ? Theme.accent : Theme.outline
+        Behavior on width { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+        FocusRing {
+            outside: true
+            corner: parent.radius
+            shown: slider.visualFocus
+        }
+    }
+}
