@@ -12,6 +12,6 @@ namespace pintle {
 /// `observeQuit` subscribes to the toolkit's own end of the program: a toolkit that runs the application
 /// object may end its loop in place of letting AppKit end the process.
 std::unique_ptr<Application> makeMacApplication(
-    std::function<Subscription(std::function<void()>)> observeQuit);
+    const std::function<Subscription(std::function<void()>)>& observeQuit);
 
 }  // namespace pintle

@@ -21,6 +21,7 @@ using IsScreenWatcherPresent = bool();
 
 /// One pixel a point, as all images of this program are, whatever the picture's own resolution.
 std::optional<Bitmap> drawn(const CursorReading& cursor) {
+    if (!cursor.image) return std::nullopt;
     return fromCgImage(cursor.image.get(), static_cast<std::size_t>(std::ceil(cursor.size.width)),
                        static_cast<std::size_t>(std::ceil(cursor.size.height)));
 }

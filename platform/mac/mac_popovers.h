@@ -1,17 +1,14 @@
 // Panels that hang from a status item of this backend. Made by the root; main thread only.
 #pragma once
 
-#include <functional>
 #include <memory>
 
+#include "platform/mac/native_views.h"
 #include "platform/popover.h"
 
 namespace pintle {
 
-/// A view of the skin: an NSView that lives as long as the program.
-using NativeView = void*;
-
-/// `content` makes the view at the first showing.
-std::unique_ptr<Popovers> makeMacPopovers(std::function<NativeView()> content);
+/// The view is asked for at the first showing. `views` must outlive the popovers.
+std::unique_ptr<Popovers> makeMacPopovers(NativeViews& views);
 
 }  // namespace pintle

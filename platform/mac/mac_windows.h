@@ -1,15 +1,14 @@
 // The program's windows, around views of the skin. Made by the root; main thread only.
 #pragma once
 
-#include <functional>
 #include <memory>
 
-#include "platform/mac/mac_popovers.h"
+#include "platform/mac/native_views.h"
 #include "platform/windows.h"
 
 namespace pintle {
 
-/// `content` makes the view of a window when the window is made; null: the window cannot be made.
-std::unique_ptr<Windows> makeMacWindows(std::function<NativeView(WindowContent)> content);
+/// The view of a window is asked for when the window is made. `views` must outlive the windows.
+std::unique_ptr<Windows> makeMacWindows(NativeViews& views);
 
 }  // namespace pintle

@@ -1,0 +1,28 @@
+// The skin's views as this backend's windows hold them: the root hands in an implementation. Main thread
+// only.
+#pragma once
+
+#include <functional>
+
+#include "platform/windows.h"
+
+namespace pintle {
+
+/// An NSView that lives as long as the NativeViews it came from; null where it cannot be made.
+using NativeView = void*;
+
+class NativeViews {
+  public:
+    virtual ~NativeViews() = default;
+    /// Made at the first call, once.
+    virtual NativeView popover() = 0;
+    /// Made at the first call for each content, once.
+    virtual NativeView window(WindowContent content) = 0;
+    /// Right before the view's window comes to the screen, and right after it went.
+    virtual void willShow(NativeView view, bool animates) = 0;
+    virtual void didHide(NativeView view) = 0;
+    /// `close` is called when the view itself wants its window to go away.
+    virtual void setClose(NativeView view, std::function<void()> close) = 0;
+};
+
+}  // namespace pintle
