@@ -11,6 +11,8 @@ void PopoverDismissal::pressed(const GlobalMouseDown& press, bool closedPopover,
 
 bool PopoverDismissal::drops(const StatusItemEvent& event, std::chrono::nanoseconds now) {
     if (!closing_ || event.type != StatusItemEventType::leftMouseUp) return false;
+    // A late one, of a press before: the closing press still waits for its own.
+    if (event.press && *event.press < closing_->press) return false;
     const bool belongs = event.press ? *event.press == closing_->press : now - closing_->at <= kLongestClick;
     closing_.reset();
     return belongs;
