@@ -132,10 +132,10 @@ TEST_F(LinuxAppearanceTest, ASettingsManagerThatComesLaterIsHeardAndSoIsEachThem
     const auto manager = settingsManager("Net/ThemeName \"Adwaita\"\nGtk/EnableAnimations 0\n");
     ASSERT_TRUE(until([](const auto& look) { return look.reducedMotion; }));
     publish("Net/ThemeName \"Adwaita-dark\"\nGtk/EnableAnimations 0\n");
-    manager->signal(SIGHUP);
+    manager->signalWhenCaught(SIGHUP);
     ASSERT_TRUE(until([](const auto& look) { return look.dark; }));
     publish("Net/ThemeName \"Adwaita\"\nGtk/EnableAnimations 1\n");
-    manager->signal(SIGHUP);
+    manager->signalWhenCaught(SIGHUP);
     ASSERT_TRUE(until([](const auto& look) { return !look.dark; }));
     EXPECT_EQ(appearance->look(), DesktopLook());
     EXPECT_EQ(changes, 3);

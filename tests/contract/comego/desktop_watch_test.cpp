@@ -12,6 +12,7 @@
 
 #include "tests/contract/comego/comego_world.h"
 #include "tests/contract/x11/x_test_server.h"
+#include "tests/support/signals_of_process.h"
 #include "tests/support/temporary_folder.h"
 
 namespace pintle {
@@ -37,7 +38,7 @@ class TestProgram {
     ~TestProgram() { end(); }
     TestProgram(const TestProgram&) = delete;
     TestProgram& operator=(const TestProgram&) = delete;
-    void signal(int number) const { ::kill(pid_, number); }
+    void signal(int number) const { signalWhenCaught(pid_, number); }
     void end() {
         if (pid_ <= 0) return;
         ::kill(pid_, SIGKILL);
