@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/signals_of_process.h"
-
 namespace pintle {
 
 class ChildProcess {
@@ -32,7 +30,6 @@ class ChildProcess {
 
     bool started() const { return pid_ > 0; }
     void signal(int number) const { ::kill(pid_, number); }
-    void signalWhenCaught(int number) const { pintle::signalWhenCaught(pid_, number); }
     /// The status as waitpid reports it.
     int wait() {
         int status = -1;

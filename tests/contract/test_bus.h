@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/signals_of_process.h"
+
 namespace pintle {
 
 /// A child that ends with the test and whose outputs keep nothing open.
@@ -39,6 +41,7 @@ class QuietChild {
     QuietChild(const QuietChild&) = delete;
     QuietChild& operator=(const QuietChild&) = delete;
     void signal(int number) const { ::kill(pid_, number); }
+    void signalWhenCaught(int number) const { pintle::signalWhenCaught(pid_, number); }
 
   private:
     pid_t pid_ = -1;
