@@ -92,14 +92,14 @@ class FakeStatusBar : public StatusBar {
         }
         std::string description() const override { return "<StatusItem: fake>"; }
         bool hasButton() const override { return bar_.button; }
-        void setImage(const StatusItemImage& image) override {
-            bar_.say(fmt::format("setImage {} \"{}\" template={}", image.symbol,
-                                 image.accessibilityDescription, image.isTemplate));
-            bar_.image = image;
+        void setImage(const StatusItemImage& given) override {
+            bar_.say(fmt::format("setImage {} \"{}\" template={}", given.symbol,
+                                 given.accessibilityDescription, given.isTemplate));
+            bar_.image = given;
         }
-        void setAction(Action action) override {
+        void setAction(Action given) override {
             bar_.say("setAction");
-            bar_.action = std::move(action);
+            bar_.action = std::move(given);
         }
         void setActivation(std::function<void()> activated) override {
             bar_.say("setActivation");
@@ -153,10 +153,10 @@ class FakePopovers : public Popovers {
         explicit Panel(FakePopovers& popovers) : popovers_(popovers) {}
         ~Panel() override { popovers_.shown = false; }
         bool isShown() const override { return popovers_.shown; }
-        void show(const StatusItem&, const Rect& frame) override {
-            popovers_.transcript_.push_back("popover show " + inWords(frame));
+        void show(const StatusItem&, const Rect& where) override {
+            popovers_.transcript_.push_back("popover show " + inWords(where));
             popovers_.shown = true;
-            popovers_.frame = frame;
+            popovers_.frame = where;
         }
         void close() override {
             popovers_.transcript_.emplace_back("popover close");

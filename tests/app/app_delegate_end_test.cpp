@@ -6,9 +6,7 @@
 namespace pintle {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 const std::vector<std::string> kOverlayStopped = {
     "overlay deactivate", "overlay showSystemCursorGuaranteed", "overlay destroyWindows",

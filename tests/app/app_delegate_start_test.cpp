@@ -6,10 +6,8 @@
 namespace pintle {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 struct StartTest : testing::Test, ShellWorld {
     /// Without the rows of the catalog and without the folder of this run.
