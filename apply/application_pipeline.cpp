@@ -59,9 +59,10 @@ void ApplicationPipeline::applyTheme(const CursorThemeInfo& theme) {
     to_.log.system(fmt::format("[APPLY] Applying theme: {} at scale: {}", theme.name, shortestDouble(scale)));
     const auto folder = to_.store.themesDirectory() / theme.id;
     const auto generation = generations_->take();
+    ++applying_[theme.id];
     to_.mainQueue.post(lifetime_.weakly([this, folder, scale, generation, id = theme.id] {
         applyCursorFromThemeAsync(folder, scale, CacheUse::yes, generation, [this, id](bool applied) {
-            to_.themes.setApplying(id, false);
+            applyEnded(id);
             to_.log.system(fmt::format("[APPLY] Theme applied: {}", applied ? "SUCCESS" : "FAILED"));
         });
     }));
@@ -73,6 +74,12 @@ void ApplicationPipeline::record(const CursorThemeInfo& theme, int resetsBefore)
     to_.settings.setCurrentThemeId(theme.id);
     setCurrentTheme(theme);
     to_.themes.setApplying(theme.id, true);
+}
+
+void ApplicationPipeline::applyEnded(const std::string& id) {
+    if (--applying_[id] > 0) return;
+    applying_.erase(id);
+    to_.themes.setApplying(id, false);
 }
 
 void ApplicationPipeline::applyThemeWithScale(const CursorThemeInfo& theme, double scale) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -71,6 +72,7 @@ class ApplicationPipeline {
     using Done = std::function<void(bool)>;
 
     void record(const CursorThemeInfo& theme, int resetsBefore);
+    void applyEnded(const std::string& id);
     void scaleChanged(double scale);
     void applyCursorFromThemeAsync(const std::filesystem::path& themeFolder, double scale, CacheUse useCache,
                                    std::int64_t generation, Done done);
@@ -86,6 +88,8 @@ class ApplicationPipeline {
     /// Tells a request that waits to be recorded whether a reset came after it.
     int resets_ = 0;
     std::optional<CursorThemeInfo> currentTheme_;
+    /// How many apply requests of a theme have not ended; its applying mark ends with the last.
+    std::map<std::string, int> applying_;
 
     /// Parsed images of the cached theme, by X11 name; no name stands twice.
     NamedImages cachedCursorData_;

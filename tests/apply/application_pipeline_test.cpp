@@ -126,6 +126,29 @@ TEST_F(PipelineTest, AnApplyThatIsOvertakenWhileItReadsAppliesNothing) {
         EXPECT_EQ(CursorWorld::colour(registered), kBananaColour);
 }
 
+TEST_F(PipelineTest, TheApplyingMarkEndsWithTheLastOfTwoAppliesOfOneTheme) {
+    world.scheduler.holdBackground(true);
+    apply(kIce);
+    apply(kIce);
+    world.scheduler.holdBackground(false);
+    while (!world.log.has("[APPLY] Theme applied: FAILED")) ASSERT_TRUE(world.scheduler.step());
+    EXPECT_TRUE(world.theme(kIce).isApplying);
+    EXPECT_FALSE(world.log.has("[APPLY] Theme applied: SUCCESS"));
+    while (!world.log.has("[APPLY] Theme applied: SUCCESS")) ASSERT_TRUE(world.scheduler.step());
+    EXPECT_FALSE(world.theme(kIce).isApplying);
+}
+
+TEST_F(PipelineTest, AnApplyOfAnotherThemeDoesNotKeepTheApplyingMarkOfTheFirst) {
+    world.scheduler.holdBackground(true);
+    apply(kIce);
+    world.pipeline.applyTheme(world.theme(kBanana));
+    world.scheduler.holdBackground(false);
+    while (!world.log.has("[APPLY] Theme applied: FAILED")) ASSERT_TRUE(world.scheduler.step());
+    EXPECT_FALSE(world.theme(kIce).isApplying);
+    world.scheduler.runUntilIdle();
+    EXPECT_FALSE(world.theme(kBanana).isApplying);
+}
+
 TEST_F(PipelineTest, AResetWhileAThemeLoadsLetsTheLoadApplyNothing) {
     world.scheduler.holdBackground(true);
     apply(kIce);
