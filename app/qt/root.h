@@ -3,11 +3,18 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 
+#include "app/app_delegate.h"
 #include "app/composition.h"
 #include "platform/main_queue.h"
 
 namespace pintle {
+
+/// Before the toolkit's application object: how it draws and what the program is called. A sentence for the
+/// user when there is no desktop here to run on; then that object must not be made.
+[[nodiscard]] std::optional<std::string> prepareToolkit();
 
 class Root {
   public:
@@ -16,8 +23,8 @@ class Root {
     Root(const Root&) = delete;
     Root& operator=(const Root&) = delete;
 
-    /// Brings the program up to the point where it waits for events. False when another copy runs: then
-    /// nothing was touched and the program ends.
+    /// Brings the program up to the point where it waits for events. False when another copy runs: that one
+    /// was told, nothing was touched, and the program ends.
     [[nodiscard]] bool start();
 
     MainQueue& mainQueue();
@@ -26,9 +33,12 @@ class Root {
   private:
     struct Early;
     struct Desktop;
+    ShellPlatform makeDesktop();
+
     std::unique_ptr<Early> early_;
     std::unique_ptr<Desktop> desktop_;
     std::unique_ptr<Composition> composition_;
+    std::unique_ptr<AppDelegate> delegate_;
 };
 
 }  // namespace pintle

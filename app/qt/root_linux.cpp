@@ -1,8 +1,14 @@
-#include <QCoreApplication>
+#include <QApplication>
+#include <QIcon>
+#include <cstdlib>
+#include <utility>
 
+#include "app/qt/plain_views.h"
 #include "app/qt/root.h"
+#include "app/update_answers.h"
 #include "apply/cursor_overlay_manager.h"
 #include "apply/null_overlay.h"
+#include "platform/linux/appearance/linux_appearance.h"
 #include "platform/linux/archiver.h"
 #include "platform/linux/dbus_instance_bus.h"
 #include "platform/linux/hardware_cursor.h"
@@ -14,6 +20,8 @@
 #include "platform/linux/overlay/screen_watch.h"
 #include "platform/linux/plist_coder.h"
 #include "platform/linux/plist_key_value_store.h"
+#include "platform/linux/shell/desktop_notifications.h"
+#include "platform/linux/shell/x11_shell.h"
 #include "platform/linux/signal_recovery.h"
 #include "platform/linux/user_directories.h"
 #include "platform/linux/workspace/linux_workspace.h"
@@ -24,6 +32,12 @@
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_process_runner.h"
 #include "platform/qt/qt_socket_watch.h"
+#include "platform/qt/shell/qt_alerts.h"
+#include "platform/qt/shell/qt_application.h"
+#include "platform/qt/shell/qt_event_monitors.h"
+#include "platform/qt/shell/qt_popovers.h"
+#include "platform/qt/shell/qt_status_bar.h"
+#include "platform/qt/shell/qt_windows.h"
 
 namespace pintle {
 
@@ -40,29 +54,49 @@ struct Root::Early {
     std::unique_ptr<LoginItemService> loginItems = makeAbsentLoginItemService();
     std::unique_ptr<LoginAgent> autostart =
         makeAutostartEntry(makePreferencePath(environment, bundle).parent_path());
+    std::unique_ptr<Application> application = makeQtApplication({showDesktopNotification});
 };
 
 namespace {
 
-// Until there is a menu nobody asks for an answer; one that came all the same is told in the log.
-class AnswersInLog : public UpdateChecker::Mediator {
-  public:
-    explicit AnswersInLog(Log& log) : log_(log) {}
-    void activateIgnoringOtherApps() override {}
-    void runAlert(const UpdateAlert& alert, std::function<void(int)>) override {
-        log_.system("[UI] " + alert.message + ". " + alert.informativeText);
+ShellDesktop makeShellDesktop(X11Shell& x) {
+    ShellDesktop desktop;
+    if (auto* const presses = x.presses()) {
+        desktop.watchPresses = [presses](auto handler) { return presses->observe(std::move(handler)); };
+        desktop.currentPress = [&x] { return x.currentPress(); };
     }
-    void openUrl(const std::string& url) override { log_.system("[UI] " + url); }
-
-  private:
-    Log& log_;
-};
+    desktop.trayHosts = [&x] { return TrayHosts{x.hasNotifierHost(), x.hasEmbeddingTray()}; };
+    desktop.observeTrayHosts = [&x](auto changed) { return x.observeTrays(std::move(changed)); };
+    desktop.panelLook = [&x](NativeWindow icon) -> std::optional<PanelLook> {
+        const auto ground = x.groundOf(icon);
+        if (!ground) return std::nullopt;
+        return PanelLook{ground->dark, ground->foreground};
+    };
+    desktop.activate = toolkit_windows::activate;
+    desktop.leaveTaskbar = toolkit_windows::leaveTaskbar;
+    desktop.setInputArea = [](NativeWindow window, const QRect& area) {
+        toolkit_windows::setInputArea(window, area.x(), area.y(), area.width(), area.height());
+    };
+    const auto margins = [](const panels::Insets& insets) {
+        return QMargins(insets.left, insets.top, insets.right, insets.bottom);
+    };
+    desktop.frameExtents = [margins](NativeWindow window) {
+        return margins(toolkit_windows::frameExtents(window));
+    };
+    desktop.panelInsets = [&x, margins](const QString& screen) -> std::optional<QMargins> {
+        const auto insets = x.insetsOf(screen.toStdString());
+        if (!insets) return std::nullopt;
+        return margins(*insets);
+    };
+    return desktop;
+}
 
 }  // namespace
 
 struct Root::Desktop {
     explicit Desktop(Early& early)
-        : updateAnswers(*early.log),
+        : x11Shell({std::nullopt, *early.queue, watcherOn(*early.queue), ownWindows}),
+          shellDesktop(makeShellDesktop(x11Shell)),
           http(makeQtHttpClient(*early.queue)),
           processes(makeQtProcessRunner(*early.queue, linuxArchiver())),
           windowServer(makeX11WindowServer(X11WindowServerOptions{
@@ -76,7 +110,15 @@ struct Root::Desktop {
           })),
           workspace(makeLinuxWorkspace({std::nullopt, *early.queue, watcherOn(*early.queue)})),
           overlay(makeOverlayDesktop({std::nullopt, *early.queue, *workspace, watcherOn(*early.queue),
-                                      overlay::makeScreenWatch(*early.queue, *early.background)})) {}
+                                      overlay::makeScreenWatch(*early.queue, *early.background)})),
+          appearance(makeLinuxAppearance({std::nullopt, *early.queue, watcherOn(*early.queue)})),
+          views(makePlainViews()),
+          alerts(makeQtAlerts(*views, *early.queue, shellDesktop)),
+          updateAnswers(*early.application, *alerts),
+          statusBar(makeQtStatusBar(*appearance, shellDesktop)),
+          popovers(makeQtPopovers(*views, *appearance, shellDesktop)),
+          windows(makeQtWindows(*views, shellDesktop)),
+          eventMonitors(makeQtEventMonitors(shellDesktop)) {}
 
     static std::function<Subscription(int, std::function<void()>)> watcherOn(MainQueue& queue) {
         return [&queue](int descriptor, std::function<void()> readable) {
@@ -91,7 +133,10 @@ struct Root::Desktop {
             *workspace, overlay->pointer(), *hardwareCursor, overlay->accessibility(), settings, names});
     }
 
-    AnswersInLog updateAnswers;
+    ShellPlatform shell() { return {*statusBar, *popovers, *windows, *eventMonitors}; }
+
+    X11Shell x11Shell;
+    const ShellDesktop shellDesktop;
     std::unique_ptr<HttpClient> http;
     std::unique_ptr<ProcessRunner> processes;
     std::unique_ptr<WindowServer> windowServer;
@@ -101,24 +146,79 @@ struct Root::Desktop {
     DesktopNames names = makeLinuxDesktopNames();
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<OverlayDesktop> overlay;
+    std::unique_ptr<Appearance> appearance;
+    std::unique_ptr<ShellViews> views;
+    std::unique_ptr<Alerts> alerts;
+    UpdateAnswers updateAnswers;
+    std::unique_ptr<StatusBar> statusBar;
+    std::unique_ptr<Popovers> popovers;
+    std::unique_ptr<Windows> windows;
+    std::unique_ptr<EventMonitors> eventMonitors;
 };
+
+namespace {
+
+// The toolkit ends the process by exit() when the X server goes away, past every object of this program.
+KeyValueStore* preferencesAtExit = nullptr;
+
+void writePreferences() {
+    if (preferencesAtExit) preferencesAtExit->synchronize();
+}
+
+}  // namespace
+
+std::optional<std::string> prepareToolkit() {
+    // On a Wayland desktop too: nobody there may place a window or see where the pointer is.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        if (!displayAnswers(std::nullopt))
+            return "Pintle needs a desktop: no X server answers at the display \"" +
+                   qEnvironmentVariable("DISPLAY").toStdString() + "\".";
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    QCoreApplication::setApplicationName(QStringLiteral("pintle"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.pintle.app"));
+    // Built in; the menu needs no other, and one would be looked for in a file of its own.
+    QApplication::setStyle(QStringLiteral("fusion"));
+    return std::nullopt;
+}
 
 Root::Root()
     : early_(std::make_unique<Early>()),
       composition_(std::make_unique<Composition>(
-          EarlyPlatform{*early_->log, *early_->preferences, *early_->instances})) {}
+          EarlyPlatform{*early_->log, *early_->preferences, *early_->instances})) {
+    const auto program = early_->bundle.executable.string();
+    delegate_ = std::make_unique<AppDelegate>(AppDelegate::Neighbours{
+        .composition = *composition_,
+        .early = {*early_->log, *early_->preferences, *early_->instances},
+        .application = *early_->application,
+        .mainQueue = *early_->queue,
+        .bundle = early_->bundle,
+        .login = {*early_->loginItems,
+                  *early_->autostart,
+                  LoginAgentRole::standsInForService,
+                  {program, program.empty() ? std::nullopt : std::optional(program)}},
+        .placement = PlacementPolicy::insideWorkArea,
+        // The server draws a hidden pointer again by itself when the connection that hid it goes.
+        .installSignalRecovery = [] { installSignalRecovery(nullptr); },
+        .makeDesktop = [this] { return makeDesktop(); },
+    });
+    preferencesAtExit = early_->preferences.get();
+    static const int registered = std::atexit(writePreferences);
+    (void)registered;
+}
 
-Root::~Root() { early_->preferences->synchronize(); }
+Root::~Root() {
+    preferencesAtExit = nullptr;
+    delegate_.reset();
+    early_->preferences->synchronize();
+}
 
 bool Root::start() {
-    if (composition_->anotherCopyRuns()) return false;
-    const auto program = early_->bundle.executable.string();
-    composition_->refreshLoginItem({*early_->loginItems,
-                                    *early_->autostart,
-                                    LoginAgentRole::standsInForService,
-                                    {program, program.empty() ? std::nullopt : std::optional(program)}});
-    // The server draws a hidden pointer again by itself when the connection that hid it goes.
-    installSignalRecovery(nullptr);
+    delegate_->applicationDidFinishLaunching();
+    return !delegate_->isRedundant();
+}
+
+ShellPlatform Root::makeDesktop() {
     desktop_ = std::make_unique<Desktop>(*early_);
     composition_->build(
         Platform{
@@ -139,12 +239,7 @@ bool Root::start() {
             .mirror = early_->environment("PINTLE_MIRROR"),
         },
         desktop_->makeOverlay(*early_, composition_->settings()));
-    composition_->overlay().showSystemCursorGuaranteed();
-    composition_->viewModel().applyLastUsedTheme();
-    early_->log->system("[PINTLEAPP] applyLastCursor() DONE");
-    early_->log->system("[PINTLEAPP] applyLastCursor() DONE");
-    composition_->updateChecker().start();
-    return true;
+    return desktop_->shell();
 }
 
 MainQueue& Root::mainQueue() { return *early_->queue; }

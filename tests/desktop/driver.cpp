@@ -3,7 +3,7 @@
 // answered on standard output by "ok COMMAND" once it is accepted, or by "error REASON". Never installed.
 #include <unistd.h>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -88,9 +88,13 @@ class Driver {
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
+    if (const auto obstacle = pintle::prepareToolkit()) {
+        std::fprintf(stderr, "%s\n", obstacle->c_str());
+        return 1;
+    }
+    QApplication application(argc, argv);
     pintle::Root root;
     if (!root.start()) return 3;
     const Driver driver(root);
-    return QCoreApplication::exec();
+    return QApplication::exec();
 }

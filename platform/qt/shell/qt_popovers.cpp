@@ -1,0 +1,130 @@
+#include "platform/qt/shell/qt_popovers.h"
+
+#include <QBitmap>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QRegion>
+#include <optional>
+#include <utility>
+
+#include "base/subscription.h"
+#include "platform/qt/shell/shell_geometry.h"
+#include "platform/qt/shell/window_host.h"
+
+namespace pintle {
+namespace {
+
+QRegion roundedRectangle(const QSize& size, int radius) {
+    QBitmap drawn(size);
+    drawn.clear();
+    QPainter painter(&drawn);
+    painter.setBrush(Qt::color1);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
+    painter.end();
+    return QRegion(drawn);
+}
+
+class QtPopover : public Popover {
+  public:
+    QtPopover(const PopoverSpec& spec, ShellViews& views, Appearance& appearance, const ShellDesktop& desktop)
+        : spec_(spec), views_(views), appearance_(appearance), desktop_(desktop) {
+        views_.setComposited(appearance_.look().blendsWindows);
+        looks_ = appearance_.observe([this] { follow(); });
+    }
+    ~QtPopover() override { close(); }
+
+    bool isShown() const override { return host_ && host_->isVisible(); }
+    void show(const StatusItem&, const Rect& frame) override {
+        frame_ = frame;
+        if (!host_ && !open()) return;
+        place();
+        if (!isShown()) views_.popoverWillShow(spec_.animates);
+        host_->showInFront();
+        limitInput();
+    }
+    void close() override {
+        if (!isShown()) return;
+        host_->hide();
+        views_.popoverDidHide();
+    }
+
+  private:
+    bool open() {
+        auto* const view = views_.popover();
+        if (!view) return false;
+        view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        view->setTitle(QStringLiteral("Pintle"));
+        host_.emplace(*view, desktop_, [this] { views_.popoverDidHide(); });
+        // Where presses elsewhere cannot be seen, the loss of the keyboard stands in for them.
+        if (spec_.transient && !desktop_.watchPresses)
+            QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &*host_, [this](QWindow* focused) {
+                if (!focused) close();
+            });
+        return true;
+    }
+    bool isComposited() const { return appearance_.look().blendsWindows; }
+    void follow() {
+        if (std::exchange(composited_, isComposited()) == composited_) return;
+        views_.setComposited(composited_);
+        if (!isShown()) return;
+        place();
+        limitInput();
+    }
+    void place() {
+        auto* const view = host_->view();
+        if (!view) return;
+        const QRect panel = shell::pixelsFrom(frame_);
+        const PopoverShape shape = views_.popoverShape();
+        shadow_ = composited_ ? shape.shadow : QMargins();
+        const QRect window = panel.marginsAdded(shadow_);
+        view->setMinimumSize(window.size());
+        view->setMaximumSize(window.size());
+        view->setGeometry(window);
+        view->setMask(composited_ || shape.cornerRadius == 0
+                          ? QRegion()
+                          : roundedRectangle(window.size(), shape.cornerRadius));
+    }
+    /// A press on the shadow is a press on what lies below it.
+    void limitInput() {
+        auto* const view = host_->view();
+        if (!view || !desktop_.setInputArea) return;
+        const QRect panel = QRect(QPoint(), view->size()).marginsRemoved(shadow_);
+        const qreal ratio = view->devicePixelRatio();
+        desktop_.setInputArea(view->winId(),
+                              QRect((QPointF(panel.topLeft()) * ratio).toPoint(), panel.size() * ratio));
+    }
+
+    const PopoverSpec spec_;
+    ShellViews& views_;
+    Appearance& appearance_;
+    const ShellDesktop& desktop_;
+    Rect frame_;
+    QMargins shadow_;
+    bool composited_ = appearance_.look().blendsWindows;
+    std::optional<shell::WindowHost> host_;
+    Subscription looks_;
+};
+
+class QtPopovers : public Popovers {
+  public:
+    QtPopovers(ShellViews& views, Appearance& appearance, const ShellDesktop& desktop)
+        : views_(views), appearance_(appearance), desktop_(desktop) {}
+    std::unique_ptr<Popover> makePopover(const PopoverSpec& spec) override {
+        return std::make_unique<QtPopover>(spec, views_, appearance_, desktop_);
+    }
+
+  private:
+    ShellViews& views_;
+    Appearance& appearance_;
+    const ShellDesktop& desktop_;
+};
+
+}  // namespace
+
+std::unique_ptr<Popovers> makeQtPopovers(ShellViews& views, Appearance& appearance,
+                                         const ShellDesktop& desktop) {
+    return std::make_unique<QtPopovers>(views, appearance, desktop);
+}
+
+}  // namespace pintle

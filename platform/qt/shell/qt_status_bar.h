@@ -1,0 +1,20 @@
+// The tray icon: one of the desktop's session bus where a host listens there, else a window inside the
+// panel. Made by the root. Main thread only.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/appearance.h"
+#include "platform/qt/shell/shell_desktop.h"
+#include "platform/status_item.h"
+
+namespace pintle {
+
+/// Both must outlive the bar and its items.
+std::unique_ptr<StatusBar> makeQtStatusBar(Appearance& appearance, const ShellDesktop& desktop);
+
+/// The visible windows of this program by their numbers, without the icon in a panel.
+std::vector<NativeWindow> ownWindows();
+
+}  // namespace pintle

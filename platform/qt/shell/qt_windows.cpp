@@ -1,0 +1,126 @@
+#include "platform/qt/shell/qt_windows.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/qt/shell/shell_geometry.h"
+#include "platform/qt/shell/window_host.h"
+
+namespace pintle {
+namespace {
+
+constexpr unsigned kClosable = 2;
+
+QMargins scaledDown(const QMargins& pixels, qreal ratio) {
+    const auto scaled = [ratio](int value) { return static_cast<int>(std::ceil(value / ratio)); };
+    return {scaled(pixels.left()), scaled(pixels.top()), scaled(pixels.right()), scaled(pixels.bottom())};
+}
+
+class QtShellWindow : public ShellWindow {
+  public:
+    QtShellWindow(const WindowSpec& spec, QWindow& view, const ShellDesktop& desktop)
+        : content_(qRound(spec.contentSize.width), qRound(spec.contentSize.height)),
+          host_(view, desktop, {}) {
+        Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
+        if (spec.styleMask & kClosable) flags |= Qt::WindowCloseButtonHint;
+        if (spec.showsMiniaturizeAndZoom) flags |= Qt::WindowMinMaxButtonsHint;
+        view.setFlags(flags);
+        view.setTitle(QString::fromStdString(spec.title));
+        view.create();
+        if (desktop.frameExtents)
+            expected_ = scaledDown(desktop.frameExtents(view.winId()), view.devicePixelRatio());
+        frame_ = QRect(QPoint(), content_).marginsAdded(expected_);
+        // What the window manager has really drawn is known after it has drawn it.
+        const auto changed = [this] { follow(); };
+        QObject::connect(&view, &QWindow::visibilityChanged, &host_, changed);
+        QObject::connect(&view, &QWindow::xChanged, &host_, changed);
+        QObject::connect(&view, &QWindow::yChanged, &host_, changed);
+        applyFrame();
+    }
+
+    bool isVisible() const override { return host_.isVisible(); }
+    bool isKey() const override { return host_.view() && QGuiApplication::focusWindow() == host_.view(); }
+    Rect frame() const override {
+        return shell::pointsFrom(isVisible() ? host_.view()->frameGeometry() : frame_);
+    }
+    void setFrame(const Rect& frame) override {
+        frame_ = shell::pixelsFrom(frame);
+        applyFrame();
+    }
+    void makeKeyAndOrderFront() override { host_.showInFront(); }
+    void close() override { host_.hide(); }
+
+  private:
+    QMargins margins() const {
+        const QMargins drawn = host_.view()->frameMargins();
+        return drawn.isNull() ? expected_ : drawn;
+    }
+    /// The content is what the frame leaves; it scrolls when that is less than it wants.
+    void applyFrame() {
+        auto* const view = host_.view();
+        if (!view) return;
+        const QMargins around = margins();
+        const QSize size = frame_.marginsRemoved(around).size().expandedTo({1, 1});
+        view->setMinimumSize(size);
+        view->setMaximumSize(size);
+        view->resize(size);
+        view->setFramePosition(frame_.topLeft());
+        applied_ = around;
+    }
+    void follow() {
+        if (isVisible() && margins() != applied_) applyFrame();
+    }
+
+    const QSize content_;
+    shell::WindowHost host_;
+    QMargins expected_;
+    QMargins applied_;
+    /// With the window manager's drawing, as it was asked for.
+    QRect frame_;
+};
+
+class QtWindows : public Windows {
+  public:
+    QtWindows(ShellViews& views, const ShellDesktop& desktop) : views_(views), desktop_(desktop) {}
+
+    std::unique_ptr<ShellWindow> makeWindow(const WindowSpec& spec) override {
+        auto* const view = views_.window(spec.content);
+        if (!view) return nullptr;
+        return std::make_unique<QtShellWindow>(spec, *view, desktop_);
+    }
+    std::vector<ScreenArea> screens() const override {
+        std::vector<ScreenArea> areas;
+        // The primary screen comes first.
+        for (const auto* const screen : QGuiApplication::screens())
+            areas.push_back({shell::pointsFrom(screen->geometry()), shell::pointsFrom(workArea(*screen))});
+        return areas;
+    }
+    Point mouseLocation() const override { return shell::pointsFrom(QCursor::pos()); }
+
+  private:
+    QRect workArea(const QScreen& screen) const {
+        // With more than one screen the toolkit takes panels for work area.
+        if (desktop_.panelInsets)
+            if (const auto insets = desktop_.panelInsets(screen.name())) {
+                const QRect area =
+                    screen.geometry().marginsRemoved(scaledDown(*insets, screen.devicePixelRatio()));
+                if (area.isValid()) return area;
+            }
+        return screen.availableGeometry();
+    }
+
+    ShellViews& views_;
+    const ShellDesktop& desktop_;
+};
+
+}  // namespace
+
+std::unique_ptr<Windows> makeQtWindows(ShellViews& views, const ShellDesktop& desktop) {
+    return std::make_unique<QtWindows>(views, desktop);
+}
+
+}  // namespace pintle

@@ -1,0 +1,37 @@
+// What popover, windows and alerts have in common: a view that is hidden in place of being closed, and shown
+// with the keyboard. Main thread only.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWindow>
+#include <functional>
+
+#include "platform/qt/shell/shell_desktop.h"
+
+namespace pintle::shell {
+
+class WindowHost : public QObject {
+  public:
+    /// `closed` runs when the view was hidden by its own close() or by the desktop's close button. The view
+    /// stays its owner's.
+    WindowHost(QWindow& view, const ShellDesktop& desktop, std::function<void()> closed);
+    ~WindowHost() override;
+
+    /// Null once the owner has deleted it.
+    QWindow* view() const { return view_; }
+    bool isVisible() const { return view_ && view_->isVisible(); }
+    /// Shows it in front of everything, with the keyboard.
+    void showInFront();
+    void hide();
+
+  protected:
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+
+  private:
+    QPointer<QWindow> view_;
+    const ShellDesktop& desktop_;
+    const std::function<void()> closed_;
+};
+
+}  // namespace pintle::shell
