@@ -261,6 +261,16 @@ PINTLE_EXTERN NSString* const NSWorkspaceApplicationKey;
 @property(readonly, strong) NSNotificationCenter* notificationCenter;
 @property(nullable, readonly, strong) NSRunningApplication* frontmostApplication;
 - (BOOL)openURL:(NSURL*)url;
+@property(readonly) BOOL accessibilityDisplayShouldReduceMotion;
+@property(readonly) BOOL accessibilityDisplayShouldIncreaseContrast;
+@property(readonly) BOOL accessibilityDisplayShouldReduceTransparency;
+@end
+
+typedef NSString* NSAppearanceName;
+PINTLE_EXTERN NSAppearanceName const NSAppearanceNameAqua;
+PINTLE_EXTERN NSAppearanceName const NSAppearanceNameDarkAqua;
+@interface NSAppearance : NSObject
+- (nullable NSAppearanceName)bestMatchFromAppearancesWithNames:(NSArray<NSAppearanceName>*)names;
 @end
 
 typedef NSInteger NSApplicationActivationPolicy;
@@ -271,6 +281,7 @@ enum : NSApplicationActivationPolicy {
 };
 @interface NSApplication : NSResponder
 @property(nullable, readonly, strong) NSEvent* currentEvent;
+@property(readonly, strong) NSAppearance* effectiveAppearance;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)activate PINTLE_SINCE(14.0);
 - (void)activateIgnoringOtherApps:(BOOL)flag PINTLE_DEPRECATED(10.0, 14.0);

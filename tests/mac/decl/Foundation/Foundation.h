@@ -39,6 +39,7 @@ typedef struct {
 @interface NSString : NSObject
 + (nullable instancetype)stringWithUTF8String:(const char*)bytes;
 @property(nullable, readonly) const char* UTF8String;
+- (BOOL)isEqualToString:(NSString*)other;
 @end
 /// The class behind a literal.
 @interface NSConstantString : NSString
@@ -49,6 +50,7 @@ typedef struct {
 @end
 
 @interface NSArray<__covariant Element> : NSObject <NSFastEnumeration>
++ (instancetype)arrayWithObjects:(const Element _Nonnull[_Nullable])objects count:(NSUInteger)count;
 @property(readonly) NSUInteger count;
 @property(nullable, readonly) Element firstObject;
 - (Element)objectAtIndexedSubscript:(NSUInteger)index;
@@ -56,6 +58,20 @@ typedef struct {
 
 @interface NSDictionary<__covariant Key, __covariant Value> : NSObject
 - (nullable Value)objectForKeyedSubscript:(Key)key;
+@end
+
+typedef NSString* NSKeyValueChangeKey;
+typedef NSUInteger NSKeyValueObservingOptions;
+@interface NSObject (PintleKeyValueObserving)
+- (void)addObserver:(NSObject*)observer
+         forKeyPath:(NSString*)keyPath
+            options:(NSKeyValueObservingOptions)options
+            context:(nullable void*)context;
+- (void)removeObserver:(NSObject*)observer forKeyPath:(NSString*)keyPath;
+- (void)observeValueForKeyPath:(nullable NSString*)keyPath
+                      ofObject:(nullable id)object
+                        change:(nullable NSDictionary<NSKeyValueChangeKey, id>*)change
+                       context:(nullable void*)context;
 @end
 
 @interface NSError : NSObject
