@@ -11,6 +11,8 @@ T.Button {
     property string tip: text
     property real glyphSize: 20
     property bool danger: false
+    /// The glyph stands for what matters here and has the accent's colour.
+    property bool accented: false
     readonly property bool warned: danger && (hovered || pressed)
 
     implicitWidth: 28
@@ -25,7 +27,7 @@ T.Button {
             glyph: button.iconName
             symbol: button.symbol
             size: button.glyphSize
-            color: button.warned ? Theme.danger : (button.hovered || button.pressed ? Theme.text : Theme.text2)
+            color: button.warned ? Theme.danger : button.accented ? Theme.accent : (button.hovered || button.pressed ? Theme.text : Theme.text2)
         }
     }
     background: Item {

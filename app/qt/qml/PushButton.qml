@@ -8,6 +8,8 @@ T.Button {
     property string iconName
     property string symbol
     property bool danger: false
+    /// The answer that Return gives.
+    property bool prominent: false
     readonly property bool hasGlyph: iconName !== "" || symbol !== ""
 
     /// What the glyph and its gap take of the width.
@@ -42,14 +44,14 @@ T.Button {
                 font.family: Theme.family
                 font.pixelSize: Theme.sizeBody
                 font.weight: Font.Medium
-                color: button.danger ? Theme.dangerInk : Theme.text
+                color: button.danger ? Theme.dangerInk : button.prominent ? "#FFFFFF" : Theme.text
                 Accessible.ignored: true
             }
         }
     }
     background: Rectangle {
         radius: Theme.radiusInner
-        color: button.danger ? Theme.dangerSoft : Theme.well
+        color: button.danger ? Theme.dangerSoft : button.prominent ? Theme.accentFill : Theme.well
         Tint {
             visible: !button.danger
             radius: Theme.radiusInner

@@ -1,0 +1,14 @@
+// The models' texts in the user's language. Main thread only.
+#pragma once
+
+#include <QString>
+
+#include "app/user_text.h"
+
+namespace pintle {
+
+QString translated(const UserText& text);
+/// A source that takes nothing in the place of "%1".
+QString translated(std::string_view source);
+
+}  // namespace pintle
