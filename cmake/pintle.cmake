@@ -2,6 +2,9 @@
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 if(NOT CMAKE_BUILD_TYPE)
@@ -33,6 +36,10 @@ endif()
 
 find_package(fmt REQUIRED)
 find_package(Threads REQUIRED)
+
+# One number that grows with the version, because only builds are compared.
+math(EXPR PINTLE_BUILD
+    "${PROJECT_VERSION_MAJOR} * 10000 + ${PROJECT_VERSION_MINOR} * 100 + ${PROJECT_VERSION_PATCH}")
 
 # pintle_room(name SOURCES ... LINK ...): a static library pintle_<name>.
 function(pintle_room name)

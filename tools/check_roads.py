@@ -11,7 +11,7 @@ import re
 import sys
 
 ROW = ["base", "platform", "cursor", "settings", "themes", "apply", "app", "app/qt"]
-BACKENDS = ["platform/fake", "platform/qt", "platform/linux", "platform/mac"]
+BACKENDS = ["platform/fake", "platform/qt", "platform/posix", "platform/linux", "platform/mac"]
 #: What exists only to look at the rest, or to be pointed at by it.
 FREE = ["tests", "bench", "fuzz"]
 CORE = ROW[:-1]

@@ -3,6 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/mac/native_button.h"
+#include "platform/mac/ns_geometry.h"
 
 @interface PintlePopoverWatch : NSObject <NSPopoverDelegate>
 @property(nonatomic) std::function<void()> didClose;
@@ -52,7 +53,7 @@ class MacPopover : public Popover {
         NSViewController* const controller = [[NSViewController alloc] init];
         const NSSize size = popover_.contentSize;
         controller.view = [[NSView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)];
-        view.frame = controller.view.bounds;
+        view.frame = nsRect(views_.popoverFrame({size.width, size.height}));
         view.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
         [controller.view addSubview:view];
         popover_.contentViewController = controller;

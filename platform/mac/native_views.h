@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "base/geometry.h"
 #include "platform/windows.h"
 
 namespace pintle {
@@ -16,6 +17,9 @@ class NativeViews {
     virtual ~NativeViews() = default;
     /// Made at the first call, once.
     virtual NativeView popover() = 0;
+    /// Where the popover's view lies in a panel of that size, from the panel's lower-left corner: larger than
+    /// the panel by what the view draws around itself, which the panel cuts off.
+    virtual Rect popoverFrame(Size panel) = 0;
     /// Made at the first call for each content, once.
     virtual NativeView window(WindowContent content) = 0;
     /// Right before the view's window comes to the screen, and right after it went.

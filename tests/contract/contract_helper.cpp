@@ -16,7 +16,7 @@
 #include "platform/fake/virtual_scheduler.h"
 #include "platform/linux/plist_coder.h"
 #include "platform/linux/plist_key_value_store.h"
-#include "platform/linux/signal_recovery.h"
+#include "platform/posix/signal_recovery.h"
 #include "platform/qt/qt_main_queue.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/signal_recovery.h"
+#include "platform/posix/signal_recovery.h"
 
 #include <signal.h>
 

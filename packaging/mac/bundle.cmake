@@ -1,0 +1,38 @@
+# The application bundle on macOS. Targets: Pintle is the program in its bundle, for running from the build folder;
+# Pintle.app is the same with the toolkit inside and signed, for taking elsewhere.
+#
+# PINTLE_SIGN_IDENTITY names the certificate; "-" signs for this machine only. The desktop ties what the user has
+# allowed (accessibility, the login item) to the signature, and a signature for one machine changes with each build.
+set(PINTLE_SIGN_IDENTITY "-" CACHE STRING "Identity for codesign")
+set(identifier com.pintle.app)
+
+set(icon ${CMAKE_CURRENT_BINARY_DIR}/Pintle.icns)
+add_custom_command(OUTPUT ${icon}
+    COMMAND make_app_icon ${PROJECT_SOURCE_DIR}/app/qt/icons/app.svg ${icon}
+    DEPENDS make_app_icon ${PROJECT_SOURCE_DIR}/app/qt/icons/app.svg
+    VERBATIM)
+set_source_files_properties(${icon} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
+
+add_executable(Pintle MACOSX_BUNDLE main.cpp ${icon})
+target_link_libraries(Pintle PRIVATE pintle_root)
+set_target_properties(Pintle PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}
+    MACOSX_BUNDLE_INFO_PLIST ${PROJECT_SOURCE_DIR}/packaging/mac/Info.plist.in)
+
+get_target_property(qmake Qt6::qmake IMPORTED_LOCATION)
+get_filename_component(toolkit_programs ${qmake} DIRECTORY)
+find_program(PINTLE_MACDEPLOYQT macdeployqt HINTS ${toolkit_programs} REQUIRED)
+# The hardened run time refuses libraries of another team, and one machine's signature has none.
+set(hardened "")
+if(NOT PINTLE_SIGN_IDENTITY STREQUAL "-")
+    set(hardened --options runtime --timestamp)
+endif()
+set(bundle $<TARGET_BUNDLE_DIR:Pintle>)
+add_custom_target(Pintle.app
+    COMMAND ${PINTLE_MACDEPLOYQT} ${bundle} -qmldir=${PROJECT_SOURCE_DIR}/app/qt/qml
+        -codesign=${PINTLE_SIGN_IDENTITY}
+    COMMAND codesign --force ${hardened} --identifier ${identifier} --sign ${PINTLE_SIGN_IDENTITY} ${bundle}
+    COMMAND codesign --verify --deep --strict --verbose=1 ${bundle}
+    DEPENDS Pintle
+    COMMENT "Putting the toolkit into ${bundle} and signing it"
+    VERBATIM)

@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <QWindow>
+#include <string>
+#include <vector>
+
+#include "app/qt/native_views_qt.h"
+
+namespace pintle {
+namespace {
+
+class RecordingViews : public ShellViews {
+  public:
+    void setComposited(bool composited) override {
+        calls.push_back(composited ? "composited" : "not composited");
+    }
+    QWindow* popover() override {
+        calls.push_back("popover");
+        return canMake ? &popoverView : nullptr;
+    }
+    PopoverShape popoverShape() const override { return {QMargins(1, 2, 3, 4), 12}; }
+    void popoverWillShow(bool animates) override {
+        calls.push_back(animates ? "will show, animated" : "will show");
+    }
+    void popoverDidHide() override { calls.push_back("did hide"); }
+    QWindow* window(WindowContent content) override {
+        calls.push_back(content == WindowContent::settings ? "settings" : "about");
+        if (!canMake) return nullptr;
+        return content == WindowContent::settings ? &settingsView : &aboutView;
+    }
+    QWindow* alert(const Alert&, std::function<void(int)>) override { return nullptr; }
+
+    bool canMake = true;
+    QWindow popoverView;
+    QWindow settingsView;
+    QWindow aboutView;
+    std::vector<std::string> calls;
+};
+
+class NativeViewsTest : public testing::Test {
+  protected:
+    RecordingViews skin;
+    std::unique_ptr<NativeViews> views = makeNativeViews(skin);
+};
+
+using Calls = std::vector<std::string>;
+
+TEST_F(NativeViewsTest, EachViewIsAskedForOnce) {
+    const NativeView popover = views->popover();
+    const NativeView settings = views->window(WindowContent::settings);
+    const NativeView about = views->window(WindowContent::about);
+    EXPECT_EQ(views->popover(), popover);
+    EXPECT_EQ(views->window(WindowContent::settings), settings);
+    EXPECT_EQ(views->window(WindowContent::about), about);
+    EXPECT_NE(popover, settings);
+    EXPECT_NE(settings, about);
+    EXPECT_EQ(skin.calls, (Calls{"composited", "popover", "settings", "about"}));
+}
+
+TEST_F(NativeViewsTest, AViewThatCannotBeMadeIsNull) {
+    skin.canMake = false;
+    EXPECT_EQ(views->popover(), nullptr);
+    EXPECT_EQ(views->window(WindowContent::about), nullptr);
+}
+
+TEST_F(NativeViewsTest, ThePopoversViewIsLargerThanThePanelByItsShadow) {
+    EXPECT_EQ(views->popoverFrame({340, 520}), (Rect{{-1, -4}, {344, 526}}));
+}
+
+TEST_F(NativeViewsTest, OnlyThePopoverHearsOfItsShowingAndHiding) {
+    const NativeView popover = views->popover();
+    const NativeView settings = views->window(WindowContent::settings);
+    skin.calls.clear();
+    views->willShow(popover, true);
+    EXPECT_TRUE(skin.popoverView.isVisible());
+    views->didHide(popover);
+    EXPECT_FALSE(skin.popoverView.isVisible());
+    views->willShow(settings, true);
+    EXPECT_TRUE(skin.settingsView.isVisible());
+    views->didHide(settings);
+    EXPECT_FALSE(skin.settingsView.isVisible());
+    EXPECT_EQ(skin.calls, (Calls{"will show, animated", "did hide"}));
+}
+
+TEST_F(NativeViewsTest, AViewThatWantsToGoAwayClosesItsWindowAndStays) {
+    const NativeView settings = views->window(WindowContent::settings);
+    int closed = 0;
+    views->setClose(settings, [&] { ++closed; });
+    views->willShow(settings, false);
+    skin.settingsView.close();
+    EXPECT_EQ(closed, 1);
+    EXPECT_TRUE(skin.settingsView.isVisible());
+    EXPECT_NE(skin.settingsView.handle(), nullptr);
+}
+
+}  // namespace
+}  // namespace pintle
