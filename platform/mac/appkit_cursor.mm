@@ -149,6 +149,8 @@ std::vector<std::pair<std::string, CursorReading>> readStandardCursors() {
         {"vertical-text", readingOf(NSCursor.IBeamCursorForVerticalLayout)},
         {"pirate", readingOf(standard(StandardCursor::disappearingItem))},
     };
+// Older kits do not know these cursors.
+#if !defined(__MAC_OS_X_VERSION_MAX_ALLOWED) || __MAC_OS_X_VERSION_MAX_ALLOWED >= 150000
     if (@available(macOS 15, *)) {
         cursors.emplace_back("zoom-in", readingOf(NSCursor.zoomInCursor));
         cursors.emplace_back("zoom-out", readingOf(NSCursor.zoomOutCursor));
@@ -163,6 +165,7 @@ std::vector<std::pair<std::string, CursorReading>> readStandardCursors() {
             readingOf([NSCursor frameResizeCursorFromPosition:NSCursorFrameResizePositionTopRight
                                                  inDirections:both]));
     }
+#endif
     return cursors;
 }
 

@@ -25,7 +25,7 @@ class MacPropertyListCoder : public PropertyListCoder {
         const auto data = CfRef<CFDataRef>::adopt(
             CFDataCreate(kCFAllocatorDefault, bytes.data(), static_cast<CFIndex>(bytes.size())));
         if (!data) return std::nullopt;
-        CFPropertyListFormat format = 0;
+        CFPropertyListFormat format = kCFPropertyListBinaryFormat_v1_0;
         const auto list = CfRef<CFTypeRef>::adopt(CFPropertyListCreateWithData(
             kCFAllocatorDefault, data.get(), kCFPropertyListImmutable, &format, nullptr));
         // The service reads a third, older form that this program neither writes nor takes.

@@ -9,8 +9,12 @@
 
 typedef NSInteger NSModalResponse;
 enum : NSModalResponse { NSAlertFirstButtonReturn = 1000 };
-typedef NSUInteger NSRectEdge;
-enum : NSRectEdge { NSRectEdgeMinX = 0, NSRectEdgeMinY = 1, NSRectEdgeMaxX = 2, NSRectEdgeMaxY = 3 };
+enum NSRectEdge : NSUInteger {
+    NSRectEdgeMinX = 0,
+    NSRectEdgeMinY = 1,
+    NSRectEdgeMaxX = 2,
+    NSRectEdgeMaxY = 3
+};
 
 @interface NSColor : NSObject
 @property(class, readonly, strong) NSColor* clearColor;
@@ -32,8 +36,7 @@ enum : NSRectEdge { NSRectEdgeMinX = 0, NSRectEdgeMinY = 1, NSRectEdgeMaxX = 2, 
 - (void)drawInRect:(NSRect)rect;
 @end
 
-typedef NSUInteger NSCursorFrameResizePosition;
-enum : NSCursorFrameResizePosition {
+enum NSCursorFrameResizePosition : NSUInteger {
     NSCursorFrameResizePositionTopLeft = 3,
     NSCursorFrameResizePositionTopRight = 9,
 };
@@ -78,8 +81,7 @@ enum : NSCursorFrameResizeDirections { NSCursorFrameResizeDirectionsAll = 3 };
 @property(readonly, copy) NSDictionary<NSString*, id>* deviceDescription;
 @end
 
-typedef NSUInteger NSEventType;
-enum : NSEventType {
+enum NSEventType : NSUInteger {
     NSEventTypeLeftMouseDown = 1,
     NSEventTypeLeftMouseUp = 2,
     NSEventTypeRightMouseDown = 3,
@@ -166,8 +168,7 @@ enum : NSWindowStyleMask {
     NSWindowStyleMaskClosable = 2,
     NSWindowStyleMaskFullSizeContentView = 1 << 15,
 };
-typedef NSUInteger NSBackingStoreType;
-enum : NSBackingStoreType { NSBackingStoreBuffered = 2 };
+enum NSBackingStoreType : NSUInteger { NSBackingStoreBuffered = 2 };
 typedef NSUInteger NSWindowCollectionBehavior;
 enum : NSWindowCollectionBehavior {
     NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
@@ -175,10 +176,12 @@ enum : NSWindowCollectionBehavior {
     NSWindowCollectionBehaviorIgnoresCycle = 1 << 6,
     NSWindowCollectionBehaviorFullScreenAuxiliary = 1 << 8,
 };
-typedef NSInteger NSWindowTitleVisibility;
-enum : NSWindowTitleVisibility { NSWindowTitleVisible = 0, NSWindowTitleHidden = 1 };
-typedef NSUInteger NSWindowButton;
-enum : NSWindowButton { NSWindowCloseButton = 0, NSWindowMiniaturizeButton = 1, NSWindowZoomButton = 2 };
+enum NSWindowTitleVisibility : NSInteger { NSWindowTitleVisible = 0, NSWindowTitleHidden = 1 };
+enum NSWindowButton : NSUInteger {
+    NSWindowCloseButton = 0,
+    NSWindowMiniaturizeButton = 1,
+    NSWindowZoomButton = 2
+};
 typedef NSInteger NSWindowLevel;
 @protocol NSWindowDelegate <NSObject>
 @optional
@@ -222,8 +225,10 @@ typedef NSInteger NSWindowLevel;
 @property(strong) NSView* view;
 @end
 
-typedef NSInteger NSPopoverBehavior;
-enum : NSPopoverBehavior { NSPopoverBehaviorApplicationDefined = 0, NSPopoverBehaviorTransient = 1 };
+enum NSPopoverBehavior : NSInteger {
+    NSPopoverBehaviorApplicationDefined = 0,
+    NSPopoverBehaviorTransient = 1
+};
 @protocol NSPopoverDelegate <NSObject>
 @optional
 - (void)popoverDidClose:(NSNotification*)notification;
@@ -239,8 +244,7 @@ enum : NSPopoverBehavior { NSPopoverBehaviorApplicationDefined = 0, NSPopoverBeh
 - (void)close;
 @end
 
-typedef NSUInteger NSAlertStyle;
-enum : NSAlertStyle { NSAlertStyleWarning = 0, NSAlertStyleInformational = 1 };
+enum NSAlertStyle : NSUInteger { NSAlertStyleWarning = 0, NSAlertStyleInformational = 1 };
 @interface NSAlert : NSObject
 @property NSAlertStyle alertStyle;
 @property(copy) NSString* messageText;
@@ -273,8 +277,7 @@ PINTLE_EXTERN NSAppearanceName const NSAppearanceNameDarkAqua;
 - (nullable NSAppearanceName)bestMatchFromAppearancesWithNames:(NSArray<NSAppearanceName>*)names;
 @end
 
-typedef NSInteger NSApplicationActivationPolicy;
-enum : NSApplicationActivationPolicy {
+enum NSApplicationActivationPolicy : NSInteger {
     NSApplicationActivationPolicyRegular,
     NSApplicationActivationPolicyAccessory,
     NSApplicationActivationPolicyProhibited,

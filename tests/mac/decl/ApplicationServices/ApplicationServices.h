@@ -4,8 +4,7 @@
 #include <CoreGraphics/CoreGraphics.h>
 
 typedef const struct __AXUIElement* AXUIElementRef;
-typedef int32_t AXError;
-enum : AXError { kAXErrorSuccess = 0 };
+enum AXError : int32_t { kAXErrorSuccess = 0 };
 PINTLE_EXTERN Boolean AXIsProcessTrusted(void);
 PINTLE_EXTERN AXUIElementRef AXUIElementCreateSystemWide(void);
 PINTLE_EXTERN AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds);

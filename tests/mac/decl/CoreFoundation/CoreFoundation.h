@@ -60,8 +60,7 @@ PINTLE_EXTERN CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStri
                                        UInt8 lossByte, Boolean isExternal, UInt8* buffer, CFIndex capacity,
                                        CFIndex* used);
 
-typedef CFIndex CFNumberType;
-enum : CFNumberType { kCFNumberSInt64Type = 4, kCFNumberFloat64Type = 6, kCFNumberDoubleType = 13 };
+enum CFNumberType : CFIndex { kCFNumberSInt64Type = 4, kCFNumberFloat64Type = 6, kCFNumberDoubleType = 13 };
 PINTLE_EXTERN CFTypeID CFNumberGetTypeID(void);
 PINTLE_EXTERN CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
 PINTLE_EXTERN Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
@@ -120,8 +119,7 @@ PINTLE_EXTERN void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, cons
 PINTLE_EXTERN void CFDictionarySetValue(CFMutableDictionaryRef dictionary, const void* key,
                                         const void* value);
 
-typedef CFIndex CFPropertyListFormat;
-enum : CFPropertyListFormat {
+enum CFPropertyListFormat : CFIndex {
     kCFPropertyListXMLFormat_v1_0 = 100,
     kCFPropertyListBinaryFormat_v1_0 = 200,
 };
@@ -192,8 +190,7 @@ PINTLE_EXTERN void CFRunLoopAddTimer(CFRunLoopRef loop, CFRunLoopTimerRef timer,
 
 typedef void (*CFNotificationCallback)(CFNotificationCenterRef center, void* observer,
                                        CFNotificationName name, const void* object, CFDictionaryRef userInfo);
-typedef CFIndex CFNotificationSuspensionBehavior;
-enum : CFNotificationSuspensionBehavior { CFNotificationSuspensionBehaviorDeliverImmediately = 4 };
+enum CFNotificationSuspensionBehavior : CFIndex { CFNotificationSuspensionBehaviorDeliverImmediately = 4 };
 enum : CFOptionFlags { kCFNotificationDeliverImmediately = 1 };
 PINTLE_EXTERN CFNotificationCenterRef CFNotificationCenterGetDistributedCenter(void);
 PINTLE_EXTERN void CFNotificationCenterAddObserver(CFNotificationCenterRef center, const void* observer,

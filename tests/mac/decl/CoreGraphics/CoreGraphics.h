@@ -22,22 +22,17 @@ static inline CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat hei
     return CGRect{CGPoint{x, y}, CGSize{width, height}};
 }
 
-typedef int32_t CGError;
-enum : CGError { kCGErrorSuccess = 0 };
+enum CGError : int32_t { kCGErrorSuccess = 0 };
 
 typedef struct CGImage* CGImageRef;
 typedef struct CGColorSpace* CGColorSpaceRef;
 typedef struct CGDataProvider* CGDataProviderRef;
 typedef struct CGContext* CGContextRef;
 typedef uint32_t CGBitmapInfo;
-typedef uint32_t CGImageAlphaInfo;
-enum : CGImageAlphaInfo { kCGImageAlphaPremultipliedLast = 1 };
-typedef int32_t CGColorRenderingIntent;
-enum : CGColorRenderingIntent { kCGRenderingIntentDefault = 0 };
-typedef int32_t CGInterpolationQuality;
-enum : CGInterpolationQuality { kCGInterpolationHigh = 3 };
-typedef int32_t CGBlendMode;
-enum : CGBlendMode { kCGBlendModeCopy = 17 };
+enum CGImageAlphaInfo : uint32_t { kCGImageAlphaPremultipliedLast = 1 };
+enum CGColorRenderingIntent : int32_t { kCGRenderingIntentDefault = 0 };
+enum CGInterpolationQuality : int32_t { kCGInterpolationHigh = 3 };
+enum CGBlendMode : int32_t { kCGBlendModeCopy = 17 };
 typedef void (*CGDataProviderReleaseDataCallback)(void* info, const void* data, size_t size);
 
 PINTLE_EXTERN CGColorSpaceRef CGColorSpaceCreateDeviceRGB(void);
@@ -71,8 +66,7 @@ PINTLE_EXTERN CGError CGDisplayRemoveReconfigurationCallback(CGDisplayReconfigur
                                                              void* userInfo);
 
 typedef int32_t CGWindowLevel;
-typedef int32_t CGWindowLevelKey;
-enum : CGWindowLevelKey { kCGMaximumWindowLevelKey = 14 };
+enum CGWindowLevelKey : int32_t { kCGMaximumWindowLevelKey = 14 };
 PINTLE_EXTERN CGWindowLevel CGWindowLevelForKey(CGWindowLevelKey key);
 typedef uint32_t CGWindowID;
 typedef uint32_t CGWindowListOption;

@@ -116,8 +116,7 @@ enum : NSActivityOptions { NSActivityUserInitiated = 0x00FFFFFF };
 - (void)endActivity:(id<NSObject>)activity;
 @end
 
-typedef NSUInteger NSSearchPathDirectory;
-enum : NSSearchPathDirectory { NSApplicationSupportDirectory = 14 };
+enum NSSearchPathDirectory : NSUInteger { NSApplicationSupportDirectory = 14 };
 typedef NSUInteger NSSearchPathDomainMask;
 enum : NSSearchPathDomainMask { NSUserDomainMask = 1 };
 @interface NSFileManager : NSObject

@@ -5,8 +5,7 @@
 
 #pragma clang assume_nonnull begin
 
-typedef NSInteger SMAppServiceStatus;
-enum : SMAppServiceStatus {
+enum SMAppServiceStatus : NSInteger {
     SMAppServiceStatusNotRegistered,
     SMAppServiceStatusEnabled,
     SMAppServiceStatusRequiresApproval,
