@@ -21,7 +21,6 @@ T.Button {
     rightPadding: 12
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
-    opacity: enabled ? 1 : 0.45
     Accessible.name: text
 
     contentItem: Item {
@@ -44,7 +43,8 @@ T.Button {
                 font.family: Theme.family
                 font.pixelSize: Theme.sizeBody
                 font.weight: Font.Medium
-                color: button.danger ? Theme.dangerInk : button.prominent ? "#FFFFFF" : Theme.text
+                color: !button.enabled ? Theme.iconRest : button.danger ? Theme.dangerInk
+                     : button.prominent ? "#FFFFFF" : Theme.text
                 Accessible.ignored: true
             }
         }

@@ -15,6 +15,7 @@ T.Slider {
     rightPadding: 0
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
+    opacity: enabled ? 1 : 0.45
     snapMode: T.Slider.SnapAlways
     live: true
 

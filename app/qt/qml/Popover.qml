@@ -1,0 +1,206 @@
+// The popover: header, filter, list and footer on a panel that fills the window but for its shadow. Where room
+// is short or text is large, update, notice and filter scroll with the list.
+import QtQuick
+import QtQuick.Window
+import QtQuick.Templates as T
+import Pintle.Shell
+
+FocusScope {
+    id: root
+
+    required property var popover
+    /// Around the panel, for its shadow; 0 where the panel fills the window.
+    property int shadowMargin: 0
+    readonly property bool headScrolls: Theme.large || panel.height < 360
+
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
+    Keys.onEscapePressed: Window.window.close()
+
+    /// The view is about to be seen: from its start, with the active theme in view.
+    function willShow(animates: bool): void {
+        list.byKeyboard = false;
+        list.forceActiveFocus(Qt.OtherFocusReason);
+        const active = root.popover.rows.activeRow;
+        list.currentIndex = Math.max(0, active);
+        if (active > 0) list.positionViewAtIndex(active, ListView.Contain);
+        else list.positionViewAtBeginning();
+        if (animates && Theme.motion && Appearance.blendsWindows) entrance.restart();
+    }
+
+    ParallelAnimation {
+        id: entrance
+        NumberAnimation { target: panel; property: "opacity"; from: 0; to: 1; duration: Theme.quick; easing.type: Easing.OutQuad }
+        NumberAnimation { target: rise; property: "y"; from: -6; to: 0; duration: Theme.slide; easing.type: Easing.OutCubic }
+    }
+
+    BorderImage {
+        anchors.fill: parent
+        visible: root.shadowMargin > 0
+        opacity: panel.opacity
+        source: root.shadowMargin > 0 ? "image://shadow/" + (Theme.dark ? "dark" : "light") : ""
+        border.left: 40
+        border.right: 40
+        border.top: 40
+        border.bottom: 40
+        Accessible.ignored: true
+    }
+
+    Rectangle {
+        id: panel
+        x: root.shadowMargin
+        y: root.shadowMargin
+        width: root.width - 2 * root.shadowMargin
+        height: root.height - 2 * root.shadowMargin
+        radius: Theme.radius
+        color: Theme.bg
+        transform: Translate { id: rise }
+
+        PopoverHeader {
+            id: header
+            width: parent.width
+            popover: root.popover
+            showsUpdate: !root.headScrolls
+        }
+        Loader {
+            id: fixedHead
+            anchors.top: header.bottom
+            width: parent.width
+            active: !root.headScrolls
+            sourceComponent: head
+        }
+
+        Component {
+            id: head
+            Item {
+                width: panel.width
+                implicitHeight: headColumn.implicitHeight + 8
+                Column {
+                    id: headColumn
+                    x: 12
+                    width: parent.width - 24
+                    spacing: 8
+                    UpdateButton {
+                        width: parent.width
+                        wide: true
+                        visible: root.headScrolls && text !== ""
+                        text: root.popover.update
+                        iconName: root.popover.updateIcon
+                        onClicked: root.popover.openDownloadPage()
+                    }
+                    Notice {
+                        width: parent.width
+                        visible: text !== ""
+                        text: root.popover.unavailable
+                    }
+                    SegmentedBar {
+                        width: parent.width
+                        columns: Theme.large ? 2 : entries.length
+                        entries: root.popover.filters
+                        current: root.popover.filter
+                        Accessible.name: root.popover.filterName
+                        onChosen: index => {
+                            root.popover.selectFilter(index);
+                            list.showFromStart();
+                        }
+                    }
+                }
+            }
+        }
+
+        ListView {
+            id: list
+
+            /// Whether the last move was the keyboard's: then the current row shows the focus.
+            property bool byKeyboard: false
+
+            anchors.top: fixedHead.active ? fixedHead.bottom : header.bottom
+            anchors.bottom: footer.top
+            anchors.left: parent.left
+            anchors.right: parent.right
+            clip: true
+            activeFocusOnTab: true
+            reuseItems: true
+            cacheBuffer: 104
+            boundsBehavior: Flickable.StopAtBounds
+            keyNavigationEnabled: false
+            highlightMoveDuration: 0
+            model: root.popover.rows
+            header: root.headScrolls ? head : null
+            Accessible.role: Accessible.List
+            Accessible.name: root.popover.listName
+
+            onActiveFocusChanged: if (!activeFocus) byKeyboard = false
+
+            function showFromStart(): void {
+                currentIndex = count > 0 ? 0 : -1;
+                positionViewAtBeginning();
+                if (Theme.motion) fade.restart();
+            }
+            function go(to: int): void {
+                byKeyboard = true;
+                if (count === 0) return;
+                currentIndex = Math.max(0, Math.min(count - 1, to));
+                if (currentIndex === 0) positionViewAtBeginning();
+                else positionViewAtIndex(currentIndex, ListView.Contain);
+            }
+            readonly property int page: Math.max(1, Math.floor(height / 52) - 1)
+
+            Keys.onPressed: event => {
+                switch (event.key) {
+                case Qt.Key_Down: go(currentIndex + 1); break;
+                case Qt.Key_Up: go(currentIndex - 1); break;
+                case Qt.Key_Home: go(0); break;
+                case Qt.Key_End: go(count - 1); break;
+                case Qt.Key_PageDown: go(currentIndex + page); break;
+                case Qt.Key_PageUp: go(currentIndex - page); break;
+                case Qt.Key_Tab:
+                case Qt.Key_Backtab: return;
+                default: byKeyboard = true; return;
+                }
+                event.accepted = true;
+            }
+
+            NumberAnimation {
+                id: fade
+                target: list.contentItem
+                property: "opacity"
+                from: 0
+                to: 1
+                duration: Theme.slide
+                easing.type: Easing.OutCubic
+            }
+
+            delegate: ThemeRow {
+                x: 8
+                width: ListView.view.width - 16
+                popover: root.popover
+                byKeyboard: list.byKeyboard
+                onTapped: {
+                    list.currentIndex = index;
+                    root.popover.tap(themeId);
+                }
+                onDeleteAsked: root.popover.deleteTheme(themeId)
+                onPressed: list.byKeyboard = false
+            }
+
+            T.ScrollBar.vertical: Scroller {}
+        }
+
+        PopoverFooter {
+            id: footer
+            anchors.bottom: parent.bottom
+            width: parent.width
+            popover: root.popover
+        }
+
+        // The edge lies over everything, so that a row that is cut off never paints over it.
+        Rectangle {
+            anchors.fill: parent
+            radius: Theme.radius
+            color: "transparent"
+            border.width: 1
+            border.color: Theme.outline
+        }
+    }
+}
