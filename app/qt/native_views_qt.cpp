@@ -53,8 +53,9 @@ class QtNativeViews : public NativeViews {
 
     void willShow(NativeView view, bool animates) override {
         if (view == popover_) views_.popoverWillShow(animates);
-        toolkit_.at(view)->setVisible(true);
     }
+    // Not before: a view that becomes visible outside of a foreign window is given one of the toolkit's.
+    void didShow(NativeView view) override { toolkit_.at(view)->setVisible(true); }
     void didHide(NativeView view) override {
         toolkit_.at(view)->setVisible(false);
         if (view == popover_) views_.popoverDidHide();
@@ -66,8 +67,8 @@ class QtNativeViews : public NativeViews {
   private:
     NativeView native(QWindow* view) {
         if (!view) return nullptr;
-        // A window of its own would only flash up and steal the keyboard; without a frame it is a view.
-        view->setFlags(Qt::FramelessWindowHint);
+        // A view and no window of its own, which would only flash up and steal the keyboard.
+        view->setFlags(Qt::SubWindow | Qt::FramelessWindowHint);
         const auto handle = reinterpret_cast<NativeView>(view->winId());
         toolkit_.emplace(handle, view);
         return handle;

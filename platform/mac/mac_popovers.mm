@@ -43,6 +43,7 @@ class MacPopover : public Popover {
         if (!popover_.contentViewController) takeIn(view);
         views_.willShow((__bridge NativeView)view, popover_.animates);
         [popover_ showRelativeToRect:button.bounds ofView:button preferredEdge:NSRectEdgeMinY];
+        views_.didShow((__bridge NativeView)view);
         [view.window makeFirstResponder:view];
     }
     void close() override { [popover_ close]; }

@@ -67,6 +67,7 @@ class MacShellWindow : public ShellWindow {
     void makeKeyAndOrderFront() override {
         views_.willShow((__bridge NativeView)view_, true);
         [window_ makeKeyAndOrderFront:nil];
+        views_.didShow((__bridge NativeView)view_);
         [window_ makeFirstResponder:view_];
     }
     void close() override { [window_ close]; }

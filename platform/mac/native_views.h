@@ -22,8 +22,10 @@ class NativeViews {
     virtual Rect popoverFrame(Size panel) = 0;
     /// Made at the first call for each content, once.
     virtual NativeView window(WindowContent content) = 0;
-    /// Right before the view's window comes to the screen, and right after it went.
+    /// Right before and right after the view's window comes to the screen, and right after it went. From
+    /// didShow on the view stands in that window, and draws.
     virtual void willShow(NativeView view, bool animates) = 0;
+    virtual void didShow(NativeView view) = 0;
     virtual void didHide(NativeView view) = 0;
     /// `close` is called when the view itself wants its window to go away.
     virtual void setClose(NativeView view, std::function<void()> close) = 0;

@@ -72,10 +72,13 @@ TEST_F(NativeViewsTest, OnlyThePopoverHearsOfItsShowingAndHiding) {
     const NativeView settings = views->window(WindowContent::settings);
     skin.calls.clear();
     views->willShow(popover, true);
+    EXPECT_FALSE(skin.popoverView.isVisible());
+    views->didShow(popover);
     EXPECT_TRUE(skin.popoverView.isVisible());
     views->didHide(popover);
     EXPECT_FALSE(skin.popoverView.isVisible());
     views->willShow(settings, true);
+    views->didShow(settings);
     EXPECT_TRUE(skin.settingsView.isVisible());
     views->didHide(settings);
     EXPECT_FALSE(skin.settingsView.isVisible());
@@ -86,7 +89,7 @@ TEST_F(NativeViewsTest, AViewThatWantsToGoAwayClosesItsWindowAndStays) {
     const NativeView settings = views->window(WindowContent::settings);
     int closed = 0;
     views->setClose(settings, [&] { ++closed; });
-    views->willShow(settings, false);
+    views->didShow(settings);
     skin.settingsView.close();
     EXPECT_EQ(closed, 1);
     EXPECT_TRUE(skin.settingsView.isVisible());
