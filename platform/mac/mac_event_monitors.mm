@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "platform/mac/native_events.h"
 #include "platform/mac/ns_text.h"
 
 namespace pintle {
@@ -13,11 +14,9 @@ static_assert(kLeftMouseDownMask == NSEventMaskLeftMouseDown);
 static_assert(kRightMouseDownMask == NSEventMaskRightMouseDown);
 static_assert(kKeyDownMask == NSEventMaskKeyDown);
 
-GlobalMouseDown pressOf(NSEvent* event, std::uint64_t press) {
-    return {event.type == NSEventTypeRightMouseDown ? GlobalMouseDown::Button::right
-                                                    : GlobalMouseDown::Button::left,
-            press};
-}
+static_assert(kNativeRightMouseDown == NSEventTypeRightMouseDown);
+
+GlobalMouseDown pressOf(NSEvent* event, std::uint64_t press) { return {pressedButton(event.type), press}; }
 
 LocalKeyDown keyOf(NSEvent* event) {
     return {(event.modifierFlags & NSEventModifierFlagCommand) != 0,

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/mac/native_button.h"
+#include "platform/mac/native_events.h"
 #include "platform/mac/native_menu.h"
 #include "platform/mac/ns_geometry.h"
 #include "platform/mac/ns_text.h"
@@ -17,16 +18,13 @@
 namespace pintle {
 namespace {
 
-StatusItemEventType typeOf(NSEventType type) {
-    if (type == NSEventTypeLeftMouseUp) return StatusItemEventType::leftMouseUp;
-    if (type == NSEventTypeRightMouseUp) return StatusItemEventType::rightMouseUp;
-    return StatusItemEventType::other;
-}
+static_assert(kNativeLeftMouseUp == NSEventTypeLeftMouseUp);
+static_assert(kNativeRightMouseUp == NSEventTypeRightMouseUp);
 
 /// The desktop does not number its presses.
 std::optional<StatusItemEvent> readingOf(NSEvent* event) {
     if (!event) return std::nullopt;
-    return StatusItemEvent{typeOf(event.type), std::nullopt};
+    return StatusItemEvent{statusItemEventType(event.type), std::nullopt};
 }
 
 }  // namespace
