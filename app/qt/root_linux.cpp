@@ -1,10 +1,13 @@
 #include <QApplication>
 #include <QIcon>
+#include <QWindow>
 #include <cstdlib>
 #include <utility>
 
-#include "app/qt/plain_views.h"
+#include "app/popover_model.h"
 #include "app/qt/root.h"
+#include "app/qt/shell_views_quick.h"
+#include "app/qt/window_views.h"
 #include "app/update_answers.h"
 #include "apply/cursor_overlay_manager.h"
 #include "apply/null_overlay.h"
@@ -94,7 +97,7 @@ ShellDesktop makeShellDesktop(X11Shell& x) {
 }  // namespace
 
 struct Root::Desktop {
-    explicit Desktop(Early& early)
+    Desktop(Early& early, Composition& composition)
         : x11Shell({std::nullopt, *early.queue, watcherOn(*early.queue), ownWindows}),
           shellDesktop(makeShellDesktop(x11Shell)),
           http(makeQtHttpClient(*early.queue)),
@@ -112,13 +115,36 @@ struct Root::Desktop {
           overlay(makeOverlayDesktop({std::nullopt, *early.queue, *workspace, watcherOn(*early.queue),
                                       overlay::makeScreenWatch(*early.queue, *early.background)})),
           appearance(makeLinuxAppearance({std::nullopt, *early.queue, watcherOn(*early.queue)})),
-          views(makePlainViews()),
+          windowViews({[this, &early, &composition]() -> SettingsWindowModel& {
+                           return settingsModel.emplace(SettingsWindowModel::Neighbours{
+                               composition.settings(), *early.preferences, composition.launchAtLogin(),
+                               composition.notifications(), composition.viewModel(), *alerts,
+                               *early.application});
+                       },
+                       [this, &early]() -> AboutWindowModel& {
+                           return aboutModel.emplace(early.bundle, *early.application);
+                       }}),
+          views(std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+              [this, &early, &composition]() -> PopoverModel& {
+                  return popoverModel.emplace(PopoverModel::Neighbours{
+                      composition.viewModel(), composition.updateChecker(), composition.settings(),
+                      composition.notifications(), *early.queue, *early.application, *early.log});
+              },
+              *appearance, composition.settings(),
+              [this](QQmlEngine& engine, WindowContent content) {
+                  return windowViews.makeWindow(engine, content);
+              },
+              [this](QQmlEngine& engine, const Alert& alert, std::function<void(int)> chosen) {
+                  return windowViews.alert(engine, alert, std::move(chosen));
+              }})),
           alerts(makeQtAlerts(*views, *early.queue, shellDesktop)),
           updateAnswers(*early.application, *alerts),
           statusBar(makeQtStatusBar(*appearance, shellDesktop)),
           popovers(makeQtPopovers(*views, *appearance, shellDesktop)),
           windows(makeQtWindows(*views, shellDesktop)),
           eventMonitors(makeQtEventMonitors(shellDesktop)) {}
+
+    ~Desktop() { windowViews.forgetAlert(); }
 
     static std::function<Subscription(int, std::function<void()>)> watcherOn(MainQueue& queue) {
         return [&queue](int descriptor, std::function<void()> readable) {
@@ -147,6 +173,10 @@ struct Root::Desktop {
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<OverlayDesktop> overlay;
     std::unique_ptr<Appearance> appearance;
+    std::optional<PopoverModel> popoverModel;
+    std::optional<SettingsWindowModel> settingsModel;
+    std::optional<AboutWindowModel> aboutModel;
+    WindowViews windowViews;
     std::unique_ptr<ShellViews> views;
     std::unique_ptr<Alerts> alerts;
     UpdateAnswers updateAnswers;
@@ -219,7 +249,7 @@ bool Root::start() {
 }
 
 ShellPlatform Root::makeDesktop() {
-    desktop_ = std::make_unique<Desktop>(*early_);
+    desktop_ = std::make_unique<Desktop>(*early_, *composition_);
     composition_->build(
         Platform{
             .mainQueue = *early_->queue,
