@@ -69,6 +69,7 @@ class QtNativeViews : public NativeViews {
         if (!view) return nullptr;
         // A view and no window of its own, which would only flash up and steal the keyboard.
         view->setFlags(Qt::SubWindow | Qt::FramelessWindowHint);
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the toolkit hands the pointer out as a number.
         const auto handle = reinterpret_cast<NativeView>(view->winId());
         toolkit_.emplace(handle, view);
         return handle;
