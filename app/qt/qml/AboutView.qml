@@ -1,6 +1,5 @@
 // The about window: icon, name, version, features, contact. Plays its entrance each time it comes on screen.
 import QtQuick
-import QtQuick.Templates as T
 
 Page {
     id: view
@@ -159,54 +158,61 @@ Page {
         Gap { height: 4 }
     }
     Gap { height: 14 }
-    T.AbstractButton {
+    // No button of the toolkit, which would not let it be a link.
+    Item {
         id: contact
+        readonly property bool ringed: activeFocus
+        readonly property bool hovered: hover.hovered
+
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(parent.width, link.implicitWidth + mail.width + 8 + 24)
         height: Math.max(28, link.height + 8)
-        hoverEnabled: true
-        focusPolicy: Qt.TabFocus
-        text: view.model.contactText
+        activeFocusOnTab: true
         Accessible.role: Accessible.Link
-        Accessible.name: text
+        Accessible.name: view.model.contactText
         Accessible.description: view.model.contactAddress
-        onClicked: view.model.openContact()
-        Keys.onReturnPressed: clicked()
-        Keys.onEnterPressed: clicked()
-        HoverHandler { cursorShape: Qt.PointingHandCursor }
-        contentItem: Item {
-            Icon {
-                id: mail
-                anchors.left: parent.left
-                anchors.leftMargin: 12
-                anchors.verticalCenter: parent.verticalCenter
-                symbol: view.model.contactSymbol
-                size: Theme.glyph(16)
-                color: Theme.accent
-            }
-            Text {
-                id: link
-                anchors.left: mail.right
-                anchors.leftMargin: 8
-                anchors.right: parent.right
-                anchors.rightMargin: 12
-                anchors.verticalCenter: parent.verticalCenter
-                text: contact.text
-                elide: Text.ElideRight
-                horizontalAlignment: Text.AlignLeft
-                font.family: Theme.family
-                font.pixelSize: Theme.sizeBody
-                font.underline: contact.hovered || contact.visualFocus
-                color: contact.pressed ? Theme.text : Theme.accentInk
-                Accessible.ignored: true
-            }
+        Accessible.focusable: true
+        Accessible.onPressAction: view.model.openContact()
+        Keys.onReturnPressed: view.model.openContact()
+        Keys.onEnterPressed: view.model.openContact()
+        Keys.onSpacePressed: view.model.openContact()
+        TapHandler {
+            id: tap
+            onTapped: view.model.openContact()
         }
-        background: Item {
-            FocusRing { shown: contact.visualFocus }
+        HoverHandler {
+            id: hover
+            cursorShape: Qt.PointingHandCursor
         }
+        Icon {
+            id: mail
+            anchors.left: parent.left
+            anchors.leftMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: view.model.contactSymbol
+            size: Theme.glyph(16)
+            color: Theme.accent
+        }
+        Text {
+            id: link
+            anchors.left: mail.right
+            anchors.leftMargin: 8
+            anchors.right: parent.right
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            text: view.model.contactText
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignLeft
+            font.family: Theme.family
+            font.pixelSize: Theme.sizeBody
+            font.underline: contact.hovered || contact.ringed
+            color: tap.pressed ? Theme.text : Theme.accentInk
+            Accessible.ignored: true
+        }
+        FocusRing { shown: contact.ringed }
         Tip {
             text: view.model.contactAddress
-            visible: contact.hovered || contact.visualFocus
+            visible: contact.hovered || contact.ringed
         }
     }
 }

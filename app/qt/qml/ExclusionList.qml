@@ -45,8 +45,6 @@ Column {
             symbol: list.model.addButtonSymbol
             text: list.model.texts.addHelp
             accented: true
-            Accessible.checkable: true
-            Accessible.checked: list.model.showAddAppField
             onClicked: {
                 list.model.toggleAddAppField();
                 if (list.model.showAddAppField) list.openField(Qt.TabFocusReason);

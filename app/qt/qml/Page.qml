@@ -35,8 +35,8 @@ Rectangle {
         target: page.Window.window
         function onActiveFocusItemChanged() {
             const item = page.Window.activeFocusItem;
-            // A press has brought the pointer there already.
-            if (item && (item.visualFocus || item.cursorVisible)) page.bringIntoView(item);
+            // To what was pressed the pointer has found its way already.
+            if (item && item.visualFocus !== false) page.bringIntoView(item);
         }
     }
 

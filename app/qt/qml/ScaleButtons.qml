@@ -34,6 +34,11 @@ Item {
         return Math.round(14 * scale * Math.min(Theme.textScale, 28 / 21));
     }
     function take(index: int) {
+        // The keyboard goes first, because what has it cannot cease to be a stop of Tab.
+        for (let i = 0; i < repeater.count; ++i) {
+            if (i !== index && repeater.itemAt(i).activeFocus)
+                repeater.itemAt(index).forceActiveFocus(repeater.itemAt(i).focusReason);
+        }
         plate.slides = true;
         settle.restart();
         chosen(entries[index].scale);
@@ -74,7 +79,7 @@ Item {
     Repeater {
         id: repeater
         model: bar.entries
-        delegate: T.AbstractButton {
+        delegate: T.RadioButton {
             id: segment
 
             required property var modelData
@@ -88,14 +93,12 @@ Item {
             hoverEnabled: true
             // One stop for Tab: the chosen one, or the first where none is.
             focusPolicy: selected || (bar.current < 0 && index === 0) ? Qt.TabFocus : Qt.NoFocus
-            Accessible.role: Accessible.RadioButton
+            checked: selected
             Accessible.name: modelData.title
-            Accessible.checkable: true
-            Accessible.checked: selected
             Accessible.onToggleAction: bar.take(index)
             onClicked: bar.take(index)
-            Keys.onReturnPressed: clicked()
-            Keys.onEnterPressed: clicked()
+            Keys.onReturnPressed: bar.take(index)
+            Keys.onEnterPressed: bar.take(index)
             Keys.onPressed: event => {
                 const back = bar.backwards ? Qt.Key_Right : Qt.Key_Left;
                 const on = bar.backwards ? Qt.Key_Left : Qt.Key_Right;
@@ -110,8 +113,8 @@ Item {
                 else return;
                 event.accepted = true;
                 if (to < 0 || to >= bar.entries.length || to === index) return;
-                bar.take(to);
                 repeater.itemAt(to).forceActiveFocus(Qt.TabFocusReason);
+                bar.take(to);
             }
 
             contentItem: Item {

@@ -46,7 +46,7 @@ Page {
     Component {
         id: glassContent
         Item {
-            implicitHeight: value.height + slider.height + 24
+            implicitHeight: percentage.height + slider.height + 24
             Rectangle {
                 anchors.left: parent.left
                 anchors.right: parent.right
@@ -58,7 +58,7 @@ Page {
             Text {
                 anchors.left: parent.left
                 anchors.leftMargin: 48
-                anchors.right: value.left
+                anchors.right: percentage.left
                 anchors.rightMargin: 12
                 y: 12
                 text: view.model.texts.glassOpacity
@@ -71,7 +71,7 @@ Page {
                 Accessible.ignored: true
             }
             Text {
-                id: value
+                id: percentage
                 anchors.right: parent.right
                 anchors.rightMargin: 16
                 y: 12
@@ -89,7 +89,7 @@ Page {
                 anchors.leftMargin: 48
                 anchors.right: parent.right
                 anchors.rightMargin: 16
-                anchors.top: value.bottom
+                anchors.top: percentage.bottom
                 anchors.topMargin: 4
                 enabled: view.model.glassOpacityEnabled
                 opacity: enabled ? 1 : 0.45

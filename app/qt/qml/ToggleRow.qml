@@ -3,7 +3,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-T.AbstractButton {
+T.CheckBox {
     id: row
 
     property string title
@@ -18,15 +18,15 @@ T.AbstractButton {
     implicitHeight: Math.max(56, texts.height + 20)
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
-    Accessible.role: Accessible.CheckBox
+    checked: on
+    nextCheckState: () => checkState
+    Accessible.checkable: true
     Accessible.name: title
     Accessible.description: subtitle
-    Accessible.checkable: true
-    Accessible.checked: on
-    Accessible.onToggleAction: row.clicked()
+    Accessible.onToggleAction: row.flipped(!row.on)
     onClicked: flipped(!on)
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: flipped(!on)
+    Keys.onEnterPressed: flipped(!on)
 
     background: Item {
         Rectangle {
