@@ -1,10 +1,13 @@
 #include <QApplication>
+#include <QWindow>
 #include <cstdlib>
 #include <utility>
 
+#include "app/popover_model.h"
 #include "app/qt/native_views_qt.h"
-#include "app/qt/plain_views.h"
 #include "app/qt/root.h"
+#include "app/qt/shell_views_quick.h"
+#include "app/qt/window_views.h"
 #include "app/update_answers.h"
 #include "apply/cursor_overlay_manager.h"
 #include "platform/mac/foundation_process.h"
@@ -64,11 +67,33 @@ struct Root::Early {
 };
 
 struct Root::Desktop {
-    explicit Desktop(Early& early)
+    Desktop(Early& early, Composition& composition)
         : http(makeQtHttpClient(*early.queue)),
           processes(makeQtProcessRunner(*early.queue, {})),
           appearance(makeMacAppearance(*early.queue)),
-          views(makePlainViews()),
+          windowViews({[this, &early, &composition]() -> SettingsWindowModel& {
+                           return settingsModel.emplace(SettingsWindowModel::Neighbours{
+                               composition.settings(), *early.preferences, composition.launchAtLogin(),
+                               composition.notifications(), composition.viewModel(), *alerts,
+                               *early.application});
+                       },
+                       [this, &early]() -> AboutWindowModel& {
+                           return aboutModel.emplace(early.bundle, *early.application);
+                       }}),
+          views(std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+              [this, &early, &composition]() -> PopoverModel& {
+                  return popoverModel.emplace(PopoverModel::Neighbours{
+                      composition.viewModel(), composition.updateChecker(), composition.settings(),
+                      composition.notifications(), *early.queue, *early.application, *early.log});
+              },
+              *appearance, composition.settings(),
+              [this](QQmlEngine& engine, WindowContent content) {
+                  return windowViews.makeWindow(engine, content);
+              },
+              // Alerts are the desktop's own here.
+              [](QQmlEngine&, const Alert&, const std::function<void(int)>&) -> QWindow* {
+                  return nullptr;
+              }})),
           nativeViews(makeNativeViews(*views)),
           alerts(makeMacAlerts(*early.queue)),
           updateAnswers(*early.application, *alerts),
@@ -97,6 +122,10 @@ struct Root::Desktop {
     std::unique_ptr<Pointer> pointer = makeMacPointer();
     std::unique_ptr<Accessibility> accessibility = makeMacAccessibility();
     std::unique_ptr<Appearance> appearance;
+    std::optional<PopoverModel> popoverModel;
+    std::optional<SettingsWindowModel> settingsModel;
+    std::optional<AboutWindowModel> aboutModel;
+    WindowViews windowViews;
     std::unique_ptr<ShellViews> views;
     std::unique_ptr<NativeViews> nativeViews;
     std::unique_ptr<Alerts> alerts;
@@ -146,7 +175,7 @@ bool Root::start() {
 }
 
 ShellPlatform Root::makeDesktop() {
-    desktop_ = std::make_unique<Desktop>(*early_);
+    desktop_ = std::make_unique<Desktop>(*early_, *composition_);
     const char* const mirror = std::getenv("PINTLE_MIRROR");
     composition_->build(
         Platform{
