@@ -15,7 +15,9 @@ class CloseRequests : public QObject {
   public:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::Close) return QObject::eventFilter(watched, event);
-        event->ignore();
+        // Kept from the view, which would give up its native half, and yet accepted: a refusal stops the end
+        // of the program.
+        event->accept();
         if (const auto found = close_.find(watched); found != close_.end()) found->second();
         return true;
     }
