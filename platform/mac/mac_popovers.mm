@@ -39,7 +39,8 @@ class MacPopover : public Popover {
     void show(const StatusItem& item, const Rect&) override {
         NSStatusBarButton* const button = nativeButton(item);
         NSView* const view = (__bridge NSView*)views_.popover();
-        if (!button || !view) return;
+        // A button in no window, as in a full menu bar, makes the desktop throw.
+        if (!button.window || !view) return;
         if (!popover_.contentViewController) takeIn(view);
         views_.willShow((__bridge NativeView)view, popover_.animates);
         [popover_ showRelativeToRect:button.bounds ofView:button preferredEdge:NSRectEdgeMinY];
