@@ -108,6 +108,7 @@ PopoverShape ShellViewsQuick::popoverShape() const {
 }
 
 void ShellViewsQuick::popoverWillShow(bool animates) {
+    to_.popover().onAppear();
     if (auto* view = popover())
         QMetaObject::invokeMethod(qobject_cast<QQuickView*>(view)->rootObject(), "willShow",
                                   Q_ARG(bool, animates));
