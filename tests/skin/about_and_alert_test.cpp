@@ -112,6 +112,20 @@ TEST(AlertWindow, ReturnGivesTheDefaultAnswer) {
     EXPECT_THAT(world.chosen, ElementsAre(0));
 }
 
+TEST(AlertWindow, TheButtonThatReturnWouldPressIsSeen) {
+    WindowWorld world(stillLook());
+    auto* const view = world.show(kQuestion);
+    ASSERT_NE(view, nullptr);
+    const auto ringed = [&](const char* name) {
+        return toldNamed(*view, name, QAccessible::Button)
+            .interface->object()
+            ->property("visualFocus")
+            .toBool();
+    };
+    EXPECT_TRUE(ringed("Reset & Quit"));
+    EXPECT_FALSE(ringed("Cancel"));
+}
+
 TEST(AlertWindow, EscapeGivesTheLastAnswer) {
     WindowWorld world(stillLook());
     auto* const view = world.show(kQuestion);

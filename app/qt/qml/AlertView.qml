@@ -29,6 +29,11 @@ Rectangle {
         if (first) first.forceActiveFocus(Qt.TabFocusReason);
     }
     Component.onCompleted: focusDefault()
+    // The window comes up by itself and takes the keyboard: which button Return would press must be seen.
+    Window.onActiveChanged: {
+        const item = Window.activeFocusItem;
+        if (Window.active && item && item.focusReason !== undefined) item.focusReason = Qt.TabFocusReason;
+    }
     Connections {
         target: view.model
         function onChanged() { view.focusDefault(); }

@@ -42,6 +42,9 @@ Column {
             anchors.right: parent.right
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
+            implicitWidth: Math.max(28, glyphSize + 8)
+            implicitHeight: implicitWidth
+            glyphSize: Theme.glyph(20)
             symbol: list.model.addButtonSymbol
             text: list.model.texts.addHelp
             accented: true
@@ -138,7 +141,9 @@ Column {
                     anchors.rightMargin: 12
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: list.model.texts.trashSymbol
-                    glyphSize: 18
+                    implicitWidth: Math.max(28, glyphSize + 8)
+                    implicitHeight: implicitWidth
+                    glyphSize: Theme.glyph(18)
                     danger: true
                     text: list.model.removeLabel(row.display)
                     onClicked: {
