@@ -1,5 +1,6 @@
 #include "app/qt/window_views.h"
 
+#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
@@ -11,6 +12,8 @@ namespace {
 constexpr QSize kNoLimit(16777215, 16777215);
 
 std::unique_ptr<QQuickView> makeView(QQmlEngine& engine, const char* name, QObject& model) {
+    // Read from its drawing when the first window comes, not at the start.
+    if (QGuiApplication::windowIcon().isNull()) QGuiApplication::setWindowIcon(appIcon());
     auto view = std::make_unique<QQuickView>(&engine, nullptr);
     view->setResizeMode(QQuickView::SizeRootObjectToView);
     // The content covers all of it, as translucent as the look wants it.

@@ -85,6 +85,13 @@ TEST(AboutWindow, TheContactLinkOpensTheMailProgramByMouseAndByKeyboard) {
     EXPECT_THAT(world.transcript, ElementsAre(opening, opening));
 }
 
+TEST(AboutWindow, ItCarriesTheProgramsIconInEachSize) {
+    WindowWorld world(stillLook());
+    auto* const view = world.show(WindowContent::about);
+    ASSERT_NE(view, nullptr);
+    for (const int size : {16, 48, 256}) EXPECT_EQ(view->icon().pixmap(size).width(), size);
+}
+
 TEST(AboutWindow, EscapeDismissesIt) {
     WindowWorld world(stillLook());
     auto* const view = world.show(WindowContent::about);
