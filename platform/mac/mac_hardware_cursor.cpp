@@ -23,7 +23,12 @@ class MacHardwareCursor : public HardwareCursor {
     ~MacHardwareCursor() override { *replacement_ = nullptr; }
 
     DesktopCursor makeCursor(const Bitmap& image, Point hotspot) override {
-        return wrap(makeCursorObject(toCgImage(image).get(), image.size(), hotspot));
+        CursorObject object = makeCursorObject(toCgImage(image).get(), image.size(), hotspot);
+        const void* const native = object.get();
+        const auto cursor = std::make_shared<MacCursor>(std::move(object));
+        std::erase_if(made_, [](const auto& entry) { return entry.second.expired(); });
+        made_[native] = cursor;
+        return DesktopCursor(cursor);
     }
     DesktopCursor standardCursor(StandardCursor which) override {
         auto found = standard_.find(which);
@@ -51,14 +56,18 @@ class MacHardwareCursor : public HardwareCursor {
     static DesktopCursor wrap(CursorObject object) {
         return DesktopCursor(std::make_shared<MacCursor>(std::move(object)));
     }
-    /// The wrapper that a standard cursor's object was given here; any other object gets a new one.
+    /// The wrapper that the object was given here, as a standard cursor or as one that was made; any other
+    /// object gets a new one.
     DesktopCursor known(const CursorObject& object) {
         for (const StandardCursor which : kStandardCursors)
             if (objectOf(standardCursor(which)).get() == object.get()) return standardCursor(which);
+        if (const auto found = made_.find(object.get()); found != made_.end())
+            if (const auto alive = found->second.lock()) return DesktopCursor(alive);
         return wrap(object);
     }
 
     std::map<StandardCursor, DesktopCursor> standard_;
+    std::map<const void*, std::weak_ptr<const DesktopCursor::Object>> made_;
     /// Outlives this object: the exchange cannot be undone.
     std::shared_ptr<SetOperation> replacement_ = std::make_shared<SetOperation>();
 };

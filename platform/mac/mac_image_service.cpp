@@ -34,7 +34,9 @@ class MacImageService : public ImageService {
         if (!source) return std::nullopt;
         const auto image =
             CfRef<CGImageRef>::adopt(CGImageSourceCreateImageAtIndex(source.get(), 0, nullptr));
-        if (!image) return std::nullopt;
+        // A file that ends too early still gives an image, of what was there.
+        if (!image || CGImageSourceGetStatusAtIndex(source.get(), 0) != kCGImageStatusComplete)
+            return std::nullopt;
         const std::size_t width = CGImageGetWidth(image.get());
         const std::size_t height = CGImageGetHeight(image.get());
         if (width > kLargestSide || height > kLargestSide || width * height > kLargestArea)

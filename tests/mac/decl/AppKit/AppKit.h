@@ -283,6 +283,7 @@ enum NSApplicationActivationPolicy : NSInteger {
     NSApplicationActivationPolicyProhibited,
 };
 @interface NSApplication : NSResponder
+@property(class, readonly, strong) NSApplication* sharedApplication;
 @property(nullable, readonly, strong) NSEvent* currentEvent;
 @property(readonly, strong) NSAppearance* effectiveAppearance;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;

@@ -173,7 +173,11 @@ typedef struct {
     CFStringRef (*copyDescription)(const void* info);
 } CFRunLoopTimerContext;
 typedef void (*CFRunLoopTimerCallBack)(CFRunLoopTimerRef timer, void* info);
+typedef SInt32 CFRunLoopRunResult;
+PINTLE_EXTERN const CFRunLoopMode kCFRunLoopDefaultMode;
 PINTLE_EXTERN const CFRunLoopMode kCFRunLoopCommonModes;
+PINTLE_EXTERN CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds,
+                                                    Boolean returnAfterSourceHandled);
 PINTLE_EXTERN CFRunLoopRef CFRunLoopGetMain(void);
 PINTLE_EXTERN void CFRunLoopWakeUp(CFRunLoopRef loop);
 PINTLE_EXTERN CFRunLoopSourceRef CFRunLoopSourceCreate(CFAllocatorRef allocator, CFIndex order,
