@@ -2,7 +2,7 @@
 """Type-checks the macOS backend on another system: Clang's Objective-C++ with ARC, against this repository's own
 declarations of the desktop's interfaces in tests/mac.
 
-  mac_typecheck.py [FILE...]     checks these files, or all of platform/mac
+  mac_typecheck.py [FILE...]     checks these files, or all of platform/mac and of the probe
 
 Exits with 77 when there is no Clang 14.
 """
@@ -24,8 +24,9 @@ HEADERS = ["-I", ROOT, "-isystem", os.path.join(ROOT, "tests/mac/decl"),
 
 
 def backend():
-    folder = os.path.join(ROOT, "platform/mac")
-    return sorted(os.path.join(folder, name) for name in os.listdir(folder) if name.endswith((".cpp", ".mm")))
+    folders = [os.path.join(ROOT, folder) for folder in ("platform/mac", "tools/mac_probe")]
+    return sorted(os.path.join(folder, name) for folder in folders for name in os.listdir(folder)
+                  if name.endswith((".cpp", ".mm")))
 
 
 def check(path):

@@ -173,7 +173,7 @@ typedef struct {
     CFStringRef (*copyDescription)(const void* info);
 } CFRunLoopTimerContext;
 typedef void (*CFRunLoopTimerCallBack)(CFRunLoopTimerRef timer, void* info);
-typedef SInt32 CFRunLoopRunResult;
+enum CFRunLoopRunResult : SInt32 { kCFRunLoopRunFinished = 1 };
 PINTLE_EXTERN const CFRunLoopMode kCFRunLoopDefaultMode;
 PINTLE_EXTERN const CFRunLoopMode kCFRunLoopCommonModes;
 PINTLE_EXTERN CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds,

@@ -1,0 +1,67 @@
+#!/usr/bin/env python3
+"""The workflow files: that they are well-formed, and that what they call is there."""
+import os
+import re
+import unittest
+
+import yaml
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+FOLDER = os.path.join(ROOT, ".github", "workflows")
+
+
+def workflows():
+    for name in sorted(os.listdir(FOLDER)):
+        with open(os.path.join(FOLDER, name), encoding="utf-8") as file:
+            # "on" is a word of its own there and a truth value to the parser.
+            yield name, yaml.safe_load(re.sub(r"^on:", '"on":', file.read(), flags=re.M))
+
+
+class Workflows(unittest.TestCase):
+    def test_there_is_one_for_each_desktop(self):
+        self.assertEqual([name for name, _ in workflows()], ["linux.yml", "macos.yml"])
+
+    def test_each_has_a_name_its_events_and_jobs_with_steps(self):
+        for name, content in workflows():
+            self.assertEqual(content["name"] + ".yml", name)
+            self.assertEqual(set(content["on"]), {"push", "pull_request", "workflow_dispatch"}, name)
+            self.assertTrue(content["jobs"], name)
+            for job in content["jobs"].values():
+                self.assertLessEqual(set(job), {"runs-on", "container", "timeout-minutes", "strategy", "steps"}, name)
+                self.assertIn("runs-on", job, name)
+                self.assertTrue(job["steps"], name)
+
+    def test_a_step_either_runs_something_or_uses_a_versioned_action(self):
+        for name, content in workflows():
+            for job in content["jobs"].values():
+                for step in job["steps"]:
+                    self.assertEqual(("run" in step) + ("uses" in step), 1, (name, step))
+                    self.assertLessEqual(
+                        set(step), {"name", "run", "uses", "with", "env", "if", "continue-on-error"}, (name, step))
+                    if "uses" in step:
+                        self.assertRegex(step["uses"], r"^[\w.-]+/[\w.-]+@v\d+$", name)
+
+    def test_every_expression_names_something_that_is_defined(self):
+        for name, content in workflows():
+            text = open(os.path.join(FOLDER, name), encoding="utf-8").read()
+            axes = {axis for job in content["jobs"].values() for axis in job.get("strategy", {}).get("matrix", {})}
+            for expression in re.findall(r"\$\{\{\s*(.*?)\s*\}\}", text):
+                axis = re.fullmatch(r"matrix\.(\w+)", expression)
+                hashed = re.fullmatch(r"hashFiles\('([^']+)'\)", expression)
+                self.assertTrue(axis or hashed, (name, expression))
+                if axis:
+                    self.assertIn(axis.group(1), axes, name)
+                if hashed:
+                    self.assertTrue(os.path.exists(os.path.join(ROOT, hashed.group(1))), (name, expression))
+
+    def test_every_command_of_the_script_exists(self):
+        script = open(os.path.join(ROOT, "dev"), encoding="utf-8").read()
+        for name, content in workflows():
+            for job in content["jobs"].values():
+                for step in job["steps"]:
+                    for command in re.findall(r"\./dev ([\w-]+)", step.get("run", "")):
+                        self.assertRegex(script, rf"(?m)^{re.escape(command)}\)", name)
+
+
+if __name__ == "__main__":
+    unittest.main()
