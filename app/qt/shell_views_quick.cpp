@@ -63,7 +63,8 @@ void ShellViewsQuick::followLook() {
                    .reducedMotion = desktop.reducedMotion,
                    .highContrast = desktop.highContrast,
                    .textScale = desktop.textScale,
-                   .fontFamily = fontFamily()});
+                   // Fonts are looked through when there is something to draw with them.
+                   .fontFamily = scenes_ ? fontFamily() : QString()});
     if (!scenes_ || !scenes_->popover) return;
     scenes_->popover->setColor(clearColour(look_));
     scenes_->popover->rootObject()->setProperty("shadowMargin", popoverShape().shadow.left());
@@ -78,6 +79,7 @@ ShellViewsQuick::Scenes& ShellViewsQuick::scenes() {
     if (!scenes_) {
         offerToViews(look_);
         scenes_ = std::make_unique<Scenes>();
+        followLook();
         const double scale = qGuiApp->devicePixelRatio();
         scenes_->engine.addImageProvider(PreviewImages::providerName,
                                          scenes_->previews.makeProvider().release());

@@ -1,8 +1,9 @@
 // Draws the skin into pictures: skin_gallery SCENE PICTURE.png [WORD...]. The scenes "popover", "first" and
 // "states" are the popover over a scripted program whose themes come from what is installed here; any other
 // SCENE is a file of a view. Words: dark, glass, plain (no compositor), rtl, large, still, contrast, update,
-// unavailable, scale=1.15, filter=2, size=340x520, hover=X,Y, press=X,Y, keys=Tab,Down, scroll=ROW, wait=MS.
-// QT_SCALE_FACTOR=2 draws at twice the size.
+// frames (prints what scrolling costs), unavailable, scale=1.15, filter=2, size=340x520, hover=X,Y,
+// press=X,Y, keys=Tab,Down, scroll=ROW, wait=MS. QT_SCALE_FACTOR=2 draws at twice the size.
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
@@ -18,6 +19,8 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <utility>
+#include <vector>
 
 #include "app/qt/shell_views_quick.h"
 #include "platform/fake/fake_appearance.h"
@@ -149,6 +152,30 @@ void point(QWindow& window, const QPoint& at, QEvent::Type type) {
     QCoreApplication::sendEvent(&window, &event);
 }
 
+void milliseconds(const char* what, const QElapsedTimer& since) {
+    std::printf("%s %.1f ms\n", what, double(since.nsecsElapsed()) / 1e6);
+}
+
+/// Scrolls the list from end to end, half a row at a time, and tells how long each step kept the main thread.
+void scroll(QQuickView& view) {
+    auto* list = view.rootObject()->findChild<QQuickItem*>("themeList");
+    if (list == nullptr) return;
+    std::vector<double> steps;
+    const double end = list->property("contentHeight").toDouble() - list->height();
+    for (double at = 0; at < end; at += 26) {
+        QElapsedTimer step;
+        step.start();
+        list->setProperty("contentY", at);
+        QEvent draw(QEvent::UpdateRequest);
+        QCoreApplication::sendEvent(&view, &draw);
+        QCoreApplication::processEvents();
+        steps.push_back(double(step.nsecsElapsed()) / 1e6);
+    }
+    std::ranges::sort(steps);
+    std::printf("scrolling %zu steps: median %.1f ms, longest %.1f ms\n", steps.size(),
+                steps[steps.size() / 2], steps.back());
+}
+
 int drawPopover(const QString& scene, const QString& picture, const Words& words) {
     ModelWorld world;
     script(world, scene, words);
@@ -171,7 +198,10 @@ int drawPopover(const QString& scene, const QString& picture, const Words& words
                            .makeWindow = {},
                            .makeAlert = {}});
     views.setComposited(!words.has("plain"));
+    QElapsedTimer sinceClick;
+    sinceClick.start();
     auto* view = qobject_cast<QQuickView*>(views.popover());
+    if (words.has("frames")) milliseconds("view made", sinceClick);
     if (view == nullptr) return 1;
     const auto asked = words.value("size").split('x');
     const QSize panel = asked.size() == 2 ? QSize(asked[0].toInt(), asked[1].toInt()) : QSize(340, 520);
@@ -183,6 +213,10 @@ int drawPopover(const QString& scene, const QString& picture, const Words& words
     auto* behind = new Backdrop(view->contentItem(), words.has("glass"), words.has("dark"));
     behind->setSize(QSizeF(view->size()));
     views.popoverWillShow(false);
+    if (words.has("frames"))
+        QObject::connect(view, &QQuickWindow::frameSwapped, view, [&, shown = false]() mutable {
+            if (!std::exchange(shown, true)) milliseconds("first frame", sinceClick);
+        });
     view->show();
     view->requestActivate();
     QTimer::singleShot(400, view, [&] {
@@ -195,6 +229,7 @@ int drawPopover(const QString& scene, const QString& picture, const Words& words
             point(*view, at + panelAt, QEvent::MouseButtonPress);
         }
     });
+    if (words.has("frames")) QTimer::singleShot(600, view, [&] { scroll(*view); });
     const int wait = words.value("wait").isEmpty() ? 1500 : words.value("wait").toInt();
     QTimer::singleShot(wait, view, [&] { QCoreApplication::exit(view->grabWindow().save(picture) ? 0 : 1); });
     return QCoreApplication::exec();

@@ -110,6 +110,7 @@ FocusScope {
 
         ListView {
             id: list
+            objectName: "themeList"
 
             /// Whether the last move was the keyboard's: then the current row shows the focus.
             property bool byKeyboard: false

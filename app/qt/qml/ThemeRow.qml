@@ -211,7 +211,7 @@ T.ItemDelegate {
             /// What the delete button keeps free on both lines, whether it is shown or not.
             readonly property real kept: row.canDelete && !row.statusShown && !row.large ? 32 : 0
             readonly property real licenseWidth: row.hasStatus && row.license !== "" && !row.large && kept === 0
-                ? licenseText.implicitWidth + 12 : 0
+                ? licenseText.implicitWidth + 8 : 0
 
             Item {
                 id: stack

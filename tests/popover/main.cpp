@@ -1,0 +1,13 @@
+// The tests run inside one application object of the toolkit, drawn by software and shown nowhere.
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QGuiApplication>
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    QAccessible::setActive(true);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,244 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QQuickView>
+
+#include "app/qt/shell_views_quick.h"
+#include "platform/fake/fake_appearance.h"
+#include "settings/notification_names.h"
+#include "tests/app/model_world.h"
+
+namespace pintle {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+struct Spoken {
+    QAccessible::Role role;
+    std::string name;
+    std::string description;
+    bool checked = false;
+    bool focusable = false;
+};
+
+struct PopoverViewTest : testing::Test {
+    ModelWorld world;
+    FakeAppearance appearance;
+    std::unique_ptr<PopoverModel> model;
+    std::unique_ptr<ShellViewsQuick> views;
+    QQuickView* view = nullptr;
+
+    void show(PopoverModel::Session session = PopoverModel::Session::pointerCanChange) {
+        if (!world.viewModel) world.start();
+        model = std::make_unique<PopoverModel>(
+            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
+                                     world.scheduler.mainQueue(), world.application, world.log},
+            session);
+        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+            [this]() -> PopoverModel& { return *model; }, appearance, world.settings, {}, {}});
+        views->setComposited(false);
+        view = qobject_cast<QQuickView*>(views->popover());
+        ASSERT_NE(view, nullptr);
+        view->resize(340, 520);
+        views->popoverWillShow(false);
+        view->show();
+        view->requestActivate();
+        settle();
+    }
+    static void settle() {
+        for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+        QKeyEvent down(QEvent::KeyPress, key, modifiers);
+        QCoreApplication::sendEvent(view, &down);
+        QKeyEvent up(QEvent::KeyRelease, key, modifiers);
+        QCoreApplication::sendEvent(view, &up);
+        settle();
+    }
+    std::string focused() const {
+        auto* item = view->activeFocusItem();
+        auto* spoken = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+        return spoken ? spoken->text(QAccessible::Name).toStdString() : std::string();
+    }
+    static void walk(QAccessibleInterface* at, std::vector<Spoken>& all) {
+        if (at == nullptr) return;
+        if (const auto name = at->text(QAccessible::Name); !name.isEmpty())
+            all.push_back({at->role(), name.toStdString(), at->text(QAccessible::Description).toStdString(),
+                           at->state().checked != 0, at->state().focusable != 0});
+        for (int child = 0; child < at->childCount(); ++child) walk(at->child(child), all);
+    }
+    std::vector<Spoken> spoken() const {
+        std::vector<Spoken> all;
+        walk(QAccessible::queryAccessibleInterface(view), all);
+        return all;
+    }
+    std::optional<Spoken> find(QAccessible::Role role, const std::string& name) const {
+        for (const auto& one : spoken())
+            if (one.role == role && one.name == name) return one;
+        return std::nullopt;
+    }
+    void install(const char* id) {
+        writeFile(world.themesDirectory() / id / "cursors" / "left_ptr",
+                  XCursorBuilder().image({.size = 32}).bytes());
+    }
+};
+
+TEST_F(PopoverViewTest, OpensInTheListWithTheActiveThemeInView) {
+    install(ModelWorld::banana);
+    world.start();
+    world.applyNow(ModelWorld::banana);
+    show();
+    EXPECT_EQ(focused(), "Banana");
+}
+
+TEST_F(PopoverViewTest, TabGoesFromTheHeaderThroughFilterAndListToTheFooter) {
+    show();
+    std::vector<std::string> stops;
+    for (int stop = 0; stop < 8; ++stop) {
+        press(Qt::Key_Tab);
+        stops.push_back(focused());
+    }
+    EXPECT_THAT(stops, ElementsAre("Cursor Size", "System Default", "Reset", "Settings", "About Pintle",
+                                   "Quit Pintle", "All", "Bibata Modern Classic"));
+}
+
+TEST_F(PopoverViewTest, ArrowsMoveInTheListAndEnterTapsTheRow) {
+    show();
+    press(Qt::Key_Down);
+    EXPECT_EQ(focused(), "Bibata Modern Ice");
+    world.log.systemLines.clear();
+    press(Qt::Key_Return);
+    EXPECT_TRUE(world.log.has("[UI] BUTTON ACTION FIRED for theme: Bibata Modern Ice"));
+}
+
+TEST_F(PopoverViewTest, TheLastRowIsReachedByEndAndTheFirstByHome) {
+    show();
+    press(Qt::Key_End);
+    EXPECT_EQ(focused(), "Lilith");
+    press(Qt::Key_Home);
+    EXPECT_EQ(focused(), "Bibata Modern Classic");
+}
+
+TEST_F(PopoverViewTest, DeleteDeletesADownloadedThemeOnly) {
+    install(ModelWorld::ice);
+    show();
+    press(Qt::Key_Delete);
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(world.theme(ModelWorld::ice).isDownloaded);
+    press(Qt::Key_Down);
+    press(Qt::Key_Delete);
+    world.scheduler.runUntilIdle();
+    EXPECT_FALSE(world.theme(ModelWorld::ice).isDownloaded);
+}
+
+TEST_F(PopoverViewTest, ArrowsChooseInTheFilter) {
+    show();
+    while (focused() != "All") press(Qt::Key_Tab);
+    press(Qt::Key_Right);
+    EXPECT_EQ(focused(), "Universal");
+    EXPECT_EQ(world.viewModel->selectedFilter(), CursorHandedness::universal);
+    EXPECT_TRUE(find(QAccessible::RadioButton, "Universal")->checked);
+    EXPECT_FALSE(find(QAccessible::RadioButton, "All")->checked);
+}
+
+TEST_F(PopoverViewTest, ArrowsMoveTheSliderByOneStep) {
+    show();
+    press(Qt::Key_Tab);
+    press(Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(world.settings.cursorScale(), 1.05);
+    EXPECT_EQ(find(QAccessible::Slider, "Cursor Size")->description, "105%");
+}
+
+TEST_F(PopoverViewTest, EscapeAsksTheWindowToClose) {
+    show();
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(view->isVisible());
+}
+
+TEST_F(PopoverViewTest, EnterPressesAButton) {
+    show();
+    int asked = 0;
+    const auto hears =
+        world.notifications.observe(std::string(notification::openAboutRequest), [&](const auto&) { ++asked; });
+    while (focused() != "About Pintle") press(Qt::Key_Tab);
+    press(Qt::Key_Return);
+    press(Qt::Key_Space);
+    EXPECT_EQ(asked, 2);
+}
+
+TEST_F(PopoverViewTest, TellsAssistiveTechnologyTheNameRoleAndStateOfEverything) {
+    install(ModelWorld::ice);
+    world.start();
+    world.applyNow(ModelWorld::ice);
+    world.publishVersion("9.9.9");
+    show();
+    for (const char* button :
+         {"Settings", "About Pintle", "Quit Pintle", "System Default", "Reset", "Update 9.9.9"})
+        EXPECT_TRUE(find(QAccessible::Button, button)) << button;
+    EXPECT_EQ(find(QAccessible::Button, "Reset")->description, "Cursor size back to 100%");
+    EXPECT_TRUE(find(QAccessible::List, "Themes"));
+    EXPECT_TRUE(find(QAccessible::RadioButton, "All")->checked);
+    const auto row = find(QAccessible::ListItem, "Bibata Modern Ice");
+    ASSERT_TRUE(row);
+    EXPECT_TRUE(row->checked);
+    EXPECT_EQ(row->description, "Abdulkaiz Khatri, GPL-3.0, Right");
+    EXPECT_FALSE(find(QAccessible::ListItem, "Bibata Modern Amber")->checked);
+    EXPECT_EQ(find(QAccessible::ListItem, "Bibata Modern Amber")->description,
+              "Abdulkaiz Khatri, GPL-3.0, Right, Click to download");
+}
+
+TEST_F(PopoverViewTest, ADownloadIsAProgressBarNamedLikeItsTheme) {
+    show();
+    EXPECT_FALSE(find(QAccessible::ProgressBar, "Bibata Modern Ice"));
+    world.changeRow(ModelWorld::ice, [](auto& row) {
+        row.isDownloading = true;
+        row.downloadStatus = "Downloading 40%";
+        row.downloadProgress = 0.4;
+    });
+    settle();
+    ASSERT_TRUE(find(QAccessible::ProgressBar, "Bibata Modern Ice"));
+    EXPECT_EQ(find(QAccessible::ProgressBar, "Bibata Modern Ice")->description, "40%");
+}
+
+TEST_F(PopoverViewTest, SaysWhereThePointerCannotChangeAndOffersNoFooter) {
+    show(PopoverModel::Session::pointerCannotChange);
+    EXPECT_TRUE(find(
+        QAccessible::AlertMessage,
+        "Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it."));
+    std::vector<std::string> stops;
+    for (int stop = 0; stop < 6; ++stop) {
+        press(Qt::Key_Tab);
+        stops.push_back(focused());
+    }
+    EXPECT_THAT(stops, Not(Contains("System Default")));
+}
+
+TEST_F(PopoverViewTest, KeepsEveryControlAtLargeTextAndInASmallWindow) {
+    appearance.become({.textScale = 2});
+    show();
+    view->resize(340, 300);
+    settle();
+    for (const char* name : {"Settings", "Reset", "System Default"}) {
+        EXPECT_TRUE(find(QAccessible::Button, name)) << name;
+    }
+    EXPECT_TRUE(find(QAccessible::RadioButton, "Left"));
+}
+
+TEST_F(PopoverViewTest, TheShadowNeedsACompositor) {
+    show();
+    EXPECT_TRUE(views->popoverShape().shadow.isNull());
+    views->setComposited(true);
+    EXPECT_FALSE(views->popoverShape().shadow.isNull());
+    EXPECT_EQ(view->color().alpha(), 0);
+    views->setComposited(false);
+    EXPECT_EQ(view->color().alpha(), 255);
+}
+
+}  // namespace
+}  // namespace pintle
