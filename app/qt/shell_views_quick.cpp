@@ -44,7 +44,8 @@ struct ShellViewsQuick::Scenes {
 
 ShellViewsQuick::ShellViewsQuick(Neighbours neighbours) : to_(std::move(neighbours)) {
     // The renderer that runs everywhere and keeps no graphics driver in memory. Before the first window.
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    if (QQuickWindow::graphicsApi() != QSGRendererInterface::Software)
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QQuickWindow::setDefaultAlphaBuffer(true);
     appearanceChanged_ = to_.appearance.observe([this] { followLook(); });
     settingsChanged_ = to_.settings.changed.observe([this] { followLook(); });

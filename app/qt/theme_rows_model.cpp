@@ -125,7 +125,7 @@ QHash<int, QByteArray> ThemeRowsModel::roleNames() const {
 }
 
 QVariant ThemeRowsModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+    if (!index.isValid() || index.row() >= rowCount()) return {};
     return value(entries_[static_cast<std::size_t>(index.row())], role);
 }
 

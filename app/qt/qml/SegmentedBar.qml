@@ -93,7 +93,7 @@ Item {
     Repeater {
         id: repeater
         model: bar.entries
-        delegate: T.AbstractButton {
+        delegate: T.RadioButton {
             id: segment
 
             required property var modelData
@@ -106,12 +106,17 @@ Item {
             height: bar.segmentHeight
             hoverEnabled: true
             focusPolicy: selected ? Qt.TabFocus : Qt.NoFocus
-            Accessible.role: Accessible.RadioButton
+            text: modelData.title
+            padding: 0
+            // Checked by the owner alone: a press that toggles it is followed by what the owner says.
+            autoExclusive: false
+            checked: selected
+            onToggled: checked = Qt.binding(() => segment.selected)
+            onClicked: bar.take(index)
+            // The role is the button's own kind; one given here would not be heard.
             Accessible.name: modelData.title
             Accessible.checkable: true
             Accessible.checked: selected
-            Accessible.onToggleAction: bar.take(index)
-            onClicked: bar.take(index)
 
             Keys.onPressed: event => {
                 const back = bar.backwards ? Qt.Key_Right : Qt.Key_Left;
@@ -127,8 +132,8 @@ Item {
                 else return;
                 event.accepted = true;
                 if (to < 0 || to >= bar.entries.length) return;
-                bar.take(to);
                 repeater.itemAt(to).forceActiveFocus(Qt.TabFocusReason);
+                bar.take(to);
             }
 
             contentItem: Item {
