@@ -5,20 +5,23 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <string_view>
 #include <utility>
 
+#include "app/about_window_model.h"
 #include "app/context_menu.h"
+#include "app/popover_model.h"
+#include "app/settings_window_model.h"
 #include "settings/notification_names.h"
 #include "settings/typed_defaults.h"
 
 namespace pintle {
 namespace {
 
-constexpr Size kPopoverSize{340, 520};
 /// Panels start together with this program at login; one that takes longer than this is not coming.
 constexpr auto kTrayPatience = std::chrono::seconds(10);
 
-WindowSpec windowSpec(WindowContent content, Size size, const char* title) {
+WindowSpec windowSpec(WindowContent content, Size size, std::string_view title) {
     constexpr unsigned kTitled = 1;
     constexpr unsigned kClosable = 2;
     constexpr unsigned kFullSizeContentView = 32768;
@@ -36,8 +39,12 @@ WindowSpec windowSpec(WindowContent content, Size size, const char* title) {
     return spec;
 }
 
-WindowSpec settingsSpec() { return windowSpec(WindowContent::settings, {480, 760}, "Settings"); }
-WindowSpec aboutSpec() { return windowSpec(WindowContent::about, {300, 480}, "About Pintle"); }
+WindowSpec settingsSpec() {
+    return windowSpec(WindowContent::settings, SettingsWindowModel::contentSize, settings_text::windowTitle);
+}
+WindowSpec aboutSpec() {
+    return windowSpec(WindowContent::about, AboutWindowModel::contentSize, about_text::windowTitle);
+}
 
 }  // namespace
 
@@ -106,8 +113,8 @@ void AppDelegate::setupMenuBar() {
     // What the popover's view is built on exists before the view.
     to_.composition.viewModel();
     to_.composition.updateChecker();
-    popover_ =
-        desktop_->popovers.makePopover({.contentSize = kPopoverSize, .transient = true, .animates = true});
+    popover_ = desktop_->popovers.makePopover(
+        {.contentSize = PopoverModel::contentSize, .transient = true, .animates = true});
     log.system("[MENUBAR] Popover created with PopoverView");
     log.system("[MENUBAR] setupMenuBar() DONE");
 
@@ -173,14 +180,10 @@ void AppDelegate::togglePopover() {
         return;
     }
     log.system("[MENUBAR] Showing popover...");
-    popover_->show(*statusItem_, placeUnderStatusItem(kPopoverSize, placement()));
+    popover_->show(*statusItem_, placeUnderStatusItem(PopoverModel::contentSize, placement()));
     log.system("[MENUBAR] Popover shown, activating app");
     to_.application.activateIgnoringOtherApps();
     tellIfThereIsNoTray();
-}
-
-void AppDelegate::closePopover() {
-    if (popover_ && popover_->isShown()) popover_->close();
 }
 
 void AppDelegate::showContextMenu() {
@@ -296,8 +299,10 @@ bool AppDelegate::swallowsKey(const LocalKeyDown& key) {
 void AppDelegate::tellIfThereIsNoTray() {
     if (hasToldOfNoTray_ || !desktop_ || desktop_->statusBar.isAvailable()) return;
     hasToldOfNoTray_ = true;
-    to_.application.notify("Pintle found no tray",
-                           "It goes on running without an icon. Start Pintle again to open it.");
+    to_.application.notify(
+        std::string(translatable("Pintle", "Pintle found no tray")),
+        std::string(
+            translatable("Pintle", "It goes on running without an icon. Start Pintle again to open it.")));
 }
 
 }  // namespace pintle

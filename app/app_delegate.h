@@ -84,9 +84,6 @@ class AppDelegate {
     void quitApp();
 
     void positionWindowUnderStatusItem(ShellWindow& window);
-    /// Escape, and everything else that closes the popover without a press outside of it. Nothing when it is
-    /// not shown.
-    void closePopover();
 
     /// Null until each is made.
     StatusItem* statusItem() const { return statusItem_.get(); }

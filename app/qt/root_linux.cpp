@@ -7,6 +7,7 @@
 #include "app/popover_model.h"
 #include "app/qt/root.h"
 #include "app/qt/shell_views_quick.h"
+#include "app/qt/translated.h"
 #include "app/qt/window_views.h"
 #include "app/update_answers.h"
 #include "apply/cursor_overlay_manager.h"
@@ -57,7 +58,10 @@ struct Root::Early {
     std::unique_ptr<LoginItemService> loginItems = makeAbsentLoginItemService();
     std::unique_ptr<LoginAgent> autostart =
         makeAutostartEntry(makePreferencePath(environment, bundle).parent_path());
-    std::unique_ptr<Application> application = makeQtApplication({showDesktopNotification});
+    std::unique_ptr<Application> application =
+        makeQtApplication({[](const std::string& title, const std::string& text) {
+            showDesktopNotification(translated(title).toStdString(), translated(text).toStdString());
+        }});
 };
 
 namespace {
@@ -122,13 +126,18 @@ struct Root::Desktop {
                                *early.application});
                        },
                        [this, &early]() -> AboutWindowModel& {
-                           return aboutModel.emplace(early.bundle, *early.application);
+                           return aboutModel.emplace(early.bundle, *early.application, [this] {
+                               if (auto* const view = views->window(WindowContent::about)) view->close();
+                           });
                        }}),
           views(std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
               [this, &early, &composition]() -> PopoverModel& {
-                  return popoverModel.emplace(PopoverModel::Neighbours{
-                      composition.viewModel(), composition.updateChecker(), composition.settings(),
-                      composition.notifications(), *early.queue, *early.application, *early.log});
+                  return popoverModel.emplace(
+                      PopoverModel::Neighbours{composition.viewModel(), composition.updateChecker(),
+                                               composition.settings(), composition.notifications(),
+                                               *early.queue, *early.application, *early.log},
+                      canChangeThePointer() ? PopoverModel::Session::pointerCanChange
+                                            : PopoverModel::Session::pointerCannotChange);
               },
               *appearance, composition.settings(),
               [this](QQmlEngine& engine, WindowContent content) {
@@ -157,6 +166,11 @@ struct Root::Desktop {
         return std::make_unique<CursorOverlayManager>(CursorOverlayManager::Desktop{
             *early.queue, *early.log, overlay->displays(), overlay->surfaces(), overlay->windowList(),
             *workspace, overlay->pointer(), *hardwareCursor, overlay->accessibility(), settings, names});
+    }
+
+    /// In a Wayland session, and on a server without the extensions, nothing can.
+    bool canChangeThePointer() const {
+        return overlay || windowServer->provides(WindowServerFunction::registerCursorWithImages);
     }
 
     ShellPlatform shell() { return {*statusBar, *popovers, *windows, *eventMonitors}; }

@@ -78,7 +78,9 @@ struct Root::Desktop {
                                *early.application});
                        },
                        [this, &early]() -> AboutWindowModel& {
-                           return aboutModel.emplace(early.bundle, *early.application);
+                           return aboutModel.emplace(early.bundle, *early.application, [this] {
+                               if (auto* const view = views->window(WindowContent::about)) view->close();
+                           });
                        }}),
           views(std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
               [this, &early, &composition]() -> PopoverModel& {

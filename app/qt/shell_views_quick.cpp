@@ -37,6 +37,7 @@ QColor clearColour(const ViewLook& look) {
 struct ShellViewsQuick::Scenes {
     QQmlEngine engine;
     PreviewImages previews;
+    PopoverModel* popoverModel = nullptr;
     std::unique_ptr<PopoverFacade> popoverFacade;
     std::unique_ptr<QQuickView> popover;
     std::map<WindowContent, std::unique_ptr<QWindow>> windows;
@@ -92,7 +93,10 @@ ShellViewsQuick::Scenes& ShellViewsQuick::scenes() {
 QWindow* ShellViewsQuick::popover() {
     auto& made = scenes();
     if (made.popover) return made.popover.get();
-    made.popoverFacade = std::make_unique<PopoverFacade>(to_.popover(), made.previews);
+    if (!made.popoverModel) {
+        made.popoverModel = &to_.popover();
+        made.popoverFacade = std::make_unique<PopoverFacade>(*made.popoverModel, made.previews);
+    }
     auto view = std::make_unique<QQuickView>(&made.engine, nullptr);
     view->setResizeMode(QQuickView::SizeRootObjectToView);
     view->setColor(clearColour(look_));
@@ -111,10 +115,9 @@ PopoverShape ShellViewsQuick::popoverShape() const {
 }
 
 void ShellViewsQuick::popoverWillShow(bool animates) {
-    to_.popover().onAppear();
-    if (auto* view = popover())
-        QMetaObject::invokeMethod(qobject_cast<QQuickView*>(view)->rootObject(), "willShow",
-                                  Q_ARG(bool, animates));
+    if (!popover()) return;
+    scenes_->popoverModel->onAppear();
+    QMetaObject::invokeMethod(scenes_->popover->rootObject(), "willShow", Q_ARG(bool, animates));
 }
 
 void ShellViewsQuick::popoverDidHide() {

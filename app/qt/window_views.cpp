@@ -35,12 +35,12 @@ std::unique_ptr<QWindow> WindowViews::makeWindow(QQmlEngine& engine, WindowConte
     std::unique_ptr<QQuickView> view;
     switch (content) {
         case WindowContent::settings:
-            settings_ = std::make_unique<SettingsAdapter>(models_.settings());
+            if (!settings_) settings_ = std::make_unique<SettingsAdapter>(models_.settings());
             view = makeView(engine, "SettingsView", *settings_);
             if (view) view->resize(inPixels(SettingsWindowModel::contentSize));
             break;
         case WindowContent::about:
-            about_ = std::make_unique<AboutAdapter>(models_.about());
+            if (!about_) about_ = std::make_unique<AboutAdapter>(models_.about());
             view = makeView(engine, "AboutView", *about_);
             if (view) view->resize(inPixels(AboutWindowModel::contentSize));
             break;

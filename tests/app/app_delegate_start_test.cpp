@@ -197,7 +197,7 @@ TEST_F(StartTest, WithoutATrayTheUserIsToldOnce) {
                                           "It goes on running without an icon. Start "
                                           "Pintle again to open it.")));
     bus.hear("com.pintle.app.showPopover");
-    delegate->closePopover();
+    delegate->popover()->close();
     bus.hear("com.pintle.app.showPopover");
     world.scheduler.advance(std::chrono::minutes(5));
     EXPECT_EQ(shell.application.notes.size(), 1u);

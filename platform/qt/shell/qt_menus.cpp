@@ -1,6 +1,7 @@
 #include "platform/qt/shell/qt_menus.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <algorithm>
@@ -10,7 +11,8 @@ namespace {
 
 QString titleOf(const MenuItem& item) {
     // A single ampersand would mark the letter after it.
-    return QString::fromStdString(item.title).replace(QLatin1Char('&'), QLatin1String("&&"));
+    return QCoreApplication::translate("Pintle", item.title.c_str())
+        .replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 bool hasTheEntries(const QMenu& shown, const Menu& menu) {

@@ -1,5 +1,6 @@
 #include "platform/qt/shell/qt_windows.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -29,7 +30,7 @@ class QtShellWindow : public ShellWindow {
         if (spec.styleMask & kClosable) flags |= Qt::WindowCloseButtonHint;
         if (spec.showsMiniaturizeAndZoom) flags |= Qt::WindowMinMaxButtonsHint;
         view.setFlags(flags);
-        view.setTitle(QString::fromStdString(spec.title));
+        view.setTitle(QCoreApplication::translate("Pintle", spec.title.c_str()));
         view.create();
         if (desktop.frameExtents)
             expected_ = scaledDown(desktop.frameExtents(view.winId()), view.devicePixelRatio());
