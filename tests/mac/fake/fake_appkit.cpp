@@ -4,6 +4,7 @@
 #include <list>
 
 #include "platform/mac/appkit_alert.h"
+#include "platform/mac/appkit_appearance.h"
 #include "platform/mac/appkit_application.h"
 #include "platform/mac/appkit_cursor.h"
 #include "platform/mac/appkit_screens.h"
@@ -51,6 +52,11 @@ CursorReading readingOf(const ProcessCursor& cursor) {
 }
 
 }  // namespace
+
+/// Stands for the observation of a key, in the list of observers.
+constexpr const char* kEffectiveAppearance = "effectiveAppearance";
+
+void changeEffectiveAppearance() { postNotification("application", kEffectiveAppearance); }
 
 void forgetAppKit() { appKit() = {}; }
 
@@ -135,6 +141,12 @@ void notifyNatively(const std::string& title, const std::string& text) {
     world().applicationCalls.push_back("notify " + title + ": " + text);
 }
 void terminateNatively() { world().applicationCalls.emplace_back("terminate"); }
+
+DesktopLook readDesktopLook() { return world().look; }
+Subscription observeEffectiveAppearance(std::function<void()> changed) {
+    return observeNotification(NotificationSource::application, kEffectiveAppearance,
+                               [changed = std::move(changed)](const auto&) { changed(); });
+}
 
 Subscription beginProcessActivity(const std::string& reason) {
     world().activities.push_back(reason);

@@ -6,6 +6,7 @@
 
 #include "platform/mac/cf_notifications.h"
 #include "platform/mac/mac_alerts.h"
+#include "platform/mac/mac_appearance.h"
 #include "platform/mac/mac_bundle.h"
 #include "platform/mac/mac_instance_bus.h"
 #include "platform/mac/mac_log.h"
@@ -236,6 +237,50 @@ TEST(MacMainQueue, ATimerThatIsEndedInItsOwnWorkFreesTheWork) {
     });
     ASSERT_TRUE(runUntil([&] { return ran; }));
     EXPECT_EQ(kept.use_count(), 1);
+}
+
+class MacAppearanceTest : public ::testing::Test {
+  protected:
+    void endTurn() {
+        bool later = false;
+        queue_->post([&] { later = true; });
+        ASSERT_TRUE(runUntil([&] { return later; }));
+    }
+    std::unique_ptr<MainQueue> queue_ = makeMacMainQueue();
+};
+
+TEST_F(MacAppearanceTest, TheLookIsKnownFromTheStart) {
+    world().look = {true, false, true, 1, true};
+    EXPECT_EQ(makeMacAppearance(*queue_)->look(), world().look);
+}
+
+TEST_F(MacAppearanceTest, AChangeIsHeardATurnAfterEitherSideTellsAndOnlyWhenSomethingIsDifferent) {
+    const auto appearance = makeMacAppearance(*queue_);
+    int heard = 0;
+    const Subscription observer = appearance->observe([&] { ++heard; });
+    mac_fake::changeEffectiveAppearance();
+    endTurn();
+    EXPECT_EQ(heard, 0);
+    world().look.dark = true;
+    mac_fake::changeEffectiveAppearance();
+    EXPECT_EQ(heard, 0);
+    EXPECT_FALSE(appearance->look().dark);
+    endTurn();
+    EXPECT_EQ(heard, 1);
+    EXPECT_TRUE(appearance->look().dark);
+    world().look.reducedMotion = true;
+    mac_fake::postNotification("workspace", "NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification");
+    endTurn();
+    EXPECT_EQ(heard, 2);
+    EXPECT_TRUE(appearance->look().reducedMotion);
+}
+
+TEST_F(MacAppearanceTest, AChangeThatIsOnItsWayAtTheEndIsNothing) {
+    auto appearance = makeMacAppearance(*queue_);
+    world().look.dark = true;
+    mac_fake::changeEffectiveAppearance();
+    appearance.reset();
+    endTurn();
 }
 
 class MacAlertsTest : public ::testing::Test {

@@ -19,6 +19,7 @@
 #include "base/bitmap.h"
 #include "base/property_value.h"
 #include "platform/alerts.h"
+#include "platform/appearance.h"
 #include "platform/bundle.h"
 #include "platform/mac/appkit_screens.h"
 #include "platform/workspace.h"
@@ -154,6 +155,7 @@ struct World {
     std::vector<const void*> currentCursors;
     bool canExchangeSet = true;
     int exchanges = 0;
+    DesktopLook look;
     std::vector<std::string> applicationCalls;
     std::vector<std::string> activities;
     int activitiesEnded = 0;
@@ -175,6 +177,8 @@ std::size_t distributedObservers();
 void postNotification(const std::string& source, const std::string& name,
                       const std::optional<RunningApplication>& application = {});
 std::size_t notificationObservers();
+/// Light and dark change places, as AppKit tells.
+void changeEffectiveAppearance();
 /// Calls every display callback.
 void reconfigure(CGDirectDisplayID display, CGDisplayChangeSummaryFlags flags);
 /// Runs the main run loop until something was done or the time is over; false when nothing was done.
