@@ -67,6 +67,7 @@ QString PopoverFacade::listName() const { return translated(popover_text::listNa
 QString PopoverFacade::animatedHelp() const { return translated(row_text::animatedHelp); }
 QString PopoverFacade::deleteHelp() const { return translated(row_text::deleteHelp); }
 QString PopoverFacade::scaleText() const { return translated(model_.scaleText()); }
+QString PopoverFacade::percentText(int percent) { return translated(pintle::percentText(percent / 100.0)); }
 QString PopoverFacade::scaleName() const { return translated(popover_text::scaleName); }
 QString PopoverFacade::scaleIcon() const { return icon(symbol::scale); }
 

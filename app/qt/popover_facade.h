@@ -76,6 +76,8 @@ class PopoverFacade : public QObject {
     static double scaleNotch() { return PopoverModel::scaleNotch; }
     int scalePercent() const { return static_cast<int>(model_.scalePercent()); }
     QString scaleText() const;
+    /// Of a whole percentage on its way from one scale to the next.
+    Q_INVOKABLE static QString percentText(int percent);
     QString scaleName() const;
     QString scaleIcon() const;
     /// The percentage's spring in the units of the views' own spring, which moves in steps of 16 ms.

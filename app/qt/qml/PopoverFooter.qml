@@ -50,7 +50,7 @@ Item {
         anchors.verticalCenter: slider.verticalCenter
         width: Math.max(36, widest.advanceWidth + 1)
         horizontalAlignment: Text.AlignRight
-        text: Math.round(shown) + "%"
+        text: footer.popover.percentText(Math.round(shown))
         font.family: Theme.family
         font.pixelSize: Theme.sizeBody
         font.weight: Font.Medium
@@ -79,7 +79,7 @@ Item {
         anchors.rightMargin: 12
         y: 8 + footer.line + 8
         height: systemDefault.implicitHeight
-            PushButton {
+        PushButton {
             id: systemDefault
             anchors.left: parent.left
             anchors.right: reset.left
@@ -109,7 +109,8 @@ Item {
             Tip {
                 text: footer.popover.resetHelp
                 y: -height - 6
-                visible: reset.hovered && !reset.pressed
+                // Not over the percentage that has just become what it promises.
+                visible: reset.hovered && !reset.pressed && footer.popover.scale !== footer.popover.scaleNotch
             }
         }
     }

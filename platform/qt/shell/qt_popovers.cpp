@@ -1,13 +1,16 @@
 #include "platform/qt/shell/qt_popovers.h"
 
 #include <QBitmap>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QRegion>
+#include <functional>
 #include <optional>
 #include <utility>
 
 #include "base/subscription.h"
+#include "platform/qt/shell/qt_status_bar.h"
 #include "platform/qt/shell/shell_geometry.h"
 #include "platform/qt/shell/window_host.h"
 
@@ -24,6 +27,28 @@ QRegion roundedRectangle(const QSize& size, int radius) {
     painter.end();
     return QRegion(drawn);
 }
+
+/// Sees the presses on the program's other windows, which nobody reports as presses elsewhere.
+class OtherWindows : public QObject {
+  public:
+    OtherWindows(const QWindow& view, std::function<void()> pressed)
+        : view_(view), pressed_(std::move(pressed)) {
+        qApp->installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject* receiver, QEvent* event) override {
+        // The icon's own clicks are told apart by those who hear of them.
+        if (event->type() == QEvent::MouseButtonPress && receiver->isWindowType() && receiver != &view_ &&
+            !receiver->property(kIsTrayIcon).toBool())
+            pressed_();
+        return false;
+    }
+
+  private:
+    const QWindow& view_;
+    const std::function<void()> pressed_;
+};
 
 class QtPopover : public Popover {
   public:
@@ -56,6 +81,7 @@ class QtPopover : public Popover {
         view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
         view->setTitle(QStringLiteral("Pintle"));
         host_.emplace(*view, desktop_, [this] { views_.popoverDidHide(); });
+        if (spec_.transient) otherWindows_.emplace(*view, [this] { close(); });
         // Where presses elsewhere cannot be seen, the loss of the keyboard stands in for them.
         if (spec_.transient && !desktop_.watchPresses)
             QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &*host_, [this](QWindow* focused) {
@@ -103,6 +129,7 @@ class QtPopover : public Popover {
     QMargins shadow_;
     bool composited_ = appearance_.look().blendsWindows;
     std::optional<shell::WindowHost> host_;
+    std::optional<OtherWindows> otherWindows_;
     Subscription looks_;
 };
 

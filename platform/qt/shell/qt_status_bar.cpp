@@ -22,8 +22,6 @@
 namespace pintle {
 namespace {
 
-/// Marks the icon's window in a panel: to the rest of the program it is a part of the panel.
-constexpr const char* kIsTrayIcon = "isTrayIcon";
 /// What hosts look up that colour icons themselves.
 constexpr const char* kThemeName = "com.pintle.app-symbolic";
 constexpr QRgb kOnLight = 0x1F2626;

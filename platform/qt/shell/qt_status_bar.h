@@ -11,6 +11,9 @@
 
 namespace pintle {
 
+/// Marks the icon's window in a panel: to the rest of the program it is a part of the panel.
+inline constexpr const char* kIsTrayIcon = "isTrayIcon";
+
 /// Both must outlive the bar and its items.
 std::unique_ptr<StatusBar> makeQtStatusBar(Appearance& appearance, const ShellDesktop& desktop);
 
