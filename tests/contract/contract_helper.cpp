@@ -14,6 +14,7 @@
 
 #include "platform/fake/fake_log.h"
 #include "platform/fake/virtual_scheduler.h"
+#include "platform/linux/dbus_instance_bus.h"
 #include "platform/linux/plist_coder.h"
 #include "platform/linux/plist_key_value_store.h"
 #include "platform/posix/signal_recovery.h"
@@ -78,6 +79,24 @@ int writePreferences(const char* file, const std::string& key, long count) {
     return log.systemLines.empty() ? 0 : 3;
 }
 
+/// helper post NAME MESSAGE: a second copy, which tells the first one and ends at once. 3: there is no first.
+int postAndEnd(const std::string& name, const std::string& message, int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const auto bus = pintle::makeDbusInstanceBus(name);
+    if (!bus->anotherCopyRuns()) return 3;
+    bus->post(message);
+    _exit(0);
+}
+
+/// helper hold NAME REPORT_FD: a first copy that runs until it is killed.
+int holdName(const std::string& name, int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const auto bus = pintle::makeDbusInstanceBus(name);
+    const bool alone = !bus->anotherCopyRuns();
+    if (write(reportTo, alone ? "a" : "b", 1) != 1) _exit(9);
+    return QCoreApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -87,5 +106,10 @@ int main(int argc, char** argv) {
         return dieBySignal(argv[2], argc, argv);
     }
     if (mode == "write" && argc == 5) return writePreferences(argv[2], argv[3], std::atol(argv[4]));
+    if (mode == "post" && argc == 4) return postAndEnd(argv[2], argv[3], argc, argv);
+    if (mode == "hold" && argc == 4) {
+        reportTo = std::atoi(argv[3]);
+        return holdName(argv[2], argc, argv);
+    }
     return 2;
 }

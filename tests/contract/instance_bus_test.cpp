@@ -1,14 +1,19 @@
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <spawn.h>
 #include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QCoreApplication>
+#include <QEventLoop>
 #include <chrono>
 #include <cstring>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/linux/dbus_instance_bus.h"
 #include "tests/support/temporary_folder.h"
@@ -146,6 +151,100 @@ TEST_F(WithBus, ABusThatDiesDoesNotEndThisProcess) {
     ::waitpid(pid_, nullptr, 0);
     pid_ = -1;
     EXPECT_FALSE(first->anotherCopyRuns());
+}
+
+/// Runs this process's event loop until `reached`; false when it does not get there in time.
+bool eventually(const std::function<bool()>& reached) {
+    const auto end = std::chrono::steady_clock::now() + 10s;
+    while (!reached()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        ::usleep(2000);
+    }
+    return true;
+}
+
+/// Waits for a helper while this process's event loop runs.
+int exitCodeOf(pid_t helper) {
+    int status = -1;
+    if (!eventually([&] { return ::waitpid(helper, &status, WNOHANG) == helper; })) return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -2;
+}
+
+pid_t startHelper(std::vector<std::string> arguments) {
+    std::vector<char*> pointers = {const_cast<char*>(CONTRACT_HELPER)};
+    for (auto& argument : arguments) pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    pid_t pid = -1;
+    return ::posix_spawn(&pid, CONTRACT_HELPER, nullptr, nullptr, pointers.data(), environ) == 0 ? pid : -1;
+}
+
+TEST_F(WithBus, AMessageOfASecondCopyThatEndsAtOnceIsHeardByTheFirst) {
+    const auto first = makeDbusInstanceBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    int heard = 0;
+    int other = 0;
+    const auto watch = first->observe("show", [&] { ++heard; });
+    const auto otherWatch = first->observe("hide", [&] { ++other; });
+    for (int i = 1; i <= 3; ++i) {
+        EXPECT_EQ(exitCodeOf(startHelper({"post", kName, "show"})), 0);
+        EXPECT_TRUE(eventually([&] { return heard == i; }));
+    }
+    EXPECT_EQ(other, 0);
+}
+
+TEST_F(WithBus, AMessageWaitsForAFirstCopyThatIsBusy) {
+    const auto first = makeDbusInstanceBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    int heard = 0;
+    const auto watch = first->observe("show", [&] { ++heard; });
+    const pid_t helper = startHelper({"post", kName, "show"});
+    ::usleep(300'000);
+    EXPECT_EQ(heard, 0);
+    EXPECT_TRUE(eventually([&] { return heard == 1; }));
+    EXPECT_EQ(exitCodeOf(helper), 0);
+}
+
+TEST_F(WithBus, AfterTheHandleEndedNothingIsHeard) {
+    const auto first = makeDbusInstanceBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    int heard = 0;
+    auto watch = first->observe("show", [&] { ++heard; });
+    watch.end();
+    EXPECT_EQ(exitCodeOf(startHelper({"post", kName, "show"})), 0);
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    EXPECT_EQ(heard, 0);
+}
+
+TEST_F(WithBus, AKilledFirstCopyLeavesItsPlaceToTheNext) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const pid_t killed = startHelper({"hold", kName, std::to_string(ends[1])});
+    ASSERT_GT(killed, 0);
+    char answer = 0;
+    ASSERT_EQ(::read(ends[0], &answer, 1), 1);
+    EXPECT_EQ(answer, 'a');
+    const auto next = makeDbusInstanceBus(kName);
+    EXPECT_TRUE(next->anotherCopyRuns());
+    ::kill(killed, SIGKILL);
+    ::waitpid(killed, nullptr, 0);
+    // The bus notices the closed connection when it comes to it.
+    EXPECT_TRUE(eventually([&] { return !next->anotherCopyRuns(); }));
+    int heard = 0;
+    const auto watch = next->observe("show", [&] { ++heard; });
+    EXPECT_EQ(exitCodeOf(startHelper({"post", kName, "show"})), 0);
+    EXPECT_TRUE(eventually([&] { return heard == 1; }));
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST_F(InstanceBusTest, WithoutABusAMessageIsLostAndNothingHangs) {
+    const auto bus = makeDbusInstanceBus(kName);
+    EXPECT_FALSE(bus->anotherCopyRuns());
+    int heard = 0;
+    const auto watch = bus->observe("show", [&] { ++heard; });
+    bus->post("show");
+    EXPECT_EQ(heard, 0);
 }
 
 }  // namespace

@@ -27,6 +27,8 @@ constexpr const char* kThemeName = "com.pintle.app-symbolic";
 constexpr QRgb kOnLight = 0x1F2626;
 constexpr QRgb kOnDark = 0xF4F7F7;
 constexpr std::chrono::milliseconds kPanelDrawn{1500};
+constexpr std::chrono::milliseconds kBetweenTries{20};
+constexpr int kTries = 250;
 
 bool hasThemeIcon() {
     return !QStandardPaths::locate(
@@ -43,7 +45,16 @@ class QtStatusItem : public QObject, public StatusItem {
         if (desktop_.observeTrayHosts) hosts_ = desktop_.observeTrayHosts([this] { follow(); });
         panelDrawn_.setSingleShot(true);
         QObject::connect(&panelDrawn_, &QTimer::timeout, this, [this] { applyImage(); });
+        finding_.setSingleShot(true);
+        QObject::connect(&finding_, &QTimer::timeout, this, [this] {
+            if (tray_ && !embedded_) findEmbedded();
+        });
         follow();
+    }
+
+    ~QtStatusItem() override {
+        // Its end must not be taken for the panel's.
+        if (embedded_) embedded_->disconnect(this);
     }
 
     std::string description() const override {
@@ -107,9 +118,11 @@ class QtStatusItem : public QObject, public StatusItem {
     /// be asked before.
     void follow() {
         const TrayHosts now = desktop_.trayHosts ? desktop_.trayHosts() : TrayHosts{.notifier = true};
+        // A window that was in a panel which has gone does not know where it is in the next one.
+        if (embedded_) tray_.reset();
         if (!now.any()) return;
         if (tray_) {
-            // A panel that comes back takes the icon in again by the toolkit's doing, in its own colours.
+            // On the bus the toolkit tells the next host by itself; it may have other colours.
             panelDrawn_.start(kPanelDrawn);
             return;
         }
@@ -118,13 +131,29 @@ class QtStatusItem : public QObject, public StatusItem {
                          [this](QSystemTrayIcon::ActivationReason reason) { activated(reason); });
         applyImage();
         tray_->show();
+        // The toolkit hears of a new panel by a message of its own, perhaps later than we do.
+        tries_ = now.notifier ? 0 : kTries;
+        findEmbedded();
+        applyHostMenu();
+        applyImage();
+        panelDrawn_.start(kPanelDrawn);
+    }
+
+    void findEmbedded() {
         for (auto* const widget : QApplication::topLevelWidgets())
             if (widget->inherits("QSystemTrayIconSys")) embedded_ = widget;
-        if (embedded_) {
-            embedded_->installEventFilter(this);
-            if (auto* const window = embedded_->windowHandle()) window->setProperty(kIsTrayIcon, true);
+        if (!embedded_) {
+            if (tries_-- > 0) finding_.start(kBetweenTries);
+            return;
         }
-        applyHostMenu();
+        embedded_->installEventFilter(this);
+        // The toolkit makes another one when it hears of the panel a second time.
+        QObject::connect(embedded_, &QObject::destroyed, this, [this] {
+            tries_ = kTries;
+            finding_.start(kBetweenTries);
+        });
+        if (auto* const window = embedded_->windowHandle()) window->setProperty(kIsTrayIcon, true);
+        tray_->setContextMenu(nullptr);
         applyImage();
         panelDrawn_.start(kPanelDrawn);
     }
@@ -224,6 +253,8 @@ class QtStatusItem : public QObject, public StatusItem {
     QPointer<QWidget> embedded_;
     QColor shownColor_;
     QTimer panelDrawn_;
+    QTimer finding_;
+    int tries_ = 0;
     Subscription looks_;
     Subscription hosts_;
 };

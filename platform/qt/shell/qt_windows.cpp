@@ -31,6 +31,9 @@ class QtShellWindow : public ShellWindow {
         if (spec.showsMiniaturizeAndZoom) flags |= Qt::WindowMinMaxButtonsHint;
         view.setFlags(flags);
         view.setTitle(QCoreApplication::translate("Pintle", spec.title.c_str()));
+        // Of a window that cannot change its size, window managers draw less.
+        view.setMinimumSize(content_);
+        view.setMaximumSize(content_);
         view.create();
         if (desktop.frameExtents)
             expected_ = scaledDown(desktop.frameExtents(view.winId()), view.devicePixelRatio());
@@ -44,7 +47,7 @@ class QtShellWindow : public ShellWindow {
     }
 
     bool isVisible() const override { return host_.isVisible(); }
-    bool isKey() const override { return host_.view() && QGuiApplication::focusWindow() == host_.view(); }
+    bool isKey() const override { return isVisible() && QGuiApplication::focusWindow() == host_.view(); }
     Rect frame() const override {
         return shell::pointsFrom(isVisible() ? host_.view()->frameGeometry() : frame_);
     }

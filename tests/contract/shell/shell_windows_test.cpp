@@ -1,0 +1,211 @@
+// Popover, windows, alerts and the end of the program on a real window manager.
+#include <QRegion>
+
+#include "tests/contract/shell/shell_fixture.h"
+
+namespace pintle {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr Rect kPanelFrame{{900, 200}, {340, 520}};
+
+class PopoverWindow : public ShellTest {
+  protected:
+    void show() {
+        if (!popover) popover = popovers->makePopover({.contentSize = {340, 520}});
+        makeItem();
+        popover->show(*item, kPanelFrame);
+    }
+    std::unique_ptr<Popover> popover;
+};
+
+TEST_F(PopoverWindow, IsMadeWhenItIsFirstShown) {
+    popover = popovers->makePopover({.contentSize = {340, 520}});
+    EXPECT_EQ(views.isComposited, false);
+    EXPECT_FALSE(views.popoverView);
+    EXPECT_FALSE(popover->isShown());
+    popover->close();
+    EXPECT_THAT(views.told, IsEmpty());
+}
+
+TEST_F(PopoverWindow, StandsOnItsFrameInFrontOfEverythingWithTheKeyboard) {
+    show();
+    EXPECT_TRUE(popover->isShown());
+    ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));
+    EXPECT_EQ(views.popoverView->frameGeometry(), QRect(900, 80, 340, 520));
+    EXPECT_TRUE(views.popoverView->flags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_TRUE(views.popoverView->flags().testFlag(Qt::WindowStaysOnTopHint));
+    const std::string id = std::to_string(views.popoverView->winId());
+    EXPECT_EQ(::system(("xprop -id " + id + " _NET_WM_STATE | grep -q SKIP_TASKBAR").c_str()), 0);
+    EXPECT_EQ(::system(("xprop -id " + id + " _NET_WM_STATE | grep -q ABOVE").c_str()), 0);
+}
+
+TEST_F(PopoverWindow, WithoutACompositorIsCutToRoundCorners) {
+    show();
+    const QRegion mask = views.popoverView->mask();
+    EXPECT_TRUE(mask.contains(QPoint(170, 260)));
+    EXPECT_TRUE(mask.contains(QPoint(12, 0)));
+    EXPECT_FALSE(mask.contains(QPoint(0, 0)));
+    EXPECT_FALSE(mask.contains(QPoint(339, 519)));
+}
+
+TEST_F(PopoverWindow, WithACompositorHasRoomForItsShadowAroundTheFrame) {
+    appearance.become({.blendsWindows = true});
+    show();
+    EXPECT_EQ(views.isComposited, true);
+    ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));
+    EXPECT_EQ(views.popoverView->frameGeometry(), QRect(876, 56, 388, 568));
+    EXPECT_TRUE(views.popoverView->mask().isEmpty());
+    // A press on the shadow goes to what lies below it, and that is elsewhere.
+    click(880, 300);
+    EXPECT_TRUE(until([this] { return pressed.size() == 1; }));
+    click(1000, 300);
+    runFor(std::chrono::milliseconds(100));
+    click(880, 300);
+    ASSERT_TRUE(until([this] { return pressed.size() == 2; }));
+    EXPECT_EQ(pressed[1].press, 3u);
+}
+
+TEST_F(PopoverWindow, FollowsACompositorThatComesWhileItIsShown) {
+    show();
+    appearance.become({.blendsWindows = true});
+    EXPECT_EQ(views.isComposited, true);
+    EXPECT_TRUE(until([this] { return views.popoverView->frameGeometry() == QRect(876, 56, 388, 568); }));
+    appearance.become({});
+    EXPECT_TRUE(until([this] { return views.popoverView->frameGeometry() == QRect(900, 80, 340, 520); }));
+    EXPECT_FALSE(views.popoverView->mask().isEmpty());
+}
+
+TEST_F(PopoverWindow, ClosesByItsOwnEscapeAndComesBack) {
+    show();
+    ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));
+    mouse("key Escape");
+    ASSERT_TRUE(until([this] { return !popover->isShown(); }));
+    EXPECT_THAT(views.told, ElementsAre("will animate", "hidden"));
+    popover->show(*item, kPanelFrame);
+    EXPECT_TRUE(popover->isShown());
+    popover->close();
+    EXPECT_FALSE(popover->isShown());
+    EXPECT_THAT(views.told, ElementsAre("will animate", "hidden", "will animate", "hidden"));
+}
+
+WindowSpec aboutSpec() {
+    return {.content = WindowContent::about,
+            .contentSize = {300, 480},
+            .title = "About Pintle",
+            .styleMask = 32771,
+            .showsMiniaturizeAndZoom = false};
+}
+
+TEST_F(ShellTest, AWindowEndsWithItsTitleBarInsideTheFrameItWasGiven) {
+    const auto window = windows->makeWindow(aboutSpec());
+    // The window manager says beforehand what it will draw.
+    const Rect whole = window->frame();
+    EXPECT_GT(whole.size.height, 480);
+    EXPECT_GE(whole.size.width, 300);
+    window->setFrame({{200, 100}, whole.size});
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(until([&] { return window->isKey(); }));
+    EXPECT_TRUE(until([&] { return window->frame() == Rect{{200, 100}, whole.size}; }));
+    auto& view = *views.windowViews[WindowContent::about];
+    EXPECT_EQ(view.size(), QSize(300, 480));
+    EXPECT_EQ(view.title(), QStringLiteral("About Pintle"));
+    EXPECT_FALSE(view.flags().testFlag(Qt::WindowMaximizeButtonHint));
+}
+
+TEST_F(ShellTest, AWindowThatIsSmallerThanItsContentShrinksItsView) {
+    const auto window = windows->makeWindow(aboutSpec());
+    const Rect whole = window->frame();
+    window->setFrame({{200, 100}, {whole.size.width, 300}});
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(until([&] { return window->isKey(); }));
+    EXPECT_TRUE(until([&] { return window->frame() == Rect{{200, 100}, {whole.size.width, 300}}; }));
+    EXPECT_EQ(views.windowViews[WindowContent::about]->height(), 300 - (whole.size.height - 480));
+}
+
+TEST_F(ShellTest, AClosedWindowIsKeptAndShownAgain) {
+    const auto window = windows->makeWindow(aboutSpec());
+    window->setFrame({{200, 100}, window->frame().size});
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(until([&] { return window->isKey(); }));
+    auto* const view = views.windowViews[WindowContent::about].get();
+    const auto id = view->winId();
+    // As the close button of the title bar does.
+    ASSERT_EQ(::system(("wmctrl -i -c " + std::to_string(id) + " 2>/dev/null || xdotool key alt+F4").c_str()),
+              0);
+    ASSERT_TRUE(until([&] { return !window->isVisible(); }));
+    EXPECT_FALSE(window->isKey());
+    window->makeKeyAndOrderFront();
+    EXPECT_TRUE(until([&] { return window->isKey(); }));
+    EXPECT_EQ(view->winId(), id);
+    window->close();
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(ShellTest, TheWorkAreaLeavesThePanelOut) {
+    const auto screens = windows->screens();
+    ASSERT_EQ(screens.size(), 1u);
+    EXPECT_EQ(screens[0].frame, (Rect{{0, 0}, {1280, 800}}));
+    EXPECT_EQ(screens[0].workArea, screens[0].frame);
+    startPanel();
+    EXPECT_TRUE(until([this] { return windows->screens()[0].workArea == Rect{{0, 0}, {1280, 770}}; }));
+}
+
+TEST_F(ShellTest, TheMouseIsMeasuredFromTheLowerLeftCorner) {
+    mouse("mousemove 200 300");
+    EXPECT_TRUE(until([this] { return windows->mouseLocation() == Point{200, 500}; }));
+}
+
+TEST_F(ShellTest, AlertsWaitTheirTurnAndAnswerOnce) {
+    std::vector<std::string> answers;
+    const auto note = [&](const char* name) {
+        return [&answers, name](int button) { answers.push_back(name + std::to_string(button)); };
+    };
+    alerts->runModal({AlertStyle::warning, "first", "", {"Yes", "No"}}, note("first "));
+    alerts->runModal({AlertStyle::informational, "second", "", {"Yes", "Later", "No"}}, note("second "));
+    alerts->runModal({AlertStyle::informational, "third", "", {}}, note("third "));
+    EXPECT_THAT(views.alerts, ElementsAre("first"));
+    ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.alertView.get(); }));
+    const auto stale = views.chosen;
+    views.chosen(0);
+    stale(1);
+    EXPECT_THAT(answers, IsEmpty());
+    ASSERT_TRUE(until([&] { return answers.size() == 1; }));
+    ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.alertView.get(); }));
+    EXPECT_THAT(views.alerts, ElementsAre("first", "second"));
+    runFor(std::chrono::milliseconds(300));
+    // Closing is the last button.
+    mouse("key Escape");
+    ASSERT_TRUE(until([&] { return answers.size() == 2; }));
+    ASSERT_TRUE(until([this] { return views.alerts.size() == 3 && views.alertView->isVisible(); }));
+    views.alertView->close();
+    ASSERT_TRUE(until([&] { return answers.size() == 3; }));
+    EXPECT_THAT(answers, ElementsAre("first 0", "second 2", "third 0"));
+    EXPECT_FALSE(views.alertView->isVisible());
+}
+
+TEST_F(ShellTest, TheEndRunsTheHandlerOnceWithWindowsOpen) {
+    const auto application = makeQtApplication({});
+    int ends = 0;
+    application->setWillTerminate([&] { ++ends; });
+    const auto window = windows->makeWindow(aboutSpec());
+    window->setFrame({{200, 100}, window->frame().size});
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(until([&] { return window->isKey(); }));
+    application->terminate();
+    application->terminate();
+    EXPECT_EQ(ends, 0);
+    EXPECT_EQ(QApplication::exec(), 0);
+    EXPECT_EQ(ends, 1);
+}
+
+TEST_F(ShellTest, AnEndThatIsAskedForBeforeTheLoopRunsComesWhenItDoes) {
+    const auto application = makeQtApplication({});
+    application->terminate();
+    EXPECT_EQ(QApplication::exec(), 0);
+}
+
+}  // namespace
+}  // namespace pintle
