@@ -8,6 +8,9 @@ Item {
     property bool indeterminate: false
     /// The accessible name, in the words of what is under way.
     property string name
+    // Where assistive technology looks for the range.
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 1
     readonly property bool backwards: Qt.application.layoutDirection === Qt.RightToLeft
 
     implicitHeight: 3

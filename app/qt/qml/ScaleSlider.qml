@@ -7,6 +7,9 @@ T.Slider {
     id: slider
 
     property real notch: NaN
+    // Where assistive technology looks for the range.
+    readonly property real minimumValue: from
+    readonly property real maximumValue: to
     readonly property real knobSize: pressed ? 18 : 16
 
     implicitHeight: 28

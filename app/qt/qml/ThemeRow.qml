@@ -47,7 +47,12 @@ T.ItemDelegate {
 
     /// False while the row takes another theme's values, which are not to fade in.
     property bool settled: true
+    // One that waits to be used again is no row of the list, not for assistive technology either.
+    property bool waits: false
+    visible: !waits
+    ListView.onPooled: waits = true
     ListView.onReused: {
+        waits = false;
         settled = false;
         Qt.callLater(() => settled = true);
     }
@@ -61,11 +66,12 @@ T.ItemDelegate {
     padding: 0
     text: name
 
-    Accessible.role: Accessible.ListItem
+    // The control tells assistive technology of its own role and state; a click must not change the latter.
+    checkable: true
+    checked: active
+    onToggled: checked = Qt.binding(() => row.active)
     Accessible.name: name
     Accessible.description: description
-    Accessible.checkable: true
-    Accessible.checked: active
     Accessible.focusable: true
     Accessible.onPressAction: row.tapped()
     Accessible.onToggleAction: row.tapped()

@@ -75,8 +75,16 @@ class QtShellWindow : public ShellWindow {
         view->setFramePosition(frame_.topLeft());
         applied_ = around;
     }
+    /// The guess about the window manager's drawing was wrong: the content keeps its size where the screen
+    /// has room for both.
     void follow() {
-        if (isVisible() && margins() != applied_) applyFrame();
+        const QMargins around = margins();
+        if (!isVisible() || around == applied_) return;
+        const QSize content = frame_.marginsRemoved(applied_).size();
+        frame_.setSize(content.grownBy(around));
+        if (const auto* const screen = host_.view()->screen())
+            frame_.setBottom(std::min(frame_.bottom(), screen->availableGeometry().bottom()));
+        applyFrame();
     }
 
     const QSize content_;
