@@ -131,7 +131,7 @@ class Desktop:
         try:
             children.wait_until(f"{name} {state}", question)
         except TimeoutError as error:
-            raise RuntimeError(f"{error}\n{self.log_text(name)}") from None
+            raise RuntimeError(f"{error}\n{self.log_text(name)[-1500:]}") from None
 
     def start_with_areas(self, title, arguments):
         """Starts an application that reports its areas; answers a dictionary name -> (x, y)."""

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""The desktop tour: real applications on a private X desktop, the program under test, and an independent client
-that says which pointer is shown where. Ends with 1 when one of them is not what it must be.
+"""The pointer tour: real applications on a private X desktop, the program under test, used by clicks, and an
+independent client that says which pointer is shown where. Ends with 1 when one of them is not what it must be.
+Needs the system's Python with gi.
 
   run_tour.py --build BUILD_FOLDER [--short] [--quiet] [--window-manager NAME] [--pictures FOLDER]
 
@@ -13,14 +14,20 @@ import shutil
 import sys
 import time
 
+sys.path.insert(1, os.path.join(os.path.dirname(os.path.abspath(__file__)), "shell"))
+
+from session import ShellDesktop  # first: it finds the modules that the others use
+
 import children
 import points
-from desktop import WINDOW_MANAGERS, Desktop
+from by_hand import ByHand
+from desktop import WINDOW_MANAGERS
 from judge import Judge
 from pictures import Pictures
-from program import Driver, Pintle
+from program import Pintle
 from report import Report
 from theme import Theme, write_preferences
+from tray_hosts import Tint2
 
 FREE_CORNER = (1460, 860)
 
@@ -35,6 +42,7 @@ class Tour:
         self.tools = os.path.join(options.build, "tests", "desktop")
         self.theme = Theme("bibata-modern-ice", "Bibata-Modern-Ice", self.tools)
         self.other_theme = Theme("adwaita-cursors", "DMZ-White", self.tools)
+        self.host = Tint2(desktop, "bottom")
         self.driver = None
 
     def open_applications(self):
@@ -50,7 +58,7 @@ class Tour:
         self.drawn_points = [by_label[label] for label in ("xterm: text", "GTK: help", "Qt: OpenHand")]
 
     def start_driver(self):
-        self.driver = Driver(self.desktop, os.path.join(self.tools, "driver"))
+        self.driver = ByHand(self.desktop, self.host, os.path.join(self.options.build, "pintle"))
 
     def stage(self, title, theme=None, scale=1.0, among=None):
         self.judge.stage(title, among or self.points, theme, scale)
@@ -118,7 +126,7 @@ class Tour:
         self.driver.command("reset")
         self.stage("Reset by a new process")
         self.report.stage("The end")
-        self.report.check("the driver quits without an error", self.driver.quit() == 0)
+        self.report.check("the program quits without an error", self.driver.quit() == 0)
 
     def kill_loop(self, rounds):
         """Killed at ever later moments of its start; the pointer stays readable, and the last start is whole."""
@@ -142,6 +150,7 @@ class Tour:
     def run(self):
         for theme in (self.theme, self.other_theme):
             theme.install(self.desktop.data)
+        self.host.start()
         self.open_applications()
         if self.options.kill_loop:
             self.kill_loop(self.options.kill_loop)
@@ -153,7 +162,7 @@ class Tour:
         return self.report.close()
 
     def keep_logs(self):
-        for name in ("driver", "pintle", "server"):
+        for name in ("pintle", "server"):
             source = os.path.join(self.desktop.folder, name + ".log")
             if os.path.exists(source):
                 shutil.copy(source, os.path.join(self.options.pictures, name + ".log"))
@@ -170,7 +179,7 @@ def main():
     options = parser.parse_args()
     options.build = os.path.abspath(options.build)
     options.pictures = os.path.abspath(options.pictures or os.path.join(options.build, "tour"))
-    with Desktop(os.path.join(options.build, "tests", "desktop"), options.window_manager) as desktop:
+    with ShellDesktop(os.path.join(options.build, "tests", "desktop"), options.window_manager) as desktop:
         tour = Tour(desktop, options)
         try:
             good = tour.run()

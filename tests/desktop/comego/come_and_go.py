@@ -13,21 +13,24 @@ import subprocess
 import sys
 import time
 
-sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "shell"))
+
+from session import ShellDesktop  # first: it finds the modules that the others use
 
 import children  # noqa: E402
 import points  # noqa: E402
-from desktop import SYSTEM_PYTHON, Desktop  # noqa: E402
+from by_hand import ByHand  # noqa: E402
+from desktop import SYSTEM_PYTHON  # noqa: E402
 from judge import Judge  # noqa: E402
-from program import Driver  # noqa: E402
 from report import Report  # noqa: E402
 from theme import Theme, write_preferences  # noqa: E402
+from tray_hosts import Tint2  # noqa: E402
 
 TAG = "[SystemCursorChanger] "
 LOGIN = "org.freedesktop.login1"
 
 
-class SessionDesktop(Desktop):
+class SessionDesktop(ShellDesktop):
     """With a system bus on which a mock of the session manager answers."""
 
     def start_bus(self):
@@ -57,11 +60,13 @@ class Round:
         self.judge = Judge(desktop.probe, self.report)
         self.tools = os.path.join(options.build, "tests", "desktop")
         self.theme = Theme("bibata-modern-ice", "Bibata-Modern-Ice", self.tools)
+        self.program = os.path.join(options.build, "pintle")
+        self.host = Tint2(desktop, "bottom")
         self.entry = os.path.join(desktop.config, "autostart", "com.pintle.app.desktop")
 
     def lines(self):
         """What the program has logged, without the words that the log puts before a line."""
-        text = self.desktop.log_text("driver")
+        text = self.desktop.log_text("pintle")
         return [line[line.index("["):] for line in text.splitlines() if "[" in line]
 
     def count(self, line):
@@ -106,16 +111,14 @@ class Round:
         os.makedirs(os.path.dirname(self.entry), exist_ok=True)
         with open(self.entry, "w") as file:
             file.write('[Desktop Entry]\nType=Application\nName=Pintle\nExec="/old/place/pintle"\n')
-        program = os.path.join(self.tools, "driver")
-        self.driver = Driver(self.desktop, program)
-        children.wait_until("the end of start-up",
-                            lambda: self.count("[PINTLEAPP] applyLastCursor() DONE") == 2)
+        self.host.start()
+        self.driver = ByHand(self.desktop, self.host, self.program)
         with open(self.entry) as file:
-            self.report.check("the entry starts the program where it is", f'Exec="{program}"' in file.read())
+            self.report.check("the entry starts the program where it is", f'Exec="{self.program}"' in file.read())
         self.report.check("it is valid", self.desktop.run("desktop-file-validate", self.entry) == 0)
         self.report.check("its writing is logged", self.count("[LaunchAgent] Created plist at: " + self.entry) == 1)
         with open(os.path.join(self.desktop.config, "com.pintle.app.plist"), "rb") as file:
-            self.report.check("the place is stored", plistlib.load(file).get("loginItemPath") == program)
+            self.report.check("the place is stored", plistlib.load(file).get("loginItemPath") == self.program)
 
     def themed(self, title, among=None):
         self.judge.stage(title, among or self.points, self.theme)
@@ -215,7 +218,7 @@ def main():
         finally:
             if options.logs:
                 os.makedirs(options.logs, exist_ok=True)
-                shutil.copy(os.path.join(desktop.folder, "driver.log"), os.path.join(options.logs, "driver.log"))
+                shutil.copy(os.path.join(desktop.folder, "pintle.log"), os.path.join(options.logs, "pintle.log"))
     return 0 if good else 1
 
 

@@ -119,6 +119,9 @@ LAYOUTS = (
 )
 
 
-def write_all(folder):
+def write_all(folder, rows=None):
+    """The archives of the rows of LAYOUTS, or of those named in `rows`."""
     for identifier, make, _ in LAYOUTS:
+        if rows and identifier not in rows:
+            continue
         make().write(os.path.join(folder, os.path.basename(address_of(identifier))))

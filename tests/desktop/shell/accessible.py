@@ -136,12 +136,37 @@ class Node:
     def focus(self):
         return self.ask("Component", "GrabFocus")[0]
 
+    def parent(self):
+        return Node(self.bus, *self.property("Accessible", "Parent"))
+
 
 class Accessibility:
     def __init__(self, session):
         """`session` is a connection to the session's message bus; the accessibility bus is started by asking."""
         address = call(session, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", patience=20000)[0]
         self.bus = connect(address)
+
+        self.news = []
+        for kind in ("object:state-changed:focused", "object:state-changed:selected", "focus:"):
+            call(self.bus, ROOT[0], "/org/a11y/atspi/registry", ROOT[0], "RegisterEvent", "(s)", kind)
+        for interface in ("Event.Object", "Event.Focus"):
+            self.bus.signal_subscribe(None, INTERFACE + interface, None, None, None, Gio.DBusSignalFlags.NONE,
+                                      lambda _, sender, path, *rest: self.news.append((sender, path)))
+
+    def menu(self):
+        """The menu that is open: an application does not count it among its windows, but tells where the keyboard
+        is. None while no entry has it."""
+        context = GLib.MainContext.default()
+        while context.iteration(False):
+            pass
+        for sender, path in reversed(self.news[-40:]):
+            node = Node(self.bus, sender, path)
+            with contextlib.suppress(Refused):
+                if node.ask("Accessible", "GetRoleName")[0] == "menu item":
+                    seen = node.parent().look(2)
+                    if "showing" in seen.states:
+                        return seen
+        return None
 
     def application(self, process):
         """The application of a process, or none while it has not come forward."""

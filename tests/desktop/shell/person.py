@@ -10,6 +10,9 @@ class Person:
         subprocess.run(["xdotool", *map(str, words)], env=self.desktop.environment, check=True,
                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, timeout=30)
 
+    def wallpaper(self, colour="#51687a"):
+        subprocess.run(["xsetroot", "-solid", colour], env=self.desktop.environment, check=True)
+
     def point(self, x, y):
         """Comes from beside, so that what is under the pointer sees it move."""
         self.do("mousemove", x - 3, y - 2, "mousemove", x, y)

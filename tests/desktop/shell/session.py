@@ -2,7 +2,8 @@
 import os
 import sys
 
-sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+ABOVE = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+sys.path[1:1] = [ABOVE, os.path.join(ABOVE, "library")]
 
 import accessible  # noqa: E402
 from desktop import Desktop  # noqa: E402

@@ -69,11 +69,12 @@ class Tint2:
 
     def is_docked(self):
         """Whether the item is in the tray: a quick question."""
-        return bool(self.desktop.probe.embedded())
+        return self.icon() is not None
 
     def icon(self):
         """Where the item is; none while it is not there."""
-        boxes = [box for _, box in self.desktop.probe.embedded() if box.width > 4 and box.height > 4]
+        # Some toolkits say of each of their windows that it could be embedded.
+        boxes = [box for _, box in self.desktop.probe.embedded() if 4 < box.width <= HEIGHT and 4 < box.height <= HEIGHT]
         return boxes[0] if boxes else None
 
 
