@@ -20,9 +20,9 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.dirname(os.path.dirname(HERE))
 sys.path[:0] = [os.path.join(ROOT, "tests", "desktop", name) for name in ("shell", "", "library")]
 
-import accessible  # noqa: E402
 import archives  # noqa: E402
 import children  # noqa: E402
+from application import THEMES, Application  # noqa: E402
 from person import Person  # noqa: E402
 from probe import Probe  # noqa: E402
 from server import Server  # noqa: E402
@@ -36,9 +36,9 @@ WAKES_GOAL = 2
 #: Times the plain program's: start to icon, and memory while no window was opened.
 GATES = {"start to icon": 6.0, "idle PSS": 4.0, "idle RSS": 3.0}
 REST = 20
-THEME = "bibata-modern-ice"
+THEME, THEME_ROW = "bibata-modern-ice", "Bibata Modern Ice"
 OTHER_THEME = "adwaita-cursors"
-STILL_LOOKS = 40
+DOWNLOADED, DOWNLOADED_ROW = "numix-cursor", "Numix Cursor"
 
 
 class Bench:
@@ -119,20 +119,6 @@ class Bench:
         later = [statistics.median(each[index] / 1000 for each in found[1:]) for index in range(3)]
         return first, later, found[-1]
 
-    def open_popover(self, icon, process):
-        """Opens it and leaves it open; answers what accessibility tells and the id of its window."""
-        self.person.click_on(icon)
-        application = children.wait_until("the program answers",
-                                          lambda: self.desktop.accessibility.application(process.pid))
-
-        def shown():
-            with contextlib.suppress(accessible.Refused):
-                seen = application.look()
-                return seen if seen.find("list item") else None
-        seen = children.wait_until("the rows are there", shown, seconds=30, step=0.2)
-        window = next(identifier for identifier, box in self.desktop.probe.windows("pintle") if box.width > 200)
-        return seen, window
-
     def longest(self, window, milliseconds, cause):
         """The longest silence of the program while `cause` runs."""
         probe = Probe(os.path.join(self.options.build, "tests", "desktop", "pointer_probe"),
@@ -146,28 +132,30 @@ class Bench:
         probe.process.wait(10)
         return int(words[2]) / 1000, int(words[1])
 
-    def blocks(self, seen, window):
+    def blocks(self, process):
         """Rows are found before the clock runs, for the finding keeps the program busy."""
-        rows = {row.name: row.node.box() for row in seen.find_all("list item")}
-        top = seen.find("list").node.box()
-        middle = top.x + top.width // 2, top.y + top.height // 2
-        ready = [box for name, box in rows.items() if re.search("Bibata Modern Ice|Adwaita", name)]
-        missing = [box for name, box in rows.items() if not re.search("Bibata Modern Ice|Adwaita", name)]
+        app = Application(self.desktop, self.person, self.host, self.programs["pintle"])
+        app.process = process
+        app.open_popover()
+        window = next(identifier for identifier, box in self.desktop.probe.windows("pintle") if box.width > 200)
+        top = app.popover().find("list", THEMES).node.box()
 
         def scroll():
-            self.person.point(*middle)
+            self.person.point(top.x + top.width // 2, top.y + top.height // 2)
             for clicks in (40, -40, 40, -40):
                 self.person.wheel(clicks)
-        jobs = [("scrolling", scroll, 4000)]
-        if ready:
-            jobs.append(("applying", lambda: self.person.click_on(ready[0]), 3000))
-        if missing:
-            jobs.append(("downloading", lambda: self.person.click_on(missing[0]), 6000))
+
+        def click(name):
+            box = app.row(name).node.box()
+            return lambda: self.person.click_on(box)
         quiet, count = self.longest(window, 1500, lambda: None)
         print(f"the popover at rest answers {count} pings, the slowest after {quiet:.1f} ms", flush=True)
-        for what, cause, milliseconds in jobs:
-            longest, _ = self.longest(window, milliseconds, cause)
+        for what, prepare, milliseconds in (("scrolling", lambda: scroll, 4000),
+                                            ("applying", lambda: click(THEME_ROW), 3000),
+                                            ("downloading", lambda: click(DOWNLOADED_ROW), 5000)):
+            longest, _ = self.longest(window, milliseconds, prepare())
             self.told("block while " + what, longest, BLOCK_GOAL, "ms")
+        app.close_popover()
 
     def threads(self, process):
         """Thread id to name and how often it was woken."""
@@ -240,9 +228,7 @@ class Bench:
         self.told("first click to popover", first[1], POPOVER_GOAL, "ms", f" (there after {first[0]:.0f} ms)")
         self.told("click to popover", later[1], POPOVER_GOAL, "ms",
                   f" (there after {later[0]:.0f} ms, at rest after {later[2]:.0f} ms)")
-        seen, window = self.open_popover(icon, pintle)
-        self.blocks(seen, window)
-        self.person.click_on(icon)
+        self.blocks(pintle)
         self.person.do("mousemove", 700, 800)
         self.rest(pintle, "after a popover")
         pss, rss = self.settled_memory(pintle)
@@ -259,7 +245,7 @@ def main():
     options.build = os.path.abspath(options.build)
     with ShellDesktop(os.path.join(options.build, "tests", "desktop")) as desktop, \
             tempfile.TemporaryDirectory() as archive_folder:
-        archives.write_all(archive_folder)
+        archives.write_all(archive_folder, (DOWNLOADED,))
         server = Server(archive_folder, desktop.log("web server"))
         desktop.environment["PINTLE_MIRROR"] = f"http://127.0.0.1:{server.port}"
         host = HOSTS[options.host](desktop)
