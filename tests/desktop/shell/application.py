@@ -157,8 +157,8 @@ class Application:
         """A row of the list, which is scrolled until all of it is seen."""
         themes = self.popover().find("list", THEMES).node.box()
         over = ["mousemove", themes.x + themes.width // 2, themes.y + themes.height // 2]
-        step = -100
-        for _ in range(60):
+        step = -300
+        for _ in range(150):
             seen = self.popover().find("list item", name)
             if seen:
                 box = self.place(seen)
@@ -169,7 +169,7 @@ class Application:
             self.person.wheel(step)
             # A list in motion runs past what is looked for.
             self.place(self.popover().find("list item"))
-            step = 2
+            step = 3
         raise RuntimeError(f"there is no row {name}")
 
     def row_says(self, name):
