@@ -14,6 +14,7 @@ import statistics
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -24,7 +25,6 @@ import archives  # noqa: E402
 import children  # noqa: E402
 from application import THEMES, Application  # noqa: E402
 from person import Person  # noqa: E402
-from probe import Probe  # noqa: E402
 from server import Server  # noqa: E402
 from session import ShellDesktop  # noqa: E402
 from theme import Theme, write_preferences  # noqa: E402
@@ -119,25 +119,25 @@ class Bench:
         later = [statistics.median(each[index] / 1000 for each in found[1:]) for index in range(3)]
         return first, later, found[-1]
 
-    def longest(self, window, milliseconds, cause):
-        """The longest silence of the program while `cause` runs."""
-        probe = Probe(os.path.join(self.options.build, "tests", "desktop", "pointer_probe"),
-                      self.desktop.environment, self.desktop.log("second probe"))
-        asked = f"pings {window} {milliseconds}\n"
-        probe.process.stdin.write(asked)
-        probe.process.stdin.flush()
-        cause()
-        words = probe.process.stdout.readline().split()
-        probe.process.stdin.close()
-        probe.process.wait(10)
-        return int(words[2]) / 1000, int(words[1])
+    @staticmethod
+    def longest(node, milliseconds, cause):
+        """The longest silence of the program while `cause` runs: its main thread answers these questions."""
+        worker = threading.Thread(target=cause)
+        begun, longest, count = time.monotonic(), 0.0, 0
+        worker.start()
+        while worker.is_alive() or time.monotonic() - begun < milliseconds / 1000:
+            asked = time.monotonic()
+            node.ask("Accessible", "GetState")
+            longest, count = max(longest, time.monotonic() - asked), count + 1
+            time.sleep(0.002)
+        worker.join()
+        return longest * 1000, count
 
     def blocks(self, process):
         """Rows are found before the clock runs, for the finding keeps the program busy."""
         app = Application(self.desktop, self.person, self.host, self.programs["pintle"])
         app.process = process
         app.open_popover()
-        window = next(identifier for identifier, box in self.desktop.probe.windows("pintle") if box.width > 200)
         top = app.popover().find("list", THEMES).node.box()
 
         def scroll():
@@ -148,12 +148,12 @@ class Bench:
         def click(name):
             box = app.row(name).node.box()
             return lambda: self.person.click_on(box)
-        quiet, count = self.longest(window, 1500, lambda: None)
-        print(f"the popover at rest answers {count} pings, the slowest after {quiet:.1f} ms", flush=True)
+        quiet, count = self.longest(app.node, 1500, lambda: None)
+        print(f"the popover at rest answers {count} questions, the slowest after {quiet:.1f} ms", flush=True)
         for what, prepare, milliseconds in (("scrolling", lambda: scroll, 4000),
                                             ("applying", lambda: click(THEME_ROW), 3000),
                                             ("downloading", lambda: click(DOWNLOADED_ROW), 5000)):
-            longest, _ = self.longest(window, milliseconds, prepare())
+            longest, _ = self.longest(app.node, milliseconds, prepare())
             self.told("block while " + what, longest, BLOCK_GOAL, "ms")
         app.close_popover()
 
