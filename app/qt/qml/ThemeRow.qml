@@ -70,6 +70,8 @@ T.ItemDelegate {
     checkable: true
     checked: active
     onToggled: checked = Qt.binding(() => row.active)
+    Accessible.checkable: true
+    Accessible.checked: active
     Accessible.name: name
     Accessible.description: description
     Accessible.focusable: true

@@ -51,22 +51,31 @@ class Portal {
         const bool there = LoopWorld::until([&] {
             return SessionBus::shared().connection.interface()->isServiceRegistered(kPortal).value();
         });
-        if (!there || !mock("AddMethod", {kSettings, "ReadAll", "as", "a{sa{sv}}",
-                                          QString::fromStdString("ret = " + settings)}))
-            throw std::runtime_error("no mock of the portal");
+        answer_ = "ret = " + QString::fromStdString(settings);
+        if (!there || !answerWith(answer_)) throw std::runtime_error("no mock of the portal");
     }
-    static bool change(const char* group, const char* key, const QVariant& value) {
+    /// Both who hears of it and who asks from now on gets the new value.
+    bool change(const char* group, const char* key, const QVariant& value) {
+        const auto text = value.metaType() == QMetaType::fromType<quint32>()
+                              ? QStringLiteral("dbus.UInt32(%1)").arg(value.toUInt())
+                              : QStringLiteral("'%1'").arg(value.toString());
+        answer_ += QStringLiteral("\nret.setdefault('%1', {})['%2'] = %3").arg(group, key, text);
+        if (!answerWith(answer_)) return false;
         const QVariantList arguments{group, key, QVariant::fromValue(QDBusVariant(value))};
         return mock("EmitSignal", {kSettings, "SettingChanged", "ssv", QVariant::fromValue(arguments)});
     }
 
   private:
+    static bool answerWith(const QString& code) {
+        return mock("AddMethod", {kSettings, "ReadAll", "as", "a{sa{sv}}", code});
+    }
     static bool mock(const char* method, const QVariantList& arguments) {
         auto message = QDBusMessage::createMethodCall(kPortal, kPath, "org.freedesktop.DBus.Mock", method);
         message.setArguments(arguments);
         return SessionBus::shared().connection.call(message).type() == QDBusMessage::ReplyMessage;
     }
     std::unique_ptr<QuietChild> process_;
+    QString answer_;
 };
 
 struct LinuxAppearanceTest : testing::Test {
@@ -171,17 +180,17 @@ TEST_F(LinuxAppearanceTest, ThePortalsAnswerCountsAndGoesBeforeTheSettingsManage
 }
 
 TEST_F(LinuxAppearanceTest, AChangeOfThePortalsSettingsIsHeard) {
-    const Portal portal("{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1)}}");
+    Portal portal("{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1)}}");
     listen();
     ASSERT_TRUE(until([](const auto& look) { return look.dark; }));
-    ASSERT_TRUE(Portal::change("org.freedesktop.appearance", "color-scheme", 2U));
+    ASSERT_TRUE(portal.change("org.freedesktop.appearance", "color-scheme", 2U));
     ASSERT_TRUE(until([](const auto& look) { return !look.dark; }));
-    ASSERT_TRUE(Portal::change("org.freedesktop.appearance", "reduced-motion", 1U));
+    ASSERT_TRUE(portal.change("org.freedesktop.appearance", "reduced-motion", 1U));
     ASSERT_TRUE(until([](const auto& look) { return look.reducedMotion; }));
     const int before = changes;
-    ASSERT_TRUE(Portal::change("org.gnome.desktop.interface", "gtk-theme", "Adwaita-dark"));
-    ASSERT_TRUE(Portal::change("org.freedesktop.appearance", "color-scheme", "not a number"));
-    ASSERT_TRUE(Portal::change("org.freedesktop.appearance", "contrast", 1U));
+    ASSERT_TRUE(portal.change("org.gnome.desktop.interface", "gtk-theme", "Adwaita-dark"));
+    ASSERT_TRUE(portal.change("org.freedesktop.appearance", "color-scheme", "not a number"));
+    ASSERT_TRUE(portal.change("org.freedesktop.appearance", "contrast", 1U));
     ASSERT_TRUE(until([](const auto& look) { return look.highContrast; }));
     EXPECT_FALSE(appearance->look().dark);
     EXPECT_EQ(changes, before + 1);
@@ -190,9 +199,9 @@ TEST_F(LinuxAppearanceTest, AChangeOfThePortalsSettingsIsHeard) {
 TEST_F(LinuxAppearanceTest, APortalThatComesLaterIsAskedAndOneThatGoesIsForgotten) {
     listen();
     {
-        const Portal portal("{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1)}}");
+        Portal portal("{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1)}}");
         // The mock knows its answer a moment after it has its name.
-        ASSERT_TRUE(Portal::change("org.freedesktop.appearance", "color-scheme", 1U));
+        ASSERT_TRUE(portal.change("org.freedesktop.appearance", "color-scheme", 1U));
         ASSERT_TRUE(until([](const auto& look) { return look.dark; }));
     }
     EXPECT_TRUE(until([](const auto& look) { return !look.dark; }));
