@@ -17,7 +17,7 @@ SYSTEM_PYTHON = "/usr/bin/python3"
 WINDOW_MANAGERS = {
     "openbox": ["openbox", "--sm-disable"],
     "xfwm4": ["xfwm4", "--sm-client-disable", "--compositor=off"],
-    "icewm": ["icewm", "--nobg"],
+    "icewm": ["icewm", "--nobg", "--config=" + os.path.join(HERE, "icewm_preferences")],
 }
 
 
