@@ -26,7 +26,8 @@ void blurLine(std::vector<float>& values, std::size_t begin, std::size_t step, i
         for (int k = -reach; k <= reach; ++k) {
             const int from = i + k;
             if (from < 0 || from >= length) continue;
-            sum += weights[static_cast<std::size_t>(k + reach)] *
+            const int weight = k + reach;
+            sum += weights[static_cast<std::size_t>(weight)] *
                    values[begin + step * static_cast<std::size_t>(from)];
         }
         line[static_cast<std::size_t>(i)] = sum;

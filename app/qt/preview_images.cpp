@@ -50,7 +50,7 @@ class Provider : public QQuickImageProvider {
         const auto bitmap = find_(address.section('/', 0, 0).toStdString());
         if (!bitmap) return {};
         const auto own = QSize(bitmap->width(), bitmap->height());
-        const auto image = scaled(*bitmap, room.isEmpty() ? own : room);
+        auto image = scaled(*bitmap, room.isEmpty() ? own : room);
         if (size) *size = image.size();
         return image;
     }

@@ -20,7 +20,7 @@ constexpr int panelRadius = 12;
 
 /// The desktop's own font; where it has none, one that is drawn well at small sizes.
 QString fontFamily() {
-    const auto asked = QGuiApplication::font().family();
+    auto asked = QGuiApplication::font().family();
     if (QFontDatabase::hasFamily(asked)) return asked;
     for (const char* family : {"Inter", "Noto Sans", "DejaVu Sans"})
         if (QFontDatabase::hasFamily(QString::fromLatin1(family))) return QString::fromLatin1(family);

@@ -5,7 +5,7 @@
 namespace pintle {
 
 QString translated(const UserText& text) {
-    const auto argument = QString::fromStdString(text.argument);
+    auto argument = QString::fromStdString(text.argument);
     if (text.source.empty()) return argument;
     const auto words = QCoreApplication::translate("Pintle", text.source.c_str());
     return words.contains(QLatin1String("%1")) ? words.arg(argument) : words;
