@@ -157,8 +157,8 @@ class Application:
         """A row of the list, which is scrolled until all of it is seen."""
         themes = self.popover().find("list", THEMES).node.box()
         over = ["mousemove", themes.x + themes.width // 2, themes.y + themes.height // 2]
-        step = -300
-        for _ in range(150):
+        step, before = -300, None
+        for _ in range(200):
             seen = self.popover().find("list item", name)
             if seen:
                 box = self.place(seen)
@@ -167,9 +167,12 @@ class Application:
                 step = -1 if box.y < themes.y else 1
             self.person.do(*over)
             self.person.wheel(step)
-            # A list in motion runs past what is looked for.
+            # A list in motion runs past what is looked for, and so do larger steps.
             self.place(self.popover().find("list item"))
-            step = 3
+            rows = [row.name for row in self.popover().find_all("list item")]
+            if step == 1 and rows == before:
+                break
+            step, before = 1, rows
         raise RuntimeError(f"there is no row {name}")
 
     def row_says(self, name):
