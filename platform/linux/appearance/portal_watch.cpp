@@ -40,6 +40,8 @@ class PortalWatch::Receiver : public QObject {
   public:
     explicit Receiver(std::function<void(const PortalLook&)> told) : told_(std::move(told)) {
         if (!bus_.isConnected()) return;
+        // Else the slot's argument is not known by its name yet, and the connection is refused.
+        qRegisterMetaType<QDBusVariant>();
         bus_.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
                      SLOT(settingChanged(QString, QString, QDBusVariant)));
         presence_.setConnection(bus_);

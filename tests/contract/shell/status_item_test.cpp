@@ -127,7 +127,9 @@ TEST_F(ShellTest, AnAttachedMenuOpensUnderTheIconAndOutlivesItsDetaching) {
 }
 
 TEST_F(ShellTest, TheIconStandsOutFromALightAndFromADarkPanel) {
-    for (const auto& [background, isDark] : {std::pair("#202020", true), std::pair("#f0f0f0", false)}) {
+    for (const auto& panelColour : {std::pair("#202020", true), std::pair("#f0f0f0", false)}) {
+        const auto* const background = panelColour.first;
+        const bool isDark = panelColour.second;
         makeItem();
         startPanel(background);
         ASSERT_TRUE(isInPanel());
