@@ -81,6 +81,9 @@ class QtPopover : public Popover {
         view->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
         view->setTitle(QStringLiteral("Pintle"));
         host_.emplace(*view, desktop_, [this] { views_.popoverDidHide(); });
+        // A window manager copies the input area to its frame when the area changes, but does not look at one
+        // that was there before it took the window in.
+        host_->setAppeared([this] { limitInput(); });
         if (spec_.transient) otherWindows_.emplace(*view, [this] { close(); });
         // Where presses elsewhere cannot be seen, the loss of the keyboard stands in for them.
         if (spec_.transient && !desktop_.watchPresses)

@@ -27,7 +27,9 @@ void WindowHost::hide() {
 }
 
 bool WindowHost::eventFilter(QObject* receiver, QEvent* event) {
-    if (receiver != view_ || event->type() != QEvent::Close) return false;
+    if (receiver != view_) return false;
+    if (event->type() == QEvent::Expose && view_->isExposed() && appeared_) appeared_();
+    if (event->type() != QEvent::Close) return false;
     // Accepted, because at the end of the program a window that refuses to close would keep it alive.
     event->accept();
     if (!isVisible()) return true;

@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QWindow>
 #include <functional>
+#include <utility>
 
 #include "platform/qt/shell/shell_desktop.h"
 
@@ -24,6 +25,9 @@ class WindowHost : public QObject {
     /// Shows it in front of everything, with the keyboard.
     void showInFront();
     void hide();
+    /// `appeared` runs each time the view has come onto the screen: after it was shown, and after another
+    /// window manager has taken it over.
+    void setAppeared(std::function<void()> appeared) { appeared_ = std::move(appeared); }
 
   protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;
@@ -32,6 +36,7 @@ class WindowHost : public QObject {
     QPointer<QWindow> view_;
     const ShellDesktop& desktop_;
     const std::function<void()> closed_;
+    std::function<void()> appeared_;
 };
 
 }  // namespace pintle::shell
