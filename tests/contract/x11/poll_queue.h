@@ -54,17 +54,21 @@ class PollQueue : public MainQueue {
         return all;
     }
 
+    /// Nothing is left to do, to wait for or to read.
+    bool isIdle() const {
+        if (!posted_.empty() || !timers_.empty()) return false;
+        auto polled = polledDescriptors();
+        return ::poll(polled.data(), polled.size(), 0) == 0;
+    }
+
     /// Runs what is due, waiting for it at most `longest`.
     void runOnce(std::chrono::milliseconds longest) {
         bool ran = runDue();
         auto wait = ran ? Nanoseconds(0) : Nanoseconds(longest);
         for (const auto& [id, timer] : timers_) wait = std::clamp(timer.first - now(), Nanoseconds(0), wait);
-        std::vector<pollfd> polled;
+        auto polled = polledDescriptors();
         std::vector<std::uint64_t> ids;
-        for (const auto& [id, watch] : watches_) {
-            polled.push_back({watch.first, POLLIN, 0});
-            ids.push_back(id);
-        }
+        for (const auto& [id, watch] : watches_) ids.push_back(id);
         const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(wait);
         ::poll(polled.data(), polled.size(), static_cast<int>(milliseconds.count()));
         for (std::size_t i = 0; i < polled.size(); ++i) {
@@ -78,6 +82,11 @@ class PollQueue : public MainQueue {
     }
 
   private:
+    std::vector<pollfd> polledDescriptors() const {
+        std::vector<pollfd> polled;
+        for (const auto& [id, watch] : watches_) polled.push_back({watch.first, POLLIN, 0});
+        return polled;
+    }
     bool runDue() {
         bool ran = false;
         for (auto count = posted_.size(); count > 0; --count) {

@@ -133,10 +133,18 @@ class X11Test : public testing::Test {
         }
         return condition();
     }
-    /// Lets everything happen that is under way: far longer than any reaction takes.
+    /// Lets everything happen that is under way, until the backend has nothing left to do, to wait for or to
+    /// read. More than one round in which that is so, because the server answers a request before it gives
+    /// others the events that came of it.
     void settle() {
-        const auto end = queue.now() + std::chrono::milliseconds(400);
-        while (queue.now() < end) queue.runOnce(std::chrono::milliseconds(5));
+        const auto end = queue.now() + std::chrono::seconds(10);
+        for (int idle = 0; idle < 3; ++idle) {
+            if (client) client->synchronize();
+            if (queue.isIdle()) continue;
+            ASSERT_LT(queue.now(), end) << "the backend does not come to rest";
+            idle = -1;
+            queue.runOnce(std::chrono::milliseconds(5));
+        }
     }
 
     std::uint32_t shownPixel() {

@@ -1,4 +1,5 @@
 // What the one-shot replacement by name does not reach: the keeper finds it when it is shown.
+#include <atomic>
 #include <chrono>
 #include <set>
 #include <thread>
@@ -60,15 +61,18 @@ TEST_F(X11Keeper, ACursorSetAtTheMomentOfAReplacementIsTheOneThatShows) {
     for (auto wait = 39'500us; wait < 42'500us; wait += 100us) {
         // Replacements under a resting pointer are counted.
         client->warp(40 + static_cast<int>(wait.count() / 100 % 20), 50);
+        std::atomic<bool> done = false;
         std::thread program([&] {
             other.defineForDevice(window, other.cursor("hand2"));
             other.synchronize();
             std::this_thread::sleep_for(wait);
             other.defineForDevice(window, other.cursor("xterm"));
             other.synchronize();
+            done = true;
         });
-        settle();
+        EXPECT_TRUE(eventually([&] { return done.load(); }));
         program.join();
+        settle();
         EXPECT_EQ(shownPixel(), themePixel(10));
         EXPECT_EQ(shownName(), "xterm") << "after " << wait.count() << " us";
     }
