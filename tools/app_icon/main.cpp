@@ -1,6 +1,8 @@
-// Draws an SVG in every size that a desktop asks of a program's icon, into one ICNS file.
+// Draws an SVG in every size that a desktop asks of a program's icon: into one ICNS file, or as SIDE.png for
+// each side in pixels that is named.
 //
 //   make_app_icon DRAWING.svg ICON.icns
+//   make_app_icon DRAWING.svg FOLDER SIDE...
 #include <QBuffer>
 #include <QByteArray>
 #include <QFile>
@@ -45,11 +47,36 @@ QByteArray png(QSvgRenderer& drawing, int side) {
     return image.save(&buffer, "PNG") ? bytes : QByteArray();
 }
 
+bool write(const QString& path, const QByteArray& content) {
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()) return true;
+    std::fprintf(stderr, "%s: %s\n", qPrintable(path), qPrintable(file.errorString()));
+    return false;
+}
+
+bool writeIcns(QSvgRenderer& drawing, const QString& path) {
+    QByteArray content;
+    for (const auto& [type, side] : kEntries) {
+        const QByteArray picture = png(drawing, side);
+        if (picture.isEmpty()) return false;
+        content += header(type, picture.size()) + picture;
+    }
+    return write(path, header("icns", content.size()) + content);
+}
+
+bool writePng(QSvgRenderer& drawing, const QString& folder, int side) {
+    constexpr int kLargest = 4096;
+    if (side < 1 || side > kLargest) return false;
+    const QByteArray picture = png(drawing, side);
+    return !picture.isEmpty() && write(QStringLiteral("%1/%2.png").arg(folder).arg(side), picture);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "make_app_icon DRAWING.svg ICON.icns\n");
+    if (argc < 3) {
+        std::fprintf(stderr,
+                     "make_app_icon DRAWING.svg ICON.icns\nmake_app_icon DRAWING.svg FOLDER SIDE...\n");
         return 2;
     }
     QSvgRenderer drawing;
@@ -57,17 +84,9 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "%s cannot be drawn\n", argv[1]);
         return 1;
     }
-    QByteArray content;
-    for (const auto& [type, side] : kEntries) {
-        const QByteArray picture = png(drawing, side);
-        if (picture.isEmpty()) return 1;
-        content += header(type, picture.size()) + picture;
-    }
-    QFile icon(QString::fromLocal8Bit(argv[2]));
-    const QByteArray whole = header("icns", content.size()) + content;
-    if (!icon.open(QIODevice::WriteOnly) || icon.write(whole) != whole.size() || !icon.flush()) {
-        std::fprintf(stderr, "%s: %s\n", argv[2], qPrintable(icon.errorString()));
-        return 1;
-    }
+    const QString target = QString::fromLocal8Bit(argv[2]);
+    if (argc == 3) return writeIcns(drawing, target) ? 0 : 1;
+    for (int i = 3; i < argc; ++i)
+        if (!writePng(drawing, target, QByteArray(argv[i]).toInt())) return 1;
     return 0;
 }
