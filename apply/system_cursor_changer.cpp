@@ -48,10 +48,12 @@ bool SystemCursorChanger::applyPreloaded(const std::vector<PreloadedCursor>& cur
     bool arrowRegistered = false;
     std::vector<RegisteredImage> registered;
     for (const auto& image : plan->images) {
-        const int error = windowServer_.registerCursorWithImages(connection, image.toRegisteredCursor(),
-                                                                 RegistrationPurpose::theme);
-        if (error != 0) {
-            log_.system(fmt::format("[SystemCursorChanger] register {} failed: {}", image.identifier, error));
+        const auto answer = windowServer_.registerCursorWithImages(connection, image.toRegisteredCursor(),
+                                                                   RegistrationPurpose::theme);
+        if (answer == kRegistrationSkipped) continue;
+        if (*answer != 0) {
+            log_.system(
+                fmt::format("[SystemCursorChanger] register {} failed: {}", image.identifier, *answer));
             continue;
         }
         if (image.identifier == kArrowIdentifier) arrowRegistered = true;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "platform/registered_cursor.h"
@@ -21,6 +22,12 @@ enum class WindowServerFunction {
 /// Who a registration is made for: a theme's picture, or the desktop's own cursor coming back.
 enum class RegistrationPurpose { theme, original };
 
+/// 0 = success, the platform's error code, or kRegistrationSkipped.
+using RegistrationAnswer = std::optional<int>;
+/// No image of the cursor has a form that the platform takes: the platform was not asked, and what is in
+/// force under the identifier stays. Neither a success nor an error worth a line in the log.
+inline constexpr RegistrationAnswer kRegistrationSkipped = std::nullopt;
+
 struct CopiedCursor {
     /// 0 = success; anything else leaves `cursor` without images.
     int error = 0;
@@ -37,9 +44,10 @@ class WindowServer {
 
     virtual ConnectionId mainConnectionID() = 0;
     /// Registers for the whole desktop, at once in effect for new questions to this interface; what is on
-    /// screen follows with flush(). Returns 0 or the platform's error code.
-    virtual int registerCursorWithImages(ConnectionId connection, const RegisteredCursor& cursor,
-                                         RegistrationPurpose purpose) = 0;
+    /// screen follows with flush().
+    virtual RegistrationAnswer registerCursorWithImages(ConnectionId connection,
+                                                        const RegisteredCursor& cursor,
+                                                        RegistrationPurpose purpose) = 0;
     /// Withdraws every registration of this program. Returns 0 or the platform's error code.
     virtual int coreCursorUnregisterAll(ConnectionId connection) = 0;
     virtual CopiedCursor copyRegisteredCursorImages(ConnectionId connection,

@@ -24,10 +24,11 @@ class FakeWindowServer : public WindowServer {
         calls.push_back({WindowServerFunction::mainConnectionID, ""});
         return connection;
     }
-    int registerCursorWithImages(ConnectionId from, const RegisteredCursor& cursor,
-                                 RegistrationPurpose purpose) override {
+    RegistrationAnswer registerCursorWithImages(ConnectionId from, const RegisteredCursor& cursor,
+                                                RegistrationPurpose purpose) override {
         calls.push_back({WindowServerFunction::registerCursorWithImages, cursor.identifier, purpose});
         connectionsUsed.insert(from);
+        if (unusable.contains(cursor.identifier)) return kRegistrationSkipped;
         const auto failure = registerErrors.find(cursor.identifier);
         if (failure != registerErrors.end()) return failure->second;
         registrations.push_back(cursor);
@@ -69,6 +70,8 @@ class FakeWindowServer : public WindowServer {
     ConnectionId connection = 77;
     std::set<WindowServerFunction> missing;
     std::map<std::string, int> registerErrors;
+    /// The identifiers whose images this platform cannot use; their registrations are skipped.
+    std::set<std::string> unusable;
     int unregisterError = 0;
     /// Answered for an identifier that desktopCursors lacks.
     int copyError = 1000;

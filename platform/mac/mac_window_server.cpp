@@ -80,9 +80,10 @@ class MacWindowServer : public WindowServer {
 
     ConnectionId mainConnectionID() override { return mainConnection()(); }
 
-    int registerCursorWithImages(ConnectionId connection, const RegisteredCursor& cursor,
-                                 RegistrationPurpose) override {
+    RegistrationAnswer registerCursorWithImages(ConnectionId connection, const RegisteredCursor& cursor,
+                                                RegistrationPurpose) override {
         const auto images = imageArray(cursor.images);
+        if (CFArrayGetCount(images.get()) == 0) return kRegistrationSkipped;
         std::int32_t seed = 0;
         return registerCursor()(connection, cursor.identifier.c_str(), true, true,
                                 CGSizeMake(cursor.size.width, cursor.size.height),

@@ -285,6 +285,20 @@ TEST_F(SnapshotsTest, RestoreDropsBlobsThatDoNotDecodeAndCountsEntries) {
                 ElementsAre("[SystemCursorChanger] Restored 2 original coregraphics cursors"));
 }
 
+TEST_F(SnapshotsTest, RestorePassesOverAnEntryWhoseImagesThePlatformSkipsAndCountsIt) {
+    giveDesktop(kWait, {16, 20}, {plainBitmap(16, 20, 1)});
+    giveDesktopArrow();
+    auto snapshots = make();
+    snapshots.snapshotOriginalsIfNeeded(std::nullopt);
+    world.log.systemLines.clear();
+    world.windowServer.unusable = {kWait};
+    snapshots.restoreOriginals();
+    EXPECT_TRUE(world.windowServer.registered.contains(kArrow));
+    EXPECT_FALSE(world.windowServer.registered.contains(kWait));
+    EXPECT_THAT(world.log.systemLines,
+                ElementsAre("[SystemCursorChanger] Restored 2 original coregraphics cursors"));
+}
+
 TEST_F(SnapshotsTest, RestoreWithAnEmptyMapLogsZero) {
     make().restoreOriginals();
     EXPECT_THAT(world.log.systemLines,

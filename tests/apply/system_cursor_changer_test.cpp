@@ -132,6 +132,41 @@ TEST_F(ChangerTest, SkipsAnIdentifierThatFailsAndAcceptsTheRest) {
     EXPECT_EQ(changer.lastApplied()[1].identifier, "com.apple.coregraphics.IBeam");
 }
 
+TEST_F(ChangerTest, AnIdentifierThatThePlatformSkipsIsNeitherCountedNorKeptNorLogged) {
+    world.windowServer.unusable = {"com.apple.coregraphics.ArrowS"};
+    EXPECT_TRUE(changer.applyPreloaded({stillCursor("left_ptr"), stillCursor("xterm")}));
+    EXPECT_THAT(world.log.systemLines,
+                ElementsAre("[SystemCursorChanger] Registered 4 system cursor identifiers"));
+    std::vector<std::string> kept;
+    for (const auto& image : changer.lastApplied()) kept.push_back(image.identifier);
+    EXPECT_THAT(kept, ElementsAre(kArrow, "com.apple.coregraphics.IBeam", "com.apple.coregraphics.IBeamS",
+                                  "com.apple.coregraphics.IBeamXOR"));
+}
+
+TEST_F(ChangerTest, ASkippedArrowRollsBackWithoutALineOfItsOwn) {
+    ASSERT_TRUE(changer.applyPreloaded({stillCursor("left_ptr", 10)}));
+    const auto before = changer.lastApplied();
+    world.windowServer.unusable = {kArrow};
+    world.log.systemLines.clear();
+    EXPECT_FALSE(changer.applyPreloaded({stillCursor("left_ptr", 20), stillCursor("xterm")}));
+    EXPECT_THAT(world.log.systemLines,
+                ElementsAre("[SystemCursorChanger] Arrow registration failed - rolled back"));
+    EXPECT_THAT(world.windowServer.registered, testing::IsEmpty());
+    EXPECT_FALSE(changer.isActive());
+    EXPECT_EQ(changer.lastApplied(), before);
+}
+
+TEST_F(ChangerTest, AReapplyPassesOverWhatThePlatformSkips) {
+    ASSERT_TRUE(changer.applyPreloaded({stillCursor("left_ptr")}));
+    world.windowServer.unusable = {kArrow};
+    world.log.systemLines.clear();
+    changer.applyRegistered(changer.lastApplied());
+    EXPECT_FALSE(world.windowServer.registered.contains(kArrow));
+    EXPECT_TRUE(world.windowServer.registered.contains("com.apple.coregraphics.ArrowS"));
+    EXPECT_TRUE(changer.isActive());
+    EXPECT_THAT(world.log.systemLines, testing::IsEmpty());
+}
+
 TEST_F(ChangerTest, RollsBackWhenTheArrowFailsWhileOthersSucceed) {
     ASSERT_TRUE(changer.applyPreloaded({stillCursor("left_ptr", 10)}));
     const auto before = changer.lastApplied();

@@ -62,8 +62,8 @@ class X11WindowServer : public WindowServer {
 
     bool provides(WindowServerFunction) override { return isUsable(); }
     ConnectionId mainConnectionID() override;
-    int registerCursorWithImages(ConnectionId connection, const RegisteredCursor& cursor,
-                                 RegistrationPurpose purpose) override;
+    RegistrationAnswer registerCursorWithImages(ConnectionId connection, const RegisteredCursor& cursor,
+                                                RegistrationPurpose purpose) override;
     int coreCursorUnregisterAll(ConnectionId connection) override;
     CopiedCursor copyRegisteredCursorImages(ConnectionId connection, const std::string& identifier) override;
     void flush() override;
@@ -160,8 +160,8 @@ ConnectionId X11WindowServer::mainConnectionID() {
     return xcb_get_setup(desk_.registration->connection().get())->resource_id_base;
 }
 
-int X11WindowServer::registerCursorWithImages(ConnectionId, const RegisteredCursor& cursor,
-                                              RegistrationPurpose purpose) {
+RegistrationAnswer X11WindowServer::registerCursorWithImages(ConnectionId, const RegisteredCursor& cursor,
+                                                             RegistrationPurpose purpose) {
     if (!isUsable()) return kFailure;
     const auto names = namesOf(cursor.identifier);
     if (purpose == RegistrationPurpose::original) {

@@ -102,11 +102,11 @@ class X11Test : public testing::Test {
         server.reset();
     }
 
-    int registerTheme(const RegisteredCursor& cursor) {
+    RegistrationAnswer registerTheme(const RegisteredCursor& cursor) {
         return server->registerCursorWithImages(server->mainConnectionID(), cursor,
                                                 RegistrationPurpose::theme);
     }
-    int registerOriginal(const std::string& identifier) {
+    RegistrationAnswer registerOriginal(const std::string& identifier) {
         return server->registerCursorWithImages(server->mainConnectionID(), themeCursor(identifier, 99),
                                                 RegistrationPurpose::original);
     }

@@ -186,16 +186,31 @@ TEST(MacWindowServer, AnArrayThatComesWithAnErrorIsGivenBack) {
     EXPECT_THAT(copied.cursor.images, IsEmpty());
 }
 
-TEST(MacWindowServer, AnImageThatCannotBeMadeIsLeftOut) {
+TEST(MacWindowServer, ACursorWithoutAnImageThatCanBeMadeIsSkippedAndNotRegistered) {
     auto cursor = strip();
     cursor.images = {picture(8, 8, 1), picture(8, 8, 2)};
-    for (const char* function :
-         {"CGDataProviderCreateWithData", "CGColorSpaceCreateDeviceRGB", "CGImageCreate"}) {
-        world().failing = {function};
-        world().registrations.clear();
-        makeMacWindowServer()->registerCursorWithImages(1, cursor, RegistrationPurpose::theme);
-        EXPECT_THAT(world().registrations.at(0).images, IsEmpty()) << function;
-    }
+    for (const auto purpose : {RegistrationPurpose::theme, RegistrationPurpose::original})
+        for (const char* function :
+             {"CGDataProviderCreateWithData", "CGColorSpaceCreateDeviceRGB", "CGImageCreate"}) {
+            world().failing = {function};
+            EXPECT_EQ(makeMacWindowServer()->registerCursorWithImages(1, cursor, purpose),
+                      kRegistrationSkipped)
+                << function;
+        }
+    world().failing.clear();
+    cursor.images.clear();
+    EXPECT_EQ(makeMacWindowServer()->registerCursorWithImages(1, cursor, RegistrationPurpose::original),
+              kRegistrationSkipped);
+    EXPECT_THAT(world().registrations, IsEmpty());
+}
+
+TEST(MacWindowServer, OfSeveralImagesTheOneThatCannotBeMadeIsLeftOut) {
+    auto cursor = strip();
+    cursor.images = {picture(8, 8, 1), picture(8, 8, 2)};
+    // The provider of the first image.
+    world().failAt = 1;
+    EXPECT_EQ(makeMacWindowServer()->registerCursorWithImages(1, cursor, RegistrationPurpose::original), 0);
+    EXPECT_THAT(world().registrations.at(0).images, ElementsAre(picture(8, 8, 2)));
 }
 
 TEST(MacWindowServer, AnImageThatCannotBeDrawnIsLeftOutOfACopy) {
