@@ -174,7 +174,9 @@ void CursorOverlayManager::onTimerTick() {
 }
 
 bool CursorOverlayManager::canDrawOn(DisplayId display) const {
-    return currentCursorImage_.has_value() && windows_.contains(display);
+    if (!currentCursorImage_) return false;
+    const auto found = windows_.find(display);
+    return found != windows_.end() && found->second.surface->isVisible();
 }
 
 void CursorOverlayManager::draw(DisplayId under, Point mouse) {

@@ -88,7 +88,8 @@ class CursorOverlayManager : public CursorOverlay {
     void installObservers();
     void startTimer();
     void onTimerTick();
-    /// Whether there is an image, and a window for it; else hiding the pointer would leave none.
+    /// Whether there is an image, and a window for it that is on the screen; else hiding the pointer would
+    /// leave none.
     bool canDrawOn(DisplayId display) const;
     void draw(DisplayId display, Point mouse);
     void stepAside();

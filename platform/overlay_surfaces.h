@@ -14,6 +14,9 @@ namespace pintle {
 class OverlaySurface {
   public:
     virtual ~OverlaySurface() = default;
+    /// Whether the desktop keeps it on the screen, whatever its alpha and its image. False before
+    /// orderFront() and when something other than this program has taken it away.
+    virtual bool isVisible() const = 0;
     virtual void setSize(Size size) = 0;
     /// Absent draws nothing.
     virtual void setImage(const std::optional<Bitmap>& image) = 0;

@@ -17,22 +17,41 @@ class TypeCheckTest(unittest.TestCase):
             text = file.read()
         self.assertIn(right, text, name)
         with tempfile.TemporaryDirectory() as folder:
-            path = os.path.join(folder, name)
+            # Headers of the Objective-C++ files are checked by themselves.
+            path = os.path.join(folder, name + ".mm" if name.endswith(".h") else name)
             with open(path, "w", encoding="utf-8") as file:
                 file.write(text.replace(right, wrong))
             return mac_typecheck.check(path)
 
     def test_the_files_as_they_are_are_right(self):
-        for name in ("mac_overlay_surfaces.mm", "mac_workspace.cpp"):
+        for name in ("appkit_overlay.mm", "mac_workspace.cpp"):
             self.assertEqual(self.complaint(name, "pintle", "pintle"), "")
 
     def test_a_misspelled_selector(self):
         self.assertIn("declares the selector 'orderFrontRegardles'",
-                      self.complaint("mac_overlay_surfaces.mm", "orderFrontRegardless", "orderFrontRegardles"))
+                      self.complaint("appkit_overlay.mm", "orderFrontRegardless", "orderFrontRegardles"))
+
+    def test_a_selector_that_the_class_does_not_have(self):
+        self.assertIn("no visible @interface for 'NSWindow' declares the selector 'makeKeyAndFront'",
+                      self.complaint("appkit_window.mm", "makeKeyWindow", "makeKeyAndFront"))
+
+    def test_a_property_that_the_class_does_not_have(self):
+        self.assertIn("property 'canhide' not found",
+                      self.complaint("appkit_overlay.mm", "window_.canHide", "window_.canhide"))
+
+    def test_an_enumeration_for_another_one(self):
+        self.assertIn("from incompatible type",
+                      self.complaint("appkit_layers.h", "material_.state = NSVisualEffectStateActive",
+                                     "material_.state = NSVisualEffectBlendingModeBehindWindow"))
+
+    def test_the_activation_that_guarantees_nothing_for_an_accessory(self):
+        self.assertIn("declares the selector 'activate'",
+                      self.complaint("appkit_application.mm", "[NSApp activateIgnoringOtherApps:YES]",
+                                     "[NSApp activate]"))
 
     def test_an_argument_of_the_wrong_type(self):
         self.assertIn("incompatible pointer types assigning to 'NSColor * _Nullable' from 'NSString *'",
-                      self.complaint("mac_overlay_surfaces.mm", "NSColor.clearColor", '@"clear"'))
+                      self.complaint("appkit_overlay.mm", "NSColor.clearColor", '@"clear"'))
 
     def test_a_missing_bridge(self):
         self.assertIn("requires a bridged cast",
@@ -41,7 +60,7 @@ class TypeCheckTest(unittest.TestCase):
 
     def test_counting_references_by_hand(self):
         self.assertIn("ARC forbids explicit message send of 'retain'",
-                      self.complaint("mac_overlay_surfaces.mm", "window_.hasShadow = NO;", "[window_ retain];"))
+                      self.complaint("appkit_overlay.mm", "window_.hasShadow = NO;", "[window_ retain];"))
 
     def test_a_callback_of_the_wrong_type(self):
         self.assertIn("no matching function for call to 'CGDisplayRegisterReconfigurationCallback'",

@@ -1,7 +1,6 @@
 #include "app/qt/native_views_qt.h"
 
 #include <QEvent>
-#include <QMargins>
 #include <QObject>
 #include <QWindow>
 #include <map>
@@ -35,22 +34,23 @@ class QtNativeViews : public NativeViews {
     explicit QtNativeViews(ShellViews& views) : views_(views) {
         // The desktop always has a compositor.
         views_.setComposited(true);
+        views_.setNativelyHosted();
     }
 
     NativeView popover() override {
         if (!popover_) popover_ = native(views_.popover());
         return popover_;
     }
-    Rect popoverFrame(Size panel) override {
-        const QMargins shadow = views_.popoverShape().shadow;
-        return {
-            {static_cast<double>(-shadow.left()), static_cast<double>(-shadow.bottom())},
-            {panel.width + shadow.left() + shadow.right(), panel.height + shadow.top() + shadow.bottom()}};
-    }
+    double popoverMaterial() override { return views_.popoverMaterial(); }
     NativeView window(WindowContent content) override {
         auto found = windows_.find(content);
         if (found == windows_.end()) found = windows_.emplace(content, native(views_.window(content))).first;
         return found->second;
+    }
+
+    void setTitleStrip(NativeView view, double height) override {
+        for (const auto& [content, known] : windows_)
+            if (known == view) views_.setTitleStrip(content, height);
     }
 
     void willShow(NativeView view, bool animates) override {

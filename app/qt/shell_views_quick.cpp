@@ -62,6 +62,7 @@ void ShellViewsQuick::followLook() {
                    .glassMode = glass.isOn,
                    .glassOpacity = glass.opacity,
                    .blendsWindows = composited_,
+                   .nativelyHosted = nativelyHosted_,
                    .reducedMotion = desktop.reducedMotion,
                    .highContrast = desktop.highContrast,
                    .textScale = desktop.textScale,
@@ -75,6 +76,20 @@ void ShellViewsQuick::followLook() {
 void ShellViewsQuick::setComposited(bool composited) {
     composited_ = composited;
     followLook();
+}
+
+void ShellViewsQuick::setNativelyHosted() {
+    nativelyHosted_ = true;
+    followLook();
+}
+
+double ShellViewsQuick::popoverMaterial() const {
+    return nativelyHosted_ && look_.glass() ? look_.glassOpacity() : 0;
+}
+
+void ShellViewsQuick::setTitleStrip(WindowContent content, double height) {
+    if (auto* const view = qobject_cast<QQuickView*>(window(content)))
+        view->rootObject()->setProperty("titleStrip", height);
 }
 
 ShellViewsQuick::Scenes& ShellViewsQuick::scenes() {
@@ -110,8 +125,8 @@ QWindow* ShellViewsQuick::popover() {
 }
 
 PopoverShape ShellViewsQuick::popoverShape() const {
-    const int margin = composited_ ? PanelShadow::margin : 0;
-    return {QMargins(margin, margin, margin, margin), panelRadius};
+    const int margin = composited_ && !nativelyHosted_ ? PanelShadow::margin : 0;
+    return {QMargins(margin, margin, margin, margin), nativelyHosted_ ? 0 : panelRadius};
 }
 
 void ShellViewsQuick::popoverWillShow(bool animates) {

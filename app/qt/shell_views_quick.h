@@ -35,6 +35,9 @@ class ShellViewsQuick : public ShellViews {
     ~ShellViewsQuick() override;
 
     void setComposited(bool composited) override;
+    void setNativelyHosted() override;
+    double popoverMaterial() const override;
+    void setTitleStrip(WindowContent content, double height) override;
     QWindow* popover() override;
     PopoverShape popoverShape() const override;
     void popoverWillShow(bool animates) override;
@@ -50,6 +53,7 @@ class ShellViewsQuick : public ShellViews {
 
     const Neighbours to_;
     bool composited_ = false;
+    bool nativelyHosted_ = false;
     ViewLook look_;
     /// Null until a view is asked for.
     std::unique_ptr<Scenes> scenes_;

@@ -14,6 +14,7 @@ class ViewLook : public QObject {
     Q_PROPERTY(bool glass READ glass NOTIFY changed)
     Q_PROPERTY(double glassOpacity READ glassOpacity NOTIFY changed)
     Q_PROPERTY(bool blendsWindows READ blendsWindows NOTIFY changed)
+    Q_PROPERTY(bool nativelyHosted READ nativelyHosted NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
     Q_PROPERTY(bool highContrast READ highContrast NOTIFY changed)
     Q_PROPERTY(double textScale READ textScale NOTIFY changed)
@@ -27,6 +28,9 @@ class ViewLook : public QObject {
         double glassOpacity = 1;
         /// Whether what is behind a window can be seen through it.
         bool blendsWindows = false;
+        /// Whether the desktop's own windows hold the views, with an edge and a shadow of theirs and a
+        /// material behind.
+        bool nativelyHosted = false;
         bool reducedMotion = false;
         bool highContrast = false;
         /// The user's text size over 13 pixels.
@@ -41,6 +45,7 @@ class ViewLook : public QObject {
     bool glass() const { return look_.glassMode && look_.blendsWindows && !look_.highContrast; }
     double glassOpacity() const { return look_.glassOpacity; }
     bool blendsWindows() const { return look_.blendsWindows; }
+    bool nativelyHosted() const { return look_.nativelyHosted; }
     bool reducedMotion() const { return look_.reducedMotion; }
     bool highContrast() const { return look_.highContrast; }
     double textScale() const { return look_.textScale; }

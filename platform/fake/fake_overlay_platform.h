@@ -41,6 +41,8 @@ class FakeOverlaySurfaces : public OverlaySurfaces {
         int alphaWrites = 0;
         int ordersFront = 0;
         bool open = true;
+        /// The desktop took it off the screen.
+        bool takenAway = false;
     };
 
     std::unique_ptr<OverlaySurface> create(DisplayId display, Size size) override {
@@ -60,8 +62,9 @@ class FakeOverlaySurfaces : public OverlaySurfaces {
         return found == made.end() ? nullptr : *found;
     }
     int visible() const {
-        return static_cast<int>(std::count_if(
-            made.begin(), made.end(), [](const auto& state) { return state->open && state->alpha > 0; }));
+        return static_cast<int>(std::count_if(made.begin(), made.end(), [](const auto& state) {
+            return state->open && !state->takenAway && state->alpha > 0;
+        }));
     }
 
     bool creationFails = false;
@@ -72,6 +75,7 @@ class FakeOverlaySurfaces : public OverlaySurfaces {
       public:
         explicit Surface(std::shared_ptr<State> state) : state_(std::move(state)) {}
         ~Surface() override { state_->open = false; }
+        bool isVisible() const override { return state_->ordersFront > 0 && !state_->takenAway; }
         void setSize(Size size) override { state_->size = size; }
         void setImage(const std::optional<Bitmap>& image) override { state_->image = image; }
         void setOrigin(Point origin) override { state_->origin = origin; }

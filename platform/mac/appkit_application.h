@@ -8,6 +8,7 @@
 namespace pintle {
 
 void setNativeActivationPolicy(ActivationPolicy policy);
+/// Whichever program is active.
 void activateNatively();
 void openNatively(const std::string& url);
 /// Asks the user first whether notifications may come.

@@ -16,10 +16,7 @@ void setNativeActivationPolicy(ActivationPolicy policy) {
 }
 
 void activateNatively() {
-    if (@available(macOS 14, *)) {
-        [NSApp activate];
-        return;
-    }
+// -activate, which took its place, guarantees nothing for a program without a place in the dock.
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"
     [NSApp activateIgnoringOtherApps:YES];

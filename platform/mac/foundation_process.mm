@@ -6,6 +6,12 @@
 
 namespace pintle {
 
+void inAutoreleasePool(const std::function<void()>& work) {
+    @autoreleasepool {
+        work();
+    }
+}
+
 Subscription beginProcessActivity(const std::string& reason) {
     NSProcessInfo* const process = NSProcessInfo.processInfo;
     const id<NSObject> token = [process beginActivityWithOptions:NSActivityUserInitiated

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/mac/cf.h"
+#include "platform/mac/foundation_process.h"
 
 namespace pintle {
 namespace {
@@ -82,7 +83,8 @@ struct Posted {
 
 extern "C" void runPostedWork(void* info) {
     const auto posted = *static_cast<std::shared_ptr<Posted>*>(info);
-    posted->run();
+    // The run loop has a pool of its own only where events end its turns, which none may for hours.
+    inAutoreleasePool([&] { posted->run(); });
 }
 
 struct Beat {
@@ -96,8 +98,10 @@ extern "C" void beatFired(CFRunLoopTimerRef timer, void* info) {
     // The work may end its own timer.
     const auto beat = *static_cast<std::shared_ptr<Beat>*>(info);
     if (!beat->repeats) CFRunLoopTimerInvalidate(timer);
-    beat->work();
-    if (const auto turns = beat->turns.lock()) turns->end();
+    inAutoreleasePool([&] {
+        beat->work();
+        if (const auto turns = beat->turns.lock()) turns->end();
+    });
 }
 
 extern "C" void releaseBeat(const void* info) {

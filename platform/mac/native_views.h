@@ -4,7 +4,6 @@
 
 #include <functional>
 
-#include "base/geometry.h"
 #include "platform/windows.h"
 
 namespace pintle {
@@ -17,11 +16,13 @@ class NativeViews {
     virtual ~NativeViews() = default;
     /// Made at the first call, once.
     virtual NativeView popover() = 0;
-    /// Where the popover's view lies in a panel of that size, from the panel's lower-left corner: larger than
-    /// the panel by what the view draws around itself, which the panel cuts off.
-    virtual Rect popoverFrame(Size panel) = 0;
+    /// The opacity of the material behind the popover's view, which is seen through then; 0: the view is
+    /// opaque. Asked before each showing.
+    virtual double popoverMaterial() = 0;
     /// Made at the first call for each content, once.
     virtual NativeView window(WindowContent content) = 0;
+    /// The upper part of a window's view, in points, that lies under the window's title bar.
+    virtual void setTitleStrip(NativeView view, double height) = 0;
     /// Right before and right after the view's window comes to the screen, and right after it went. From
     /// didShow on the view stands in that window, and draws.
     virtual void willShow(NativeView view, bool animates) = 0;

@@ -52,6 +52,26 @@ TEST(Overlay, WithTwoDisplaysOnlyTheWindowUnderTheMouseIsVisible) {
     EXPECT_EQ(world.surfaces.openOn(2)->alpha, 1);
 }
 
+TEST(Overlay, WhileItsWindowIsOffTheScreenThePointerShowsAndWithItTheThemeComesBack) {
+    OverlayWorld world;
+    world.workspace.frontmost = RunningApplication{"Editor", 5};
+    world.run({sized("left_ptr")});
+    world.tick();
+    ASSERT_TRUE(world.pointerIsHidden());
+    world.surfaces.openOn(1)->takenAway = true;
+    world.tick();
+    EXPECT_FALSE(world.pointerIsHidden());
+    EXPECT_EQ(world.surfaces.openOn(1)->alpha, 0);
+    // Another program comes to the front meanwhile.
+    world.workspace.activate("Browser");
+    world.tick();
+    EXPECT_FALSE(world.pointerIsHidden());
+    world.surfaces.openOn(1)->takenAway = false;
+    world.tick();
+    EXPECT_TRUE(world.pointerIsHidden());
+    EXPECT_EQ(world.surfaces.openOn(1)->alpha, 1);
+}
+
 TEST(Overlay, AHotspotOfZeroPutsTheLowerLeftCorner32PointsBelowTheMouse) {
     OverlayWorld world;
     world.run({sized("left_ptr")});

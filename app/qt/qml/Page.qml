@@ -16,7 +16,7 @@ Rectangle {
     default property alias content: column.data
     property alias spacing: column.spacing
 
-    color: Theme.bg
+    color: Theme.windowBg
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true
 

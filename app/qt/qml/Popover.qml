@@ -25,7 +25,7 @@ FocusScope {
         list.currentIndex = Math.max(0, active);
         if (active > 0) list.positionViewAtIndex(active, ListView.Contain);
         else list.positionViewAtBeginning();
-        if (animates && Theme.motion && Appearance.blendsWindows) entrance.restart();
+        if (animates && Theme.motion && Appearance.blendsWindows && !Theme.hosted) entrance.restart();
     }
 
     ParallelAnimation {
@@ -52,7 +52,8 @@ FocusScope {
         y: root.shadowMargin
         width: root.width - 2 * root.shadowMargin
         height: root.height - 2 * root.shadowMargin
-        radius: Theme.radius
+        objectName: "panel"
+        radius: Theme.hosted ? 0 : Theme.radius
         color: Theme.bg
         transform: Translate { id: rise }
 
@@ -198,6 +199,7 @@ FocusScope {
         // The edge lies over everything, so that a row that is cut off never paints over it.
         Rectangle {
             anchors.fill: parent
+            visible: !Theme.hosted
             radius: Theme.radius
             color: "transparent"
             border.width: 1

@@ -13,7 +13,11 @@ QtObject {
     readonly property real glassOpacity: Math.min(1, Math.max(0.75, Appearance.glassOpacity))
 
     readonly property color plainBg: dark ? "#1B1E1F" : "#F7F8F8"
-    readonly property color bg: glass ? alpha(plainBg, glassOpacity) : plainBg
+    /// Whether the desktop draws the edges of panels and windows and lays a blurred material behind them.
+    readonly property bool hosted: Appearance.nativelyHosted
+    readonly property color bg: !glass ? plainBg : hosted ? "transparent" : alpha(plainBg, glassOpacity)
+    /// Windows stand on the material whatever the look, panels in the glass look.
+    readonly property color windowBg: hosted && !strong ? "transparent" : bg
     readonly property color card: glass ? (dark ? "#0DFFFFFF" : "#80FFFFFF") : (dark ? "#25292A" : "#FFFFFF")
     readonly property color well: dark ? "#12FFFFFF" : "#0F0C2020"
     readonly property color raised: dark ? (glass ? "#29FFFFFF" : "#3B4243") : "#FFFFFF"

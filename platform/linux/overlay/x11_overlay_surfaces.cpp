@@ -66,6 +66,9 @@ class Surface : public OverlaySurface {
         connection_.flush();
     }
 
+    // No window manager takes an override-redirect window off the screen.
+    bool isVisible() const override { return true; }
+
     void setSize(Size size) override {
         if (size == size_) return;
         size_ = size;

@@ -46,6 +46,15 @@ class ShellViews {
     /// change; without one every view is opaque, and the popover leaves its shadow out.
     virtual void setComposited(bool composited) = 0;
 
+    /// From now on the desktop's own windows hold the views, with their edges, corners and shadows, and with
+    /// a blurred material behind them: what the look lets be seen through is left transparent. Told before
+    /// the first view is asked for, where it is so.
+    virtual void setNativelyHosted() {}
+    /// The opacity of that material behind the popover; 0 while the popover's view is opaque.
+    virtual double popoverMaterial() const { return 0; }
+    /// The upper part of a window's view that lies under the window's title bar and is to stay empty.
+    virtual void setTitleStrip(WindowContent content, double height) { (void)content, (void)height; }
+
     /// The popover's content. Null when it cannot be made: then there is no popover.
     virtual QWindow* popover() = 0;
     /// Asked before each showing.

@@ -11,6 +11,7 @@
 #include "platform/mac/appkit_workspace.h"
 #include "platform/mac/foundation_process.h"
 #include "tests/mac/fake/fake_object.h"
+#include "tests/mac/fake/fake_windows.h"
 #include "tests/mac/fake/mac_world.h"
 
 namespace pintle {
@@ -104,7 +105,9 @@ bool exchangeCursorSet(std::function<void(const CursorObject& receiver)> replace
 std::optional<CursorReading> readCurrentSystemCursor() {
     ++world().systemCursorReadings;
     if (!world().systemCursor) return std::nullopt;
-    return readingOf(*world().systemCursor);
+    auto reading = readingOf(*world().systemCursor);
+    if (world().whileSystemCursorIsRead) world().whileSystemCursorIsRead();
+    return reading;
 }
 std::vector<std::pair<std::string, CursorReading>> readStandardCursors() {
     std::vector<std::pair<std::string, CursorReading>> readings;
@@ -135,7 +138,11 @@ long runNativeAlert(const Alert& alert) {
 void setNativeActivationPolicy(ActivationPolicy policy) {
     world().applicationCalls.push_back("policy " + std::to_string(static_cast<int>(policy)));
 }
-void activateNatively() { world().applicationCalls.emplace_back("activate"); }
+void activateNatively() {
+    world().applicationCalls.emplace_back("activate");
+    world().windowCalls.emplace_back("activate");
+    programBecameActive();
+}
 void openNatively(const std::string& url) { world().applicationCalls.push_back("open " + url); }
 void notifyNatively(const std::string& title, const std::string& text) {
     world().applicationCalls.push_back("notify " + title + ": " + text);
@@ -148,6 +155,12 @@ Subscription observeEffectiveAppearance(std::function<void()> changed) {
                                [changed = std::move(changed)](const auto&) { changed(); });
 }
 
+void inAutoreleasePool(const std::function<void()>& work) {
+    ++world().pools;
+    ++world().openPools;
+    work();
+    --world().openPools;
+}
 Subscription beginProcessActivity(const std::string& reason) {
     world().activities.push_back(reason);
     return Subscription([] { ++world().activitiesEnded; });

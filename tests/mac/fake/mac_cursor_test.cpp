@@ -87,6 +87,34 @@ TEST(MacPointer, TheSystemCursorIsReadAgainOnlyWhenTheSeedHasChanged) {
     EXPECT_EQ(world().systemCursorReadings, 2);
 }
 
+TEST(MacPointer, ACursorThatChangesWhileItIsReadIsReadAgainUnderTheNewSeed) {
+    const auto pointer = makeMacPointer();
+    world().systemCursor = ProcessCursor{picture(8, 8, 1), {8, 8}, {0, 0}};
+    // Changes between the question for the seed and the reading of the picture, which still brings the old
+    // one: the other order would keep the old picture under the new seed.
+    world().whileSystemCursorIsRead = [] {
+        world().systemCursor = ProcessCursor{picture(8, 8, 2), {8, 8}, {0, 0}};
+        ++world().cursorSeed;
+    };
+    EXPECT_EQ(pointer->currentSystemCursor()->image, picture(8, 8, 1));
+    world().whileSystemCursorIsRead = nullptr;
+    EXPECT_EQ(pointer->currentSystemCursor()->image, picture(8, 8, 2));
+}
+
+TEST(MacPointer, ASystemCursorNeverHasANameAndASeedThatIsAskedFirstBelongsToNoNewerPicture) {
+    const auto pointer = makeMacPointer();
+    world().systemCursor = ProcessCursor{picture(8, 8, 1), {8, 8}, {0, 0}};
+    const auto seed = pointer->currentCursorSeed();
+    world().whileSystemCursorIsRead = [] {
+        world().systemCursor = ProcessCursor{picture(8, 8, 2), {8, 8}, {0, 0}};
+        ++world().cursorSeed;
+    };
+    EXPECT_FALSE(pointer->currentSystemCursor()->name);
+    world().whileSystemCursorIsRead = nullptr;
+    // Whoever keeps the picture under the seed from before sees that it is out of date.
+    EXPECT_NE(pointer->currentCursorSeed(), seed);
+}
+
 TEST(MacPointer, NoSystemCursorIsAbsentAndAskedForAgain) {
     const auto pointer = makeMacPointer();
     EXPECT_FALSE(pointer->currentSystemCursor());

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <set>
 #include <thread>
 
 #include "platform/mac/cf_notifications.h"
@@ -237,6 +238,55 @@ TEST(MacMainQueue, ATimerThatIsEndedInItsOwnWorkFreesTheWork) {
     });
     ASSERT_TRUE(runUntil([&] { return ran; }));
     EXPECT_EQ(kept.use_count(), 1);
+}
+
+TEST(MacMainQueue, EachTurnOfPostedWorkHasOnePoolWithTheEndOfTheTurnInIt) {
+    const auto queue = makeMacMainQueue();
+    std::vector<int> pools;
+    int ends = 0;
+    const Subscription end = queue->atEndOfTurn([&] {
+        ++ends;
+        EXPECT_EQ(world().openPools, 1);
+    });
+    const auto note = [&] {
+        EXPECT_EQ(world().openPools, 1);
+        pools.push_back(world().pools);
+    };
+    queue->post([&] {
+        note();
+        queue->post(note);
+    });
+    queue->post(note);
+    ASSERT_TRUE(runUntil([&] { return pools.size() == 3; }));
+    EXPECT_EQ(pools[0], pools[1]);
+    EXPECT_NE(pools[1], pools[2]);
+    EXPECT_EQ(ends, 2);
+    EXPECT_EQ(world().openPools, 0);
+}
+
+TEST(MacMainQueue, EachFiringOfATimerHasAPoolOfItsOwn) {
+    const auto queue = makeMacMainQueue();
+    std::vector<int> pools;
+    const auto note = [&] {
+        EXPECT_EQ(world().openPools, 1);
+        pools.push_back(world().pools);
+    };
+    const Timer repeated = queue->every(1ms, note);
+    const Timer once = queue->after(1ms, note);
+    ASSERT_TRUE(runUntil([&] { return pools.size() >= 4; }));
+    EXPECT_THAT(std::set<int>(pools.begin(), pools.end()), ::testing::SizeIs(pools.size()));
+    EXPECT_EQ(world().openPools, 0);
+}
+
+TEST(MacMainQueue, ATurnInsideOfATurnHasAPoolInThePool) {
+    const auto queue = makeMacMainQueue();
+    int inner = 0;
+    queue->post([&] {
+        queue->post([&] { inner = world().openPools; });
+        mac_fake::runLoopOnce(1);
+    });
+    ASSERT_TRUE(runUntil([&] { return inner > 0; }));
+    EXPECT_EQ(inner, 2);
 }
 
 class MacAppearanceTest : public ::testing::Test {

@@ -1,6 +1,7 @@
 #include "tests/mac/fake/mac_world.h"
 
 #include "tests/mac/fake/fake_object.h"
+#include "tests/mac/fake/fake_windows.h"
 
 namespace pintle::mac_fake {
 
@@ -37,6 +38,8 @@ std::string leftovers() {
     if (notificationObservers() > 0) all += "an observer of a notification centre\n";
     if (!world().displayCallbacks.empty()) all += "a display callback\n";
     if (runLoopMembers() > 0) all += "a timer or a source of the run loop\n";
+    if (liveWindows() > 0) all += "a window\n";
+    if (world().openPools > 0) all += "an autorelease pool\n";
     return all + describeLiveObjects();
 }
 

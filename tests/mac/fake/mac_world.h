@@ -150,6 +150,8 @@ struct World {
     std::map<std::string, std::vector<std::int32_t>> runningCopies;
     std::optional<ProcessCursor> systemCursor;
     int systemCursorReadings = 0;
+    /// Called once a reading has its picture: what another process does meanwhile.
+    std::function<void()> whileSystemCursorIsRead;
     std::vector<std::pair<std::string, ProcessCursor>> standardCursors;
     /// What was made current by the desktop's own `set`, in order.
     std::vector<const void*> currentCursors;
@@ -157,6 +159,16 @@ struct World {
     int exchanges = 0;
     DesktopLook look;
     std::vector<std::string> applicationCalls;
+    /// What was asked of windows and of the program as their owner, in order.
+    std::vector<std::string> windowCalls;
+    bool programIsActive = false;
+    bool programIsHidden = false;
+    double titleBarHeight = 28;
+    /// The button of a status item does not where the menu bar has no room for it.
+    bool statusItemStandsInAWindow = true;
+    /// Autorelease pools that are open now, and all that ever were.
+    int openPools = 0;
+    int pools = 0;
     std::vector<std::string> activities;
     int activitiesEnded = 0;
     UserDirectories directories;

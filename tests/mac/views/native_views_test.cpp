@@ -14,11 +14,17 @@ class RecordingViews : public ShellViews {
     void setComposited(bool composited) override {
         calls.push_back(composited ? "composited" : "not composited");
     }
+    void setNativelyHosted() override { calls.push_back("natively hosted"); }
+    double popoverMaterial() const override { return material; }
+    void setTitleStrip(WindowContent content, double height) override {
+        calls.push_back((content == WindowContent::settings ? "settings strip " : "about strip ") +
+                        std::to_string(static_cast<int>(height)));
+    }
     QWindow* popover() override {
         calls.push_back("popover");
         return canMake ? &popoverView : nullptr;
     }
-    PopoverShape popoverShape() const override { return {QMargins(1, 2, 3, 4), 12}; }
+    PopoverShape popoverShape() const override { return {}; }
     void popoverWillShow(bool animates) override {
         calls.push_back(animates ? "will show, animated" : "will show");
     }
@@ -31,6 +37,7 @@ class RecordingViews : public ShellViews {
     QWindow* alert(const Alert&, std::function<void(int)>) override { return nullptr; }
 
     bool canMake = true;
+    double material = 0;
     QWindow popoverView;
     QWindow settingsView;
     QWindow aboutView;
@@ -54,7 +61,7 @@ TEST_F(NativeViewsTest, EachViewIsAskedForOnce) {
     EXPECT_EQ(views->window(WindowContent::about), about);
     EXPECT_NE(popover, settings);
     EXPECT_NE(settings, about);
-    EXPECT_EQ(skin.calls, (Calls{"composited", "popover", "settings", "about"}));
+    EXPECT_EQ(skin.calls, (Calls{"composited", "natively hosted", "popover", "settings", "about"}));
 }
 
 TEST_F(NativeViewsTest, AViewThatCannotBeMadeIsNull) {
@@ -63,8 +70,21 @@ TEST_F(NativeViewsTest, AViewThatCannotBeMadeIsNull) {
     EXPECT_EQ(views->window(WindowContent::about), nullptr);
 }
 
-TEST_F(NativeViewsTest, ThePopoversViewIsLargerThanThePanelByItsShadow) {
-    EXPECT_EQ(views->popoverFrame({340, 520}), (Rect{{-1, -4}, {344, 526}}));
+TEST_F(NativeViewsTest, ThePopoversMaterialIsThatOfTheMoment) {
+    EXPECT_EQ(views->popoverMaterial(), 0);
+    skin.material = 0.85;
+    EXPECT_EQ(views->popoverMaterial(), 0.85);
+}
+
+TEST_F(NativeViewsTest, EachWindowIsGivenItsOwnTitleStripAndThePopoverNone) {
+    const NativeView popover = views->popover();
+    const NativeView settings = views->window(WindowContent::settings);
+    const NativeView about = views->window(WindowContent::about);
+    skin.calls.clear();
+    views->setTitleStrip(settings, 28);
+    views->setTitleStrip(about, 32);
+    views->setTitleStrip(popover, 5);
+    EXPECT_EQ(skin.calls, (Calls{"settings strip 28", "about strip 32"}));
 }
 
 TEST_F(NativeViewsTest, OnlyThePopoverHearsOfItsShowingAndHiding) {

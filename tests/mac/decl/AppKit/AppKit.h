@@ -87,6 +87,7 @@ enum NSEventType : NSUInteger {
     NSEventTypeRightMouseDown = 3,
     NSEventTypeRightMouseUp = 4,
     NSEventTypeKeyDown = 10,
+    NSEventTypeKeyUp = 11,
 };
 typedef unsigned long long NSEventMask;
 enum : NSEventMask {
@@ -98,7 +99,18 @@ enum : NSEventMask {
 };
 typedef NSUInteger NSEventModifierFlags;
 enum : NSEventModifierFlags { NSEventModifierFlagCommand = 1 << 20 };
+@class NSGraphicsContext;
 @interface NSEvent : NSObject
++ (nullable NSEvent*)keyEventWithType:(NSEventType)type
+                             location:(NSPoint)location
+                        modifierFlags:(NSEventModifierFlags)flags
+                            timestamp:(NSTimeInterval)time
+                         windowNumber:(NSInteger)window
+                              context:(nullable NSGraphicsContext*)context
+                           characters:(NSString*)characters
+          charactersIgnoringModifiers:(NSString*)plainCharacters
+                            isARepeat:(BOOL)isRepeat
+                              keyCode:(unsigned short)code;
 @property(class, readonly) NSPoint mouseLocation;
 @property(readonly) NSEventType type;
 @property(readonly) NSEventModifierFlags modifierFlags;
@@ -124,7 +136,21 @@ enum : NSAutoresizingMaskOptions { NSViewWidthSizable = 2, NSViewHeightSizable =
 @property BOOL needsDisplay;
 @property(getter=isHidden) BOOL hidden;
 @property NSAutoresizingMaskOptions autoresizingMask;
+@property CGFloat alphaValue;
+@property BOOL clipsToBounds;
 @property(nullable, readonly, unsafe_unretained) NSWindow* window;
+@end
+
+enum NSVisualEffectMaterial : NSInteger {
+    NSVisualEffectMaterialPopover = 6,
+    NSVisualEffectMaterialUnderWindowBackground = 21,
+};
+enum NSVisualEffectBlendingMode : NSInteger { NSVisualEffectBlendingModeBehindWindow = 0 };
+enum NSVisualEffectState : NSInteger { NSVisualEffectStateActive = 1 };
+@interface NSVisualEffectView : NSView
+@property NSVisualEffectMaterial material;
+@property NSVisualEffectBlendingMode blendingMode;
+@property NSVisualEffectState state;
 @end
 
 @class NSMenu;
@@ -201,11 +227,14 @@ typedef NSInteger NSWindowLevel;
 @property NSWindowCollectionBehavior collectionBehavior;
 @property(nullable, strong) NSView* contentView;
 @property CGFloat alphaValue;
+@property BOOL canHide;
 @property(copy) NSString* title;
 @property NSWindowTitleVisibility titleVisibility;
 @property BOOL titlebarAppearsTransparent;
 @property(nullable, weak) id<NSWindowDelegate> delegate;
 @property(readonly) NSRect frame;
+@property(readonly) NSRect contentLayoutRect;
+@property(readonly) NSInteger windowNumber;
 @property(readonly, getter=isVisible) BOOL visible;
 @property(readonly, getter=isKeyWindow) BOOL keyWindow;
 @property(readonly) BOOL canBecomeKeyWindow;
@@ -215,7 +244,7 @@ typedef NSInteger NSWindowLevel;
 - (void)setFrameOrigin:(NSPoint)point;
 - (NSRect)convertRectToScreen:(NSRect)rect;
 - (void)orderFrontRegardless;
-- (void)makeKeyAndOrderFront:(nullable id)sender;
+- (void)makeKeyWindow;
 - (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
 - (void)close;
 - (nullable NSButton*)standardWindowButton:(NSWindowButton)button;
@@ -287,9 +316,14 @@ enum NSApplicationActivationPolicy : NSInteger {
 @property(nullable, readonly, strong) NSEvent* currentEvent;
 @property(readonly, strong) NSAppearance* effectiveAppearance;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
-- (void)activate PINTLE_SINCE(14.0);
+// -activate is left out: it guarantees nothing for a program without a place in the dock.
 - (void)activateIgnoringOtherApps:(BOOL)flag PINTLE_DEPRECATED(10.0, 14.0);
 - (void)terminate:(nullable id)sender;
+- (void)hide:(nullable id)sender;
+- (void)unhide:(nullable id)sender;
+- (void)postEvent:(NSEvent*)event atStart:(BOOL)flag;
+@property(nullable, readonly, weak) NSWindow* keyWindow;
+@property(readonly, getter=isActive) BOOL active;
 @end
 PINTLE_EXTERN NSApplication* NSApp;
 

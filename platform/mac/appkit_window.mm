@@ -1,8 +1,10 @@
-#include "platform/mac/mac_windows.h"
+#include "platform/mac/appkit_window.h"
 
 #import <AppKit/AppKit.h>
 
-#include "platform/mac/appkit_screens.h"
+#include <utility>
+
+#include "platform/mac/appkit_layers.h"
 #include "platform/mac/ns_geometry.h"
 #include "platform/mac/ns_text.h"
 
@@ -20,7 +22,7 @@
 namespace pintle {
 namespace {
 
-NSWindow* makeNativeWindow(const WindowSpec& spec) {
+NSWindow* makeWindow(const WindowSpec& spec) {
     const NSRect content = NSMakeRect(0, 0, spec.contentSize.width, spec.contentSize.height);
     NSWindow* const window = [[NSWindow alloc] initWithContentRect:content
                                                          styleMask:spec.styleMask
@@ -38,68 +40,47 @@ NSWindow* makeNativeWindow(const WindowSpec& spec) {
     return window;
 }
 
-class MacShellWindow : public ShellWindow {
+class AppKitWindow : public NativeWindow {
   public:
-    MacShellWindow(const WindowSpec& spec, NSView* view, NativeViews& views)
-        : views_(views),
-          view_(view),
-          window_(makeNativeWindow(spec)),
-          watch_([[PintleWindowWatch alloc] init]) {
-        const NativeView native = (__bridge NativeView)view;
-        watch_.willClose = [this, native] { views_.didHide(native); };
+    AppKitWindow(const WindowSpec& spec, std::function<void()> willClose)
+        : window_(makeWindow(spec)), watch_([[PintleWindowWatch alloc] init]), layers_(window_.contentView) {
+        watch_.willClose = std::move(willClose);
         window_.delegate = watch_;
-        view_.frame = window_.contentView.bounds;
-        view_.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
-        [window_.contentView addSubview:view_];
-        views_.setClose(native, [this] { close(); });
     }
-    ~MacShellWindow() override {
+    ~AppKitWindow() override {
         watch_.willClose = nullptr;
         [window_ close];
     }
-    MacShellWindow(const MacShellWindow&) = delete;
-    MacShellWindow& operator=(const MacShellWindow&) = delete;
+    AppKitWindow(const AppKitWindow&) = delete;
+    AppKitWindow& operator=(const AppKitWindow&) = delete;
+
+    void clip() override { layers_.clip(); }
+    void addMaterial(NativeMaterial material) override { layers_.addMaterial(material); }
+    void addView(NativeView view) override { layers_.addView(view); }
+    void setMaterialOpacity(double opacity) override { layers_.setMaterialOpacity(opacity); }
 
     bool isVisible() const override { return window_.visible; }
     bool isKey() const override { return window_.keyWindow; }
     Rect frame() const override { return fromNsRect(window_.frame); }
     void setFrame(const Rect& frame) override { [window_ setFrame:nsRect(frame) display:YES]; }
-    void makeKeyAndOrderFront() override {
-        views_.willShow((__bridge NativeView)view_, true);
-        [window_ makeKeyAndOrderFront:nil];
-        views_.didShow((__bridge NativeView)view_);
-        [window_ makeFirstResponder:view_];
+    double titleStrip() const override {
+        return window_.contentView.bounds.size.height - window_.contentLayoutRect.size.height;
     }
+    void orderFrontRegardless() override { [window_ orderFrontRegardless]; }
+    void makeKey() override { [window_ makeKeyWindow]; }
+    void focus(NativeView view) override { [window_ makeFirstResponder:(__bridge NSView*)view]; }
     void close() override { [window_ close]; }
 
   private:
-    NativeViews& views_;
-    NSView* view_;
     NSWindow* window_;
     PintleWindowWatch* watch_;
-};
-
-class MacWindows : public Windows {
-  public:
-    explicit MacWindows(NativeViews& views) : views_(views) {}
-    std::unique_ptr<ShellWindow> makeWindow(const WindowSpec& spec) override {
-        NSView* const view = (__bridge NSView*)views_.window(spec.content);
-        if (!view) return nullptr;
-        return std::make_unique<MacShellWindow>(spec, view, views_);
-    }
-    std::vector<ScreenArea> screens() const override {
-        std::vector<ScreenArea> areas;
-        for (const ScreenReading& screen : readScreens()) areas.push_back({screen.frame, screen.workArea});
-        return areas;
-    }
-    Point mouseLocation() const override { return readMouseLocation(); }
-
-  private:
-    NativeViews& views_;
+    AppKitLayers layers_;
 };
 
 }  // namespace
 
-std::unique_ptr<Windows> makeMacWindows(NativeViews& views) { return std::make_unique<MacWindows>(views); }
+std::unique_ptr<NativeWindow> makeNativeWindow(const WindowSpec& spec, std::function<void()> willClose) {
+    return std::make_unique<AppKitWindow>(spec, std::move(willClose));
+}
 
 }  // namespace pintle
