@@ -5,6 +5,7 @@
 
 #include "app/popover_model.h"
 #include "app/qt/native_views_qt.h"
+#include "app/qt/prepare_toolkit_mac.h"
 #include "app/qt/root.h"
 #include "app/qt/shell_views_quick.h"
 #include "app/qt/window_views.h"
@@ -38,7 +39,6 @@
 #include "platform/posix/signal_recovery.h"
 #include "platform/qt/qt_background_tasks.h"
 #include "platform/qt/qt_http_client.h"
-#include "platform/qt/qt_process_runner.h"
 #include "settings/launch_agent_file.h"
 
 namespace pintle {
@@ -69,7 +69,7 @@ struct Root::Early {
 struct Root::Desktop {
     Desktop(Early& early, Composition& composition)
         : http(makeQtHttpClient(*early.queue)),
-          processes(makeQtProcessRunner(*early.queue, {})),
+          processes(makeRunnerForForeignPrograms(*early.queue)),
           appearance(makeMacAppearance(*early.queue)),
           windowViews({[this, &early, &composition]() -> SettingsWindowModel& {
                            return settingsModel.emplace(SettingsWindowModel::Neighbours{
@@ -137,13 +137,6 @@ struct Root::Desktop {
     std::unique_ptr<Windows> windows;
     std::unique_ptr<EventMonitors> eventMonitors = makeMacEventMonitors();
 };
-
-std::optional<std::string> prepareToolkit() {
-    QCoreApplication::setApplicationName(QStringLiteral("Pintle"));
-    // The program lives in the menu bar and ends when it is told to.
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return std::nullopt;
-}
 
 Root::Root()
     : early_(std::make_unique<Early>()),

@@ -39,20 +39,21 @@ void prepareChild(pid_t parent, std::optional<std::uint64_t> largestFile) {
 class QtChildProcess : public ChildProcess {
   public:
     QtChildProcess(MainQueue& queue, ProcessRequest request, const ProcessSubstitute* substitute,
-                   ProcessRunner::Completion completion)
+                   const std::vector<std::string>& withheld, ProcessRunner::Completion completion)
         : queue_(queue), answer_(std::make_shared<Answer>()) {
         answer_->completion = std::move(completion);
         std::string missing;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const auto& name : withheld) environment.remove(QString::fromStdString(name));
         if (substitute) {
             request.executable = substitute->executable;
             request.arguments.insert(request.arguments.begin(), substitute->arguments.begin(),
                                      substitute->arguments.end());
             missing = substitute->missing;
-            auto environment = QProcessEnvironment::systemEnvironment();
             for (const auto& [name, value] : substitute->environment)
                 environment.insert(QString::fromStdString(name), QString::fromStdString(value));
-            process_.setProcessEnvironment(environment);
         }
+        process_.setProcessEnvironment(environment);
         process_.setProgram(QString::fromStdString(request.executable.string()));
         QStringList arguments;
         for (const auto& argument : request.arguments) arguments.append(QString::fromStdString(argument));
@@ -103,25 +104,27 @@ class QtChildProcess : public ChildProcess {
 
 class QtProcessRunner : public ProcessRunner {
   public:
-    QtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes)
-        : queue_(queue), substitutes_(std::move(substitutes)) {}
+    QtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes, std::vector<std::string> withheld)
+        : queue_(queue), substitutes_(std::move(substitutes)), withheld_(std::move(withheld)) {}
 
     std::unique_ptr<ChildProcess> start(ProcessRequest request, Completion completion) override {
         const auto found = substitutes_.find(request.executable);
         const auto* substitute = found == substitutes_.end() ? nullptr : &found->second;
-        return std::make_unique<QtChildProcess>(queue_, std::move(request), substitute,
+        return std::make_unique<QtChildProcess>(queue_, std::move(request), substitute, withheld_,
                                                 std::move(completion));
     }
 
   private:
     MainQueue& queue_;
     const ProcessSubstitutes substitutes_;
+    const std::vector<std::string> withheld_;
 };
 
 }  // namespace
 
-std::unique_ptr<ProcessRunner> makeQtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes) {
-    return std::make_unique<QtProcessRunner>(queue, std::move(substitutes));
+std::unique_ptr<ProcessRunner> makeQtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes,
+                                                   std::vector<std::string> withheld) {
+    return std::make_unique<QtProcessRunner>(queue, std::move(substitutes), std::move(withheld));
 }
 
 }  // namespace pintle

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/main_queue.h"
 #include "platform/process_runner.h"
@@ -9,7 +11,9 @@
 namespace pintle {
 
 /// Runs what `substitutes` names in the place of the requested executables. A child is killed when this
-/// program dies, however it dies. The queue must outlive the runner.
-std::unique_ptr<ProcessRunner> makeQtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes);
+/// program dies, however it dies. No child inherits the variables of the environment that `withheld` names.
+/// The queue must outlive the runner.
+std::unique_ptr<ProcessRunner> makeQtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes,
+                                                   std::vector<std::string> withheld = {});
 
 }  // namespace pintle
