@@ -4,7 +4,8 @@
 # PINTLE_SIGN_IDENTITY names the certificate; "-" signs for this machine only. The desktop ties what the user has
 # allowed (accessibility, the login item) to the signature, and a signature for one machine changes with each build.
 set(PINTLE_SIGN_IDENTITY "-" CACHE STRING "Identity for codesign")
-set(identifier com.pintle.app)
+include(${CMAKE_CURRENT_LIST_DIR}/signing.cmake)
+pintle_signing("${PINTLE_SIGN_IDENTITY}" deploy sign)
 
 set(icon ${CMAKE_CURRENT_BINARY_DIR}/Pintle.icns)
 add_custom_command(OUTPUT ${icon}
@@ -22,16 +23,10 @@ set_target_properties(Pintle PROPERTIES
 get_target_property(qmake Qt6::qmake IMPORTED_LOCATION)
 get_filename_component(toolkit_programs ${qmake} DIRECTORY)
 find_program(PINTLE_MACDEPLOYQT macdeployqt HINTS ${toolkit_programs} REQUIRED)
-# The hardened run time refuses libraries of another team, and one machine's signature has none.
-set(hardened "")
-if(NOT PINTLE_SIGN_IDENTITY STREQUAL "-")
-    set(hardened --options runtime --timestamp)
-endif()
 set(bundle $<TARGET_BUNDLE_DIR:Pintle>)
 add_custom_target(Pintle.app
-    COMMAND ${PINTLE_MACDEPLOYQT} ${bundle} -qmldir=${PROJECT_SOURCE_DIR}/app/qt/qml
-        -codesign=${PINTLE_SIGN_IDENTITY}
-    COMMAND codesign --force ${hardened} --identifier ${identifier} --sign ${PINTLE_SIGN_IDENTITY} ${bundle}
+    COMMAND ${PINTLE_MACDEPLOYQT} ${bundle} -qmldir=${PROJECT_SOURCE_DIR}/app/qt/qml ${deploy}
+    COMMAND codesign ${sign} ${bundle}
     COMMAND codesign --verify --deep --strict --verbose=1 ${bundle}
     DEPENDS Pintle
     COMMENT "Putting the toolkit into ${bundle} and signing it"
