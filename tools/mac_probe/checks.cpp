@@ -9,9 +9,13 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "apply/cursor_identifiers.h"
+#include "platform/mac/appkit_workspace.h"
 #include "platform/mac/cf_notifications.h"
 #include "platform/mac/mac_accessibility.h"
 #include "platform/mac/mac_displays.h"
@@ -25,6 +29,7 @@
 #include "platform/mac/mac_window_list.h"
 #include "platform/mac/mac_window_server.h"
 #include "platform/mac/mac_workspace.h"
+#include "tools/mac_probe/kept_registrations.h"
 
 namespace pintle {
 namespace {
@@ -99,9 +104,23 @@ json privateFunctions(const std::string&) {
     return found;
 }
 
+/// Runs a check that withdraws every registration, and afterwards gives a Pintle that runs its theme back.
+json withThemesKept(WindowServer& server, const std::function<json()>& check) {
+    const auto running = readRunningCopies("com.pintle.app");
+    std::optional<KeptRegistrations> kept;
+    if (!running.empty()) {
+        std::vector<std::string> identifiers;
+        for (const auto& row : cursorIdentifiers()) identifiers.emplace_back(row.identifier);
+        kept.emplace(server, identifiers);
+    }
+    json report = check();
+    if (kept) report["identifiers_given_back_to_the_running_program"] = kept->restore();
+    return report;
+}
+
 /// Takes the arrow, registers it as it is, looks again, and withdraws everything.
-json arrowRoundTrip(const std::string&) {
-    const auto server = makeMacWindowServer();
+json arrowRoundTrip(WindowServer& windowServer) {
+    auto* const server = &windowServer;
     if (!server->provides(WindowServerFunction::mainConnectionID) ||
         !server->provides(WindowServerFunction::copyRegisteredCursorImages))
         return {{"possible", false}};
@@ -126,22 +145,28 @@ json arrowRoundTrip(const std::string&) {
 }
 
 /// Another picture under the arrow's name, and away with it again.
-json arrowReplacement(const std::string&) {
-    const auto server = makeMacWindowServer();
+json arrowReplacement(WindowServer& windowServer) {
+    auto* const server = &windowServer;
     for (const auto function :
          {WindowServerFunction::mainConnectionID, WindowServerFunction::registerCursorWithImages,
           WindowServerFunction::copyRegisteredCursorImages, WindowServerFunction::coreCursorUnregisterAll})
         if (!server->provides(function)) return {{"possible", false}};
     const auto connection = server->mainConnectionID();
     const RegisteredCursor strip{kArrow, {gradient(24, 72)}, {24, 24}, {4, 4}, 3, 0.1};
-    json report = {
-        {"register_error",
-         answerOf(server->registerCursorWithImages(connection, strip, RegistrationPurpose::theme))}};
+    json report = {{"register_error", answerOf(server->registerCursorWithImages(
+                                          connection, strip, RegistrationPurpose::theme))}};
     const auto registered = server->copyRegisteredCursorImages(connection, kArrow);
     report["registered"] = described(registered.cursor);
     report["comparison"] = compared(strip, registered.cursor);
     report["unregister_error"] = server->coreCursorUnregisterAll(connection);
     return report;
+}
+
+Check onWindowServer(json (*check)(WindowServer&)) {
+    return [check](const std::string&) {
+        const auto server = makeMacWindowServer();
+        return withThemesKept(*server, [&] { return check(*server); });
+    };
 }
 
 json pointer(const std::string&) {
@@ -188,7 +213,10 @@ json overlayAboveMenus(const std::string&) {
     surface->orderFront();
     runLoopFor(0.5);
     const auto after = list->onScreenWindows();
-    json report = {{"made", true}, {"windows_before", before.size()}, {"windows_after", after.size()}};
+    json report = {{"made", true},
+                   {"visible", surface->isVisible()},
+                   {"windows_before", before.size()},
+                   {"windows_after", after.size()}};
     const auto ours = std::find_if(after.begin(), after.end(), [](const WindowInfo& window) {
         return window.bounds.size == Size{37, 41};
     });
@@ -335,8 +363,8 @@ json beats(const std::string&) {
 const std::map<std::string, Check>& probeChecks() {
     static const std::map<std::string, Check> checks = {
         {"accessibility", accessibility},
-        {"arrow_replacement", arrowReplacement},
-        {"arrow_round_trip", arrowRoundTrip},
+        {"arrow_replacement", onWindowServer(arrowReplacement)},
+        {"arrow_round_trip", onWindowServer(arrowRoundTrip)},
         {"beats", beats},
         {"desktop", desktop},
         {"images", images},

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -33,8 +34,8 @@ std::string quoted(const std::string& text) {
     return safe + "'";
 }
 
-json checkInAnotherProcess(const std::string& program, const std::string& name) {
-    FILE* const pipe = ::popen((quoted(program) + " --check " + name).c_str(), "r");
+json reportOf(const std::string& command) {
+    FILE* const pipe = ::popen(command.c_str(), "r");
     if (!pipe) return {{"started", false}};
     std::string answer;
     std::array<char, 4096> buffer = {};
@@ -46,6 +47,16 @@ json checkInAnotherProcess(const std::string& program, const std::string& name) 
         return {{"ended_with", WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status)},
                 {"answer", answer}};
     return json::parse(answer, nullptr, false);
+}
+
+json checkInAnotherProcess(const std::string& program, const std::string& name) {
+    return reportOf(quoted(program) + " --check " + name);
+}
+
+/// What needs the toolkit is a program of its own next to this one, where it was built.
+json viewsInAnotherProgram(const std::string& program) {
+    const auto folder = std::filesystem::path(program).parent_path();
+    return reportOf(quoted((folder / "mac_probe_views").string()));
 }
 
 json machine() {
@@ -76,6 +87,7 @@ int run(int argc, char** argv) {
     }
     json report = {{"machine", machine()}};
     for (const auto& [name, check] : probeChecks()) report[name] = checkInAnotherProcess(program, name);
+    report["views"] = viewsInAnotherProgram(program);
     std::cout << report.dump(2) << '\n';
     return 0;
 }
