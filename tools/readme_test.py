@@ -69,13 +69,16 @@ class Readme(unittest.TestCase):
     def test_the_commands_for_a_mac_are_those_of_its_workflow(self):
         typed, run = commands(section(read("README.md"), "On a Mac")), steps("macos.yml")
         # There the machine has CMake, and the toolkit comes by an action of its own.
-        given = {"cmake", "qt"}
+        given = {"cmake", "pipx"}
         brewed = set(next(command for command in typed if command.startswith("brew install ")).split()[2:])
         fetched = set(next(command for command in run if command.startswith("brew install ")).split()[2:])
         self.assertEqual(brewed - given, fetched)
         for command in typed:
             if command.startswith("cmake"):
                 self.assertTrue(any(each.startswith(command) for each in run), command)
+        pinned = re.search(r'version: "([\d.]+)"', read(".github", "workflows", "macos.yml")).group(1)
+        for toolkit in (f"aqt install-qt mac desktop {pinned} clang_64", f"Qt/{pinned}/macos"):
+            self.assertTrue(any(toolkit in command for command in typed), toolkit)
 
     def test_each_command_of_the_script_that_a_page_names_exists(self):
         script = read("dev")
