@@ -56,18 +56,17 @@ TEST_F(Presses, OnAWindowOfTheProgramAndOnItsFrameAreNotReported) {
                                              .showsMiniaturizeAndZoom = false});
     window->setFrame({{100, 400}, {302, 221}});
     window->makeKeyAndOrderFront();
-    ASSERT_TRUE(until([&] { return window->isKey(); }));
-    runFor(std::chrono::milliseconds(200));
+    ASSERT_TRUE(until([&] { return window->isKey() && window->frame() == Rect{{100, 400}, {302, 221}}; }));
     const Rect frame = window->frame();
     const int left = static_cast<int>(frame.origin.x);
     const int top = static_cast<int>(800 - frame.origin.y - frame.size.height);
     watch();
-    // One after the other: the pointer must still be there when a press is told.
+    // One after the other: the pointer must still be there when a press is seen.
     click(left + 150, top + 120);
-    runFor(std::chrono::milliseconds(100));
+    ASSERT_TRUE(hasSeen(1));
     // The title bar, which is the window manager's.
     click(left + 150, top + 8);
-    runFor(std::chrono::milliseconds(100));
+    ASSERT_TRUE(hasSeen(2));
     ASSERT_TRUE(clickElsewhere());
     ASSERT_EQ(pressed.size(), 1u);
     EXPECT_EQ(pressed[0].press, 3u);
@@ -77,8 +76,7 @@ TEST_F(Presses, AreSeenWhileAMenuHoldsThePointer) {
     QMenu menu;
     menu.addAction(QStringLiteral("one"));
     menu.popup({200, 200});
-    ASSERT_TRUE(until([] { return QApplication::activePopupWidget() != nullptr; }));
-    runFor(std::chrono::milliseconds(200));
+    ASSERT_TRUE(until([&] { return menu.windowHandle() && menu.windowHandle()->isExposed(); }));
     watch();
     ASSERT_TRUE(clickElsewhere());
     EXPECT_TRUE(until([] { return QApplication::activePopupWidget() == nullptr; }));
@@ -89,7 +87,7 @@ TEST_F(Presses, AreNotReportedAfterTheHandleEnded) {
     ASSERT_TRUE(clickElsewhere());
     presses.end();
     click(300, 300);
-    runFor(std::chrono::milliseconds(200));
+    ASSERT_TRUE(hasSeen(2));
     EXPECT_EQ(pressed.size(), 1u);
 }
 

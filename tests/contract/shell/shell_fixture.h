@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QRasterWindow>
+#include <QWidget>
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <map>
@@ -98,6 +100,11 @@ class ShellTest : public testing::Test, protected LoopWorld {
         mouse("mousemove " + std::to_string(x) + " " + std::to_string(y) + " click " +
               std::to_string(button));
     }
+    /// Waits until this press, counted from 1, has been seen, whether or not it is reported. Soon after the
+    /// click.
+    bool hasSeen(std::uint64_t press) {
+        return until([&] { return desktop.currentPress() == press; });
+    }
     static void runFor(std::chrono::milliseconds time) {
         const auto end = std::chrono::steady_clock::now() + time;
         until([end] { return std::chrono::steady_clock::now() >= end; });
@@ -127,8 +134,18 @@ class ShellTest : public testing::Test, protected LoopWorld {
                                                  told.emplace_back("press");
                                              });
     }
+    /// Waits until the icon is drawn at its place: the panel takes its window in first, and then moves it
+    /// there.
     bool isInPanel() {
-        return until([this] { return item->buttonFrame().has_value(); });
+        return until([this] {
+            const auto frame = item->buttonFrame();
+            if (!frame || frame->size != Size{22, 22} || frame->origin.y != 800 - 4 - 22) return false;
+            const auto widgets = QApplication::topLevelWidgets();
+            return std::any_of(widgets.begin(), widgets.end(), [](const QWidget* widget) {
+                return widget->inherits("QSystemTrayIconSys") && widget->windowHandle() &&
+                       widget->windowHandle()->isExposed();
+            });
+        });
     }
     /// In pixels from the upper left corner.
     QPoint middleOfIcon() const {

@@ -42,7 +42,6 @@ TEST_F(ShellTest, APanelThatWasReplacedShowsTheItemAgainWithItsFrame) {
     startPanel();
     ASSERT_TRUE(isInPanel());
     EXPECT_TRUE(until([&] { return item->buttonFrame() == before; }));
-    runFor(std::chrono::milliseconds(300));
     const QPoint icon = middleOfIcon();
     click(icon.x(), icon.y());
     EXPECT_TRUE(until([this] { return clicks.size() == 1; }));
@@ -52,7 +51,6 @@ TEST_F(ShellTest, AClickOnTheIconComesAfterItsOwnPressAndCarriesItsNumber) {
     makeItem();
     startPanel();
     ASSERT_TRUE(isInPanel());
-    runFor(std::chrono::milliseconds(300));
     const QPoint icon = middleOfIcon();
     click(icon.x(), icon.y(), 1);
     ASSERT_TRUE(until([this] { return clicks.size() == 1; }));
@@ -73,13 +71,14 @@ TEST_F(ShellTest, AButtonThatIsReleasedBesideTheIconIsNoClick) {
     makeItem();
     startPanel();
     ASSERT_TRUE(isInPanel());
-    runFor(std::chrono::milliseconds(300));
     const QPoint icon = middleOfIcon();
     mouse("mousemove " + std::to_string(icon.x()) + " " + std::to_string(icon.y()) +
           " mousedown 1 mousemove 400 400 mouseup 1");
     EXPECT_TRUE(until([this] { return pressed.size() == 1; }));
-    runFor(std::chrono::milliseconds(200));
-    EXPECT_THAT(clicks, IsEmpty());
+    // A click after it is the first that comes.
+    click(icon.x(), icon.y());
+    ASSERT_TRUE(until([this] { return !clicks.empty(); }));
+    EXPECT_THAT(clicks, ElementsAre(StatusItemEvent{StatusItemEventType::leftMouseUp, 2}));
 }
 
 TEST_F(ShellTest, AnAttachedMenuOpensUnderTheIconAndOutlivesItsDetaching) {
