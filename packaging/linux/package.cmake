@@ -47,14 +47,13 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What no library names: the modules that the views import, the reader of drawings, certificates, the archiver.
+# What no library names: the modules that the views import, the reader of drawings (which Debian 12 has in the library's
+# package), certificates, the archiver.
 set(dependencies
     qml6-module-qtquick
     qml6-module-qtquick-controls
     qml6-module-qtquick-templates
     qml6-module-qtquick-window
-    qml6-module-qtqml
-    qml6-module-qtqml-models
     qml6-module-qtqml-workerscript
     "qt6-svg-plugins | libqt6svg6 (<< 6.7)"
     ca-certificates
