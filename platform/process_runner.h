@@ -1,6 +1,7 @@
 // Child processes that are awaited without blocking a thread. Main thread only.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -22,6 +23,9 @@ struct ProcessRequest {
     std::filesystem::path standardError;
     /// No file that the child writes may grow beyond this, in bytes; absent: no limit of ours.
     std::optional<std::uint64_t> largestFile;
+    /// A child that has used the processors for this long ends as by the signal SIGXCPU; absent: no limit of
+    /// ours.
+    std::optional<std::chrono::seconds> processorTime = std::nullopt;
 };
 
 /// A running child. Destroying it kills the child, waits until it is gone, and nothing is called any more.
@@ -49,7 +53,7 @@ struct ProcessSubstitute {
     std::filesystem::path executable;
     /// Put before the arguments of the request.
     std::vector<std::string> arguments;
-    /// Added to the environment that the child inherits.
+    /// All that the child finds in its environment. Empty: it inherits ours.
     std::map<std::string, std::string> environment;
     /// The error when the executable is not there.
     std::string missing;

@@ -1,9 +1,12 @@
 #include "themes/theme_extractor.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <fstream>
+#include <cerrno>
+#include <csignal>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -48,14 +51,19 @@ Result<Scratch> prepare(const fs::path& parent) {
     std::error_code error;
     fs::create_directories(unpackRoot(*scratch.value()), error);
     if (error) return fileError(error);
-    std::ofstream file(errorFile(*scratch.value()));
-    if (!file) return fileError(std::make_error_code(std::errc::io_error));
+    const int file =
+        ::open(errorFile(*scratch.value()).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (file < 0) return fileError({errno, std::generic_category()});
+    ::close(file);
     return scratch;
 }
 
 /// The folder to install, or why there is none.
 Result<fs::path> judge(const ScratchFolder& scratch, int status, const std::string& themeId,
                        const ExtractionLimits& limits) {
+    if (status == SIGXCPU)
+        return extractionError(-1, fmt::format("the archive takes more than {} seconds of processor time",
+                                               limits.processorTime.count()));
     if (status != 0) return extractionError(status, unpackErrorText(errorFile(scratch), status));
     // The last look: a small archive is unpacked before the first one.
     if (const auto text = excess(measureTree(unpackRoot(scratch), mostOf(limits)), limits))
@@ -95,6 +103,7 @@ struct ThemeExtractor::Extraction {
     Scratch scratch;
     std::unique_ptr<ChildProcess> child;
     Timer watching;
+    Timer deadline;
     bool measuring = false;
     /// Why the archiver was killed.
     std::optional<std::string> excess;
@@ -144,10 +153,14 @@ void ThemeExtractor::unpack(Entry entry) {
     request.arguments = {"-xf", extraction.archive.string(), "-C", unpackRoot(*extraction.scratch).string()};
     request.standardError = errorFile(*extraction.scratch);
     request.largestFile = limits_.bytes;
+    request.processorTime = limits_.processorTime;
     extraction.child = to_.processes.start(
         std::move(request),
         extraction.lifetime.weakly([this, entry](const Result<int>& status) { examine(entry, status); }));
     extraction.watching = to_.mainQueue.every(limits_.interval, [this, entry] { watch(entry); });
+    extraction.deadline = to_.mainQueue.after(limits_.deadline, [this, entry] {
+        end(entry, fmt::format("the archive takes longer than {} seconds", limits_.deadline.count()));
+    });
 }
 
 void ThemeExtractor::watch(Entry entry) {
@@ -159,18 +172,23 @@ void ThemeExtractor::watch(Entry entry) {
         [root = unpackRoot(*extraction.scratch), limits = limits_] {
             return excess(measureTree(root, mostOf(limits)), limits);
         },
-        [entry](const std::optional<std::string>& found) {
-            auto& measured = **entry;
-            measured.measuring = false;
-            if (!found || !measured.child) return;
-            measured.excess = found;
-            measured.child->kill();
+        [this, entry](const std::optional<std::string>& found) {
+            (*entry)->measuring = false;
+            if (found) end(entry, *found);
         });
+}
+
+void ThemeExtractor::end(Entry entry, const std::string& why) {
+    auto& extraction = **entry;
+    if (!extraction.child || extraction.excess) return;
+    extraction.excess = why;
+    extraction.child->kill();
 }
 
 void ThemeExtractor::examine(Entry entry, const Result<int>& status) {
     auto& extraction = **entry;
     extraction.watching.end();
+    extraction.deadline.end();
     extraction.child.reset();
     runInBackground(
         to_.background, to_.mainQueue, extraction.lifetime, Priority::userInitiated,

@@ -29,6 +29,9 @@ struct ExtractionLimits {
     int depth = 64;
     /// How often the scratch folder is measured while the archiver runs.
     std::chrono::milliseconds interval{250};
+    /// Of the archiver: what it may compute, and how long it may take for whatever reason.
+    std::chrono::seconds processorTime{30};
+    std::chrono::seconds deadline{120};
 };
 
 class ThemeExtractor {
@@ -62,6 +65,7 @@ class ThemeExtractor {
 
     void unpack(Entry entry);
     void watch(Entry entry);
+    void end(Entry entry, const std::string& why);
     void examine(Entry entry, const Result<int>& status);
     void install(Entry entry, const std::filesystem::path& chosen);
     void finish(Entry entry, const Status& status);

@@ -1,6 +1,11 @@
 #include "themes/unpack_error.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <fstream>
+#include <system_error>
 #include <vector>
 
 namespace pintle {
@@ -27,6 +32,15 @@ std::size_t characterLength(std::string_view text) {
     // The two that no XML file can hold.
     if (first == 0xEF && byte(1) == 0xBF && byte(2) >= 0xBE) return 0;
     return length;
+}
+
+/// The error of adding a line to the file, which whoever wrote into it has met as well; 0 for none.
+int appendProblem(const std::filesystem::path& file) {
+    const int fd = ::open(file.c_str(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) return 0;
+    const int problem = ::write(fd, "\n", 1) == 1 ? 0 : errno;
+    ::close(fd);
+    return problem;
 }
 
 }  // namespace
@@ -61,7 +75,9 @@ std::string unpackErrorText(const std::filesystem::path& errorFile, int status) 
         text.resize(static_cast<std::size_t>(file.gcount()));
     }
     const auto shown = lastCharacters(text, kShown);
-    return shown.empty() ? "exit code " + std::to_string(status) : shown;
+    if (!shown.empty()) return shown;
+    const int problem = appendProblem(errorFile);
+    return problem ? std::generic_category().message(problem) : "exit code " + std::to_string(status);
 }
 
 }  // namespace pintle

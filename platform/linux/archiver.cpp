@@ -1,16 +1,36 @@
 #include "platform/linux/archiver.h"
 
+#include <system_error>
+#include <utility>
+
 namespace pintle {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto kName = "pintle-unpack";
+
+}  // namespace
+
+fs::path unpackProgram(const fs::path& programFolder) {
+    const auto beside = programFolder / kName;
+    std::error_code error;
+    if (fs::exists(beside, error)) return beside;
+    return programFolder.parent_path() / "libexec" / "pintle" / kName;
+}
+
+ProcessSubstitutes linuxArchiver(const fs::path& unpack) {
+    ProcessSubstitute archiver;
+    archiver.executable = unpack;
+    // Nothing of the user's environment may change what is read or which libraries read it.
+    archiver.environment = {{"LC_ALL", "C.UTF-8"}};
+    archiver.missing = "The program pintle-unpack is missing; install Pintle again";
+    return {{"/usr/bin/tar", std::move(archiver)}};
+}
 
 ProcessSubstitutes linuxArchiver() {
-    ProcessSubstitute archiver;
-    archiver.executable = "/usr/bin/bsdtar";
-    archiver.arguments = {"--no-same-owner", "--no-same-permissions", "--no-acls", "--no-fflags",
-                          "--no-xattrs"};
-    // In any other character set, names outside ASCII cannot be written.
-    archiver.environment = {{"LC_ALL", "C.UTF-8"}};
-    archiver.missing = "The archiver bsdtar is missing; install the package libarchive-tools";
-    return {{"/usr/bin/tar", std::move(archiver)}};
+    std::error_code error;
+    return linuxArchiver(unpackProgram(fs::read_symlink("/proc/self/exe", error).parent_path()));
 }
 
 }  // namespace pintle

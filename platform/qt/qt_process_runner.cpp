@@ -17,7 +17,8 @@ namespace {
 constexpr int kSigkillWaitMs = 5000;
 
 /// Runs between fork and exec: only what is safe there.
-void prepareChild(pid_t parent, std::optional<std::uint64_t> largestFile) {
+void prepareChild(pid_t parent, std::optional<std::uint64_t> largestFile,
+                  std::optional<std::chrono::seconds> processorTime) {
 #ifdef __linux__
     // An archiver that outlives us would go on filling a folder that the next start removes.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -25,9 +26,22 @@ void prepareChild(pid_t parent, std::optional<std::uint64_t> largestFile) {
 #else
     (void)parent;
 #endif
+    rlimit limit = {};
+    if (processorTime) {
+        const auto most = static_cast<rlim_t>(processorTime->count());
+        if (::getrlimit(RLIMIT_CPU, &limit) == 0) {
+            if (limit.rlim_cur > most) limit.rlim_cur = most;
+            // A child that ignores the signal is killed.
+            if (limit.rlim_max > most + 1) limit.rlim_max = most + 1;
+            ::setrlimit(RLIMIT_CPU, &limit);
+        }
+        ::signal(SIGXCPU, SIG_DFL);
+        // That signal would leave a core file.
+        const rlimit none = {};
+        ::setrlimit(RLIMIT_CORE, &none);
+    }
     if (!largestFile) return;
     const rlim_t most = static_cast<rlim_t>(*largestFile);
-    rlimit limit = {};
     if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur > most) {
         limit.rlim_cur = most;
         ::setrlimit(RLIMIT_FSIZE, &limit);
@@ -50,6 +64,7 @@ class QtChildProcess : public ChildProcess {
             request.arguments.insert(request.arguments.begin(), substitute->arguments.begin(),
                                      substitute->arguments.end());
             missing = substitute->missing;
+            if (!substitute->environment.empty()) environment.clear();
             for (const auto& [name, value] : substitute->environment)
                 environment.insert(QString::fromStdString(name), QString::fromStdString(value));
         }
@@ -63,7 +78,9 @@ class QtChildProcess : public ChildProcess {
         process_.setStandardErrorFile(QString::fromStdString(request.standardError.string()),
                                       QIODevice::Append);
         process_.setChildProcessModifier(
-            [parent = ::getpid(), largest = request.largestFile] { prepareChild(parent, largest); });
+            [parent = ::getpid(), largest = request.largestFile, time = request.processorTime] {
+                prepareChild(parent, largest, time);
+            });
 
         QObject::connect(&process_, &QProcess::finished, &process_,
                          [this](int code, QProcess::ExitStatus) { answer(code); });

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <csignal>
+
 #include "tests/themes/library_world.h"
 #include "themes/unpack_error.h"
 
@@ -56,6 +58,7 @@ TEST_F(ThemeExtractorTest, RunsTheArchiverOnTheScratchFolderBesideTheThemes) {
     EXPECT_EQ(request.standardError, root.parent_path() / "stderr.txt");
     EXPECT_EQ(fs::file_size(request.standardError), 0u);
     EXPECT_EQ(request.largestFile, world.limits.bytes);
+    EXPECT_EQ(request.processorTime, world.limits.processorTime);
 }
 
 TEST_F(ThemeExtractorTest, InstallsTheChosenFolderAloneAsCursors) {
@@ -154,6 +157,25 @@ TEST_F(ThemeExtractorTest, TheArchiverIsKilledWhenItHasWrittenTooManyBytes) {
     EXPECT_EQ(world.scheduler.pendingTimers(), 0u);
 }
 
+TEST_F(ThemeExtractorTest, TheArchiverIsKilledWhenItComesToNoEnd) {
+    begin();
+    world.scheduler.advance(world.limits.deadline - std::chrono::seconds(1));
+    EXPECT_TRUE(world.processes.running(0));
+    world.scheduler.advance(std::chrono::seconds(1));
+    EXPECT_TRUE(world.processes.killed(0));
+    ASSERT_TRUE(ended && !*ended);
+    EXPECT_EQ(ended->error().description, "Extraction failed: the archive takes longer than 120 seconds");
+    EXPECT_THAT(world.onDisk(), IsEmpty());
+    EXPECT_EQ(world.scheduler.pendingTimers(), 0u);
+}
+
+TEST_F(ThemeExtractorTest, AnArchiverThatComputesTooLongIsAnsweredInWords) {
+    EXPECT_EQ(runChild(SIGXCPU, ""),
+              "Extraction failed: the archive takes more than 30 seconds of processor time");
+    EXPECT_THAT(world.onDisk(), IsEmpty());
+    EXPECT_EQ(world.scheduler.pendingTimers(), 0u);
+}
+
 TEST_F(ThemeExtractorTest, TooManyEntriesAreSeenAlsoWhenTheArchiverWasQuicker) {
     std::map<std::string, std::string> files;
     for (int i = 0; i < 300; ++i) files["cursors/" + std::to_string(i)] = "";
@@ -208,6 +230,15 @@ TEST_F(ThemeExtractorTest, WhenAllWorkEndsTheChildIsKilledAndNothingIsAnswered) 
     EXPECT_FALSE(ended);
     EXPECT_THAT(world.onDisk(), IsEmpty());
     EXPECT_EQ(world.scheduler.pendingTimers(), 0u);
+}
+
+TEST(UnpackError, AFullDiskIsNamedWhereTheArchiverCouldSayNothing) {
+    if (!fs::exists("/dev/full")) GTEST_SKIP();
+    EXPECT_EQ(unpackErrorText("/dev/full", 1), "No space left on device");
+    const TemporaryFolder folder;
+    writeFile(folder.path() / "stderr.txt", "\n");
+    EXPECT_EQ(unpackErrorText(folder.path() / "stderr.txt", 1), "exit code 1");
+    EXPECT_EQ(unpackErrorText(folder.path() / "none", 1), "exit code 1");
 }
 
 TEST(UnpackError, TextThatIsNoUtf8BecomesReadable) {

@@ -3,7 +3,11 @@
 
   make_archives.py FOLDER
 """
+import binascii
+import bz2
+import gzip
 import io
+import lzma
 import os
 import subprocess
 import sys
@@ -11,6 +15,25 @@ import tarfile
 import zipfile
 
 XCUR = b"Xcur cursor file"
+
+# How files begin that archivers like to hand to a program of that name, and how some do that are other kinds of
+# archives.
+FOREIGN = {
+    "lrzip": b"LRZI\x00\x06" + bytes(60),
+    "lzop": b"\x89LZO\x00\r\n\x1a\n" + bytes(60),
+    "grzip": b"GRZipII\x00\x02\x04:)" + bytes(60),
+    "zstd": b"\x28\xb5\x2f\xfd" + bytes(60),
+    "lz4": b"\x04\x22\x4d\x18\x64\x40\xa7" + bytes(60),
+    "compress": b"\x1f\x9d\x90" + bytes(60),
+    "lzip": b"LZIP\x01\x0c" + bytes(60),
+    "rpm": b"\xed\xab\xee\xdb\x03\x00" + bytes(90),
+    "7z": b"7z\xbc\xaf\x27\x1c\x00\x04" + bytes(60),
+    "rar": b"Rar!\x1a\x07\x00" + bytes(60),
+    "ar": b"!<arch>\n",
+    "cpio": b"07070100000001000081a4" + b"0" * 88,
+    "mtree": b"#mtree\n./cursors type=dir\n",
+    "warc": b"WARC/1.0\r\nWARC-Type: resource\r\n\r\n",
+}
 
 
 def entry(name, kind=tarfile.REGTYPE, mode=0o644, link="", size=0):
@@ -123,7 +146,44 @@ def main():
             a.file("cursors/%d" % i, block)
     with Archive("large.tar.gz", "w:gz") as a:
         a.tar.addfile(entry("cursors/large", size=200 << 20), Zeros(200 << 20))
+    foreign()
+    endless()
     subprocess.run(["chmod", "-R", "a+rX", "."], check=True)
+
+
+def foreign():
+    """Kinds that are none of the five, bare and inside each of the five, and a false checksum."""
+    with open("plain.tar", "rb") as file:
+        tar = file.read()
+    with open("t.zip", "rb") as file:
+        archived = file.read()
+    uuencoded = b"begin 644 t.tar\n" + b"".join(
+        binascii.b2a_uu(tar[i:i + 45]) for i in range(0, len(tar), 45)) + b"`\nend\n"
+    kinds = {**FOREIGN, "uu": uuencoded, "lzma": lzma.compress(tar, lzma.FORMAT_ALONE), "twice": gzip.compress(tar),
+             "zipped": archived}
+    for name, data in kinds.items():
+        if name not in ("twice", "zipped"):
+            with open("foreign." + name, "wb") as file:
+                file.write(data)
+        for kind, compress in (("gz", gzip.compress), ("bz2", bz2.compress), ("xz", lzma.compress)):
+            with open(f"foreign.{name}.{kind}", "wb") as file:
+                file.write(compress(data))
+        with Archive(f"foreign.{name}.tar") as archive:
+            archive.file("cursors/left_ptr", data)
+        with zipfile.ZipFile(f"foreign.{name}.zip", "w") as archive:
+            archive.writestr("cursors/left_ptr", data)
+    with open("t.tar.gz", "rb") as file:
+        whole = file.read()
+    with open("false.tar.gz", "wb") as file:
+        file.write(whole[:-8] + bytes(byte ^ 0xFF for byte in whole[-8:-4]) + whole[-4:])
+
+
+def endless():
+    """Entries that are refused, each with a body that must be decoded to come to the next one."""
+    with Archive("refused.tar.xz", "w:xz") as archive:
+        archive.file("cursors/left_ptr")
+        for i in range(32):
+            archive.tar.addfile(entry("../up%d" % i, size=8 << 20), Zeros(8 << 20))
 
 
 class Zeros(io.RawIOBase):

@@ -101,16 +101,17 @@ TEST_F(ProcessRunnerTest, AMissingSubstituteIsAnErrorWithItsOwnWords) {
     runner = makeQtProcessRunner(world.queue(), substitutes);
     start({"/usr/bin/tar", {}, {}, std::nullopt});
     EXPECT_EQ(status(), -1);
-    EXPECT_THAT(ended->error().description, HasSubstr("libarchive-tools"));
+    EXPECT_THAT(ended->error().description, HasSubstr("pintle-unpack is missing"));
 }
 
-TEST_F(ProcessRunnerTest, ASubstituteRunsWithItsArgumentsAndEnvironment) {
+TEST_F(ProcessRunnerTest, ASubstituteRunsWithItsArgumentsAndItsEnvironmentAlone) {
     ProcessSubstitutes substitutes;
-    substitutes["/usr/bin/tar"] = {"/bin/sh", {"-c", "echo \"$WORD $0 $1\" >&2"}, {{"WORD", "hello"}}, ""};
+    substitutes["/usr/bin/tar"] = {
+        "/bin/sh", {"-c", "echo \"$WORD $0 $1 ${HOME-bare}\" >&2"}, {{"WORD", "hello"}}, ""};
     runner = makeQtProcessRunner(world.queue(), substitutes);
     start({"/usr/bin/tar", {"-xf", "archive"}, {}, std::nullopt});
     EXPECT_EQ(status(), 0);
-    EXPECT_EQ(errorText(), "hello -xf archive\n");
+    EXPECT_EQ(errorText(), "hello -xf archive bare\n");
 }
 
 TEST_F(ProcessRunnerTest, AFileOfTheChildGrowsNoFurtherThanAllowed) {
@@ -119,6 +120,14 @@ TEST_F(ProcessRunnerTest, AFileOfTheChildGrowsNoFurtherThanAllowed) {
     EXPECT_NE(status(), 0);
     EXPECT_EQ(fs::file_size(file), 5000u);
     EXPECT_NE(errorText(), "") << "it could still say why";
+}
+
+TEST_F(ProcessRunnerTest, AChildComputesNoLongerThanAllowed) {
+    start({"/bin/sh", {"-c", "while :; do :; done"}, {}, std::nullopt, std::chrono::seconds(1)});
+    EXPECT_EQ(status(), SIGXCPU);
+    start(
+        {"/bin/sh", {"-c", "trap '' XCPU; while :; do :; done"}, {}, std::nullopt, std::chrono::seconds(1)});
+    EXPECT_EQ(status(), SIGKILL);
 }
 
 TEST_F(ProcessRunnerTest, TheChildDiesWithTheProgram) {

@@ -1,8 +1,12 @@
 // The extraction with the real archiver, threads and main queue: sound archives of every kind and hostile
 // ones. The folder around everything is watched: nothing may change in it but the destination.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <linux/landlock.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -11,6 +15,7 @@
 #include <map>
 
 #include "platform/linux/archiver.h"
+#include "platform/linux/unpack/confinement.h"
 #include "platform/qt/qt_process_runner.h"
 #include "tests/contract/queue_worlds.h"
 #include "tests/support/temporary_folder.h"
@@ -54,7 +59,7 @@ struct RealArchives : testing::Test {
     fs::path themes = folder.path() / "a/b/Themes";
     fs::path theme = themes / "banana";
     QtWorld world;
-    std::unique_ptr<ProcessRunner> runner = makeQtProcessRunner(world.queue(), linuxArchiver());
+    std::unique_ptr<ProcessRunner> runner = makeQtProcessRunner(world.queue(), linuxArchiver(UNPACK_PROGRAM));
     ThemeWork work;
 
     RealArchives() { fs::create_directories(themes); }
@@ -211,10 +216,95 @@ TEST_F(RealArchives, FoldersBeyondTheLongestPathLeaveNothingBehind) {
 }
 
 TEST_F(RealArchives, AMissingArchiverIsAReadableError) {
-    auto substitutes = linuxArchiver();
-    substitutes["/usr/bin/tar"].executable = "/not/there";
-    runner = makeQtProcessRunner(world.queue(), substitutes);
-    EXPECT_EQ(extract("plain.tar"), "The archiver bsdtar is missing; install the package libarchive-tools");
+    runner = makeQtProcessRunner(world.queue(), linuxArchiver("/not/there"));
+    EXPECT_EQ(extract("plain.tar"), "The program pintle-unpack is missing; install Pintle again");
+}
+
+TEST_F(RealArchives, TheProgramThatUnpacksLiesBesideOursOrInItsOwnFolder) {
+    writeFile(folder.path() / "usr/libexec/pintle/pintle-unpack", "");
+    EXPECT_EQ(unpackProgram(folder.path() / "usr/bin"), folder.path() / "usr/libexec/pintle/pintle-unpack");
+    writeFile(folder.path() / "usr/bin/pintle-unpack", "");
+    EXPECT_EQ(unpackProgram(folder.path() / "usr/bin"), folder.path() / "usr/bin/pintle-unpack");
+}
+
+/// Programs of these names lie first in the PATH while this lives, and leave a file where they run.
+class PlantedPrograms {
+  public:
+    explicit PlantedPrograms(const fs::path& folder) : witness_(folder / "ran") {
+        for (const char* name :
+             {"lrzip", "lzop", "grzip", "gzip", "bzip2", "xz", "unxz", "zstd", "lz4", "lzip"}) {
+            writeFile(folder / name, "#!/bin/sh\n: > " + witness_.string() + "\n");
+            fs::permissions(folder / name, fs::perms(0755));
+        }
+        ::setenv("PATH", (folder.string() + ":" + before_).c_str(), 1);
+    }
+    ~PlantedPrograms() { ::setenv("PATH", before_.c_str(), 1); }
+    PlantedPrograms(const PlantedPrograms&) = delete;
+    PlantedPrograms& operator=(const PlantedPrograms&) = delete;
+    /// Since the last question.
+    bool ran() const { return fs::remove(witness_); }
+
+  private:
+    const fs::path witness_;
+    const std::string before_ = std::getenv("PATH") ? std::getenv("PATH") : "";
+};
+
+TEST_F(RealArchives, NoArchiveChoosesAProgram) {
+    const TemporaryFolder programs;
+    fs::permissions(programs.path(), fs::perms(0777));
+    const PlantedPrograms planted(programs.path());
+    int seen = 0;
+    for (const auto& entry : fs::directory_iterator(archives)) {
+        const auto name = entry.path().filename().string();
+        if (!name.starts_with("foreign.")) continue;
+        ++seen;
+        const auto error = extract(name);
+        EXPECT_FALSE(planted.ran()) << name;
+        // In these it is the content of a file that has the name of a cursor.
+        const bool isEntry = name.ends_with(".tar") || name.ends_with(".zip");
+        if (isEntry)
+            EXPECT_EQ(error, "No XCursor files in archive") << name;
+        else
+            EXPECT_THAT(error, StartsWith("Extraction failed: pintle-unpack: ")) << name;
+        EXPECT_FALSE(fs::exists(theme)) << name;
+    }
+    EXPECT_EQ(seen, 18 * 6 - 2);
+}
+
+TEST_F(RealArchives, AFalseChecksumOfGzipIsSeen) {
+    EXPECT_THAT(extract("false.tar.gz"),
+                testing::AllOf(StartsWith("Extraction failed: "), HasSubstr("gzip")));
+    EXPECT_FALSE(fs::exists(theme));
+}
+
+TEST_F(RealArchives, UnpackingEndsWithTheFirstEntryThatIsRefused) {
+    EXPECT_EQ(extract("refused.tar.xz"), "Extraction failed: pintle-unpack: ../up0: Path contains '..'");
+    EXPECT_FALSE(fs::exists(theme));
+}
+
+TEST_F(RealArchives, TheUnpackingProcessReachesNothingButItsFolder) {
+    if (::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) < 2)
+        GTEST_SKIP() << "this kernel has no such confinement";
+    writeFile(folder.path() / "outside", "");
+    fs::create_directory(folder.path() / "inside");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::chdir((folder.path() / "inside").c_str()) != 0) ::_exit(1);
+        confineToCurrentFolder();
+        if (::open("file", O_WRONLY | O_CREAT, 0600) < 0) ::_exit(2);
+        if (::mkdir("folder", 0700) != 0 || ::link("file", "folder/file") != 0) ::_exit(3);
+        if (::symlink("/", "way") != 0 || ::rename("file", "other") != 0 || ::unlink("other") != 0)
+            ::_exit(4);
+        if (::open("../outside", O_RDONLY) >= 0 || ::open("/etc/passwd", O_RDONLY) >= 0) ::_exit(5);
+        if (::mkdir("../folder", 0700) == 0 || ::unlink("../outside") == 0) ::_exit(6);
+        if (::open("way/etc/passwd", O_RDONLY) >= 0) ::_exit(7);
+        // Where it could, it would end as false does.
+        ::execl("/bin/false", "false", nullptr);
+        ::_exit(0);
+    }
+    int state = 0;
+    ASSERT_EQ(::waitpid(child, &state, 0), child);
+    EXPECT_EQ(WIFEXITED(state) ? WEXITSTATUS(state) : -1, 0);
 }
 
 TEST_F(RealArchives, EndingAllWorkInTheMiddleLeavesNothing) {
