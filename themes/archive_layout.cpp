@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <functional>
+#include <set>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -23,6 +24,22 @@ using Components = std::vector<std::string>;
 constexpr auto kCursors = "cursors";
 constexpr std::string_view kMagic = "Xcur";
 constexpr int kMostLinks = 40;
+/// Many times what the largest themes need, and seconds at most.
+constexpr std::uint64_t kMostSteps = 1'000'000;
+
+/// What following links may still cost: each link may lead over hundreds of others.
+class Steps {
+  public:
+    bool take() {
+        if (left_ == 0) return false;
+        --left_;
+        return true;
+    }
+    bool gone() const { return left_ == 0; }
+
+  private:
+    std::uint64_t left_ = kMostSteps;
+};
 
 Components split(const std::string& path) {
     Components parts;
@@ -63,9 +80,10 @@ std::optional<std::string> linkText(const fs::path& path) {
 
 /// Where the text of a link leads that stands in the folder `at`: a walk over components, with every link on
 /// the way followed. `place` maps components to the entry on disk and is absent where the walk may not go.
-/// Absent when it goes there, or in circles. What is not there is walked through as if it were.
+/// Absent when it goes there, or in circles, or no steps are left. What is not there is walked through as if
+/// it were.
 using Place = std::function<std::optional<fs::path>(const Components&)>;
-std::optional<Components> walk(Components at, const std::string& text, bool mayStartAtTop,
+std::optional<Components> walk(Components at, const std::string& text, bool mayStartAtTop, Steps& steps,
                                const Place& place) {
     Components todo = split(text);
     if (text.starts_with('/')) {
@@ -76,6 +94,7 @@ std::optional<Components> walk(Components at, const std::string& text, bool mayS
     // The one whose text this is counts as well, as it does for the kernel.
     int links = 1;
     while (!todo.empty()) {
+        if (!steps.take()) return std::nullopt;
         const auto part = std::move(todo.back());
         todo.pop_back();
         if (part == "..") {
@@ -103,19 +122,19 @@ std::optional<Components> walk(Components at, const std::string& text, bool mayS
 }
 
 /// The walk over the disk as it is.
-std::optional<Components> resolve(const Components& folder, const std::string& text) {
-    return walk(folder, text, true,
+std::optional<Components> resolve(const Components& folder, const std::string& text, Steps& steps) {
+    return walk(folder, text, true, steps,
                 [](const Components& at) -> std::optional<fs::path> { return join("/", at); });
 }
 
 /// Whether the entry is a file that begins as Xcursor files do; links lead no further than `root`.
-bool isXcursorFile(const fs::path& entry, const Components& root) {
+bool isXcursorFile(const fs::path& entry, const Components& root, Steps& steps) {
     auto info = statOf(entry);
     if (!info) return false;
     fs::path file = entry;
     if (S_ISLNK(info->st_mode)) {
         const auto text = linkText(entry);
-        const auto target = text ? resolve(split(entry.parent_path().string()), *text) : std::nullopt;
+        const auto target = text ? resolve(split(entry.parent_path().string()), *text, steps) : std::nullopt;
         if (!target || !isInside(*target, root)) return false;
         file = join("/", *target);
         info = statOf(file);
@@ -154,8 +173,13 @@ struct Inside {
     std::vector<fs::path> odd;
 };
 
-/// Also gives the owner of the tree the right to use and to remove what is in it, and takes away what no
-/// cursor needs.
+/// The right of the owner to use and to remove a file, and none that no cursor needs.
+void setUsualMode(const fs::path& file) {
+    if (const auto info = statOf(file); info && S_ISREG(info->st_mode))
+        ::chmod(file.c_str(), (info->st_mode & 0777) | S_IRUSR | S_IWUSR);
+}
+
+/// Also gives everything its usual mode.
 Inside survey(const fs::path& top) {
     Inside inside;
     std::vector<fs::path> folders{top};
@@ -171,7 +195,7 @@ Inside survey(const fs::path& top) {
             else if (S_ISLNK(info->st_mode))
                 inside.links.push_back(entry);
             else if (S_ISREG(info->st_mode))
-                ::chmod(entry.c_str(), (info->st_mode & 0777) | S_IRUSR | S_IWUSR);
+                setUsualMode(entry);
             else
                 inside.odd.push_back(entry);
         }
@@ -181,8 +205,8 @@ Inside survey(const fs::path& top) {
 
 class Copier {
   public:
-    Copier(Components root, Components chosen, std::uint64_t most)
-        : root_(std::move(root)), chosen_(std::move(chosen)), left_(most) {}
+    Copier(Components root, std::uint64_t most, Steps& steps)
+        : root_(std::move(root)), left_(most), steps_(steps) {}
 
     /// Puts a copy of what lies at `target` to where nothing is.
     std::error_code copy(const Components& target, const fs::path& to) {
@@ -190,8 +214,8 @@ class Copier {
         const auto info = statOf(from);
         if (!info) return {};
         if (S_ISREG(info->st_mode)) return copyFile(from, to);
-        // A folder around the chosen one would be copied into itself.
-        const bool around = target == chosen_ || isInside(chosen_, target);
+        // It would be copied into itself.
+        const bool around = isInside(split(to.string()), target);
         if (S_ISDIR(info->st_mode) && !around) return copyFolder(from, to);
         return {};
     }
@@ -212,6 +236,7 @@ class Copier {
             error.clear();
             fs::copy_file(from, to, error);
         }
+        if (!error) setUsualMode(to);
         return error;
     }
     /// Links in it are followed to files only: no theme needs more, and so the copy has an end.
@@ -223,6 +248,7 @@ class Copier {
             if (const auto error = spend()) return error;
             if (::mkdir(place.c_str(), 0755) != 0) return {errno, std::generic_category()};
             for (const auto& entry : entriesOf(source)) {
+                if (!steps_.take()) return std::make_error_code(std::errc::file_too_large);
                 const auto info = statOf(entry);
                 if (!info) continue;
                 std::error_code error;
@@ -231,7 +257,7 @@ class Copier {
                 } else if (S_ISREG(info->st_mode)) {
                     error = copyFile(entry, place / entry.filename());
                 } else if (const auto text = linkText(entry)) {
-                    const auto target = resolve(split(source.string()), *text);
+                    const auto target = resolve(split(source.string()), *text, steps_);
                     const auto path = target && isInside(*target, root_) ? join("/", *target) : fs::path();
                     const auto at = path.empty() ? std::nullopt : statOf(path);
                     if (at && S_ISREG(at->st_mode)) error = copyFile(path, place / entry.filename());
@@ -243,11 +269,15 @@ class Copier {
     }
 
     const Components root_;
-    const Components chosen_;
     std::uint64_t left_;
+    Steps& steps_;
 };
 
-Error errorOf(const std::error_code& code) { return {"Pintle", code.value(), code.message()}; }
+Error errorOf(const std::error_code& code) {
+    if (code == std::errc::file_too_large)
+        return {"Pintle", -1, "Extraction failed: the archive holds links that lead to too much"};
+    return {"Pintle", code.value(), code.message()};
+}
 
 }  // namespace
 
@@ -271,6 +301,7 @@ std::optional<fs::path> pickCursorDirectory(const fs::path& root, const std::str
     };
     // The last one is visited next, so the folders of one listing go in from the back.
     std::vector<Folder> folders{{top, false}};
+    Steps steps;
     while (!folders.empty()) {
         const auto folder = std::move(folders.back());
         folders.pop_back();
@@ -281,7 +312,7 @@ std::optional<fs::path> pickCursorDirectory(const fs::path& root, const std::str
             if (!info) continue;
             if (S_ISDIR(info->st_mode))
                 inner.push_back({entry, folder.matches || lowerCased(entry.filename().string()) == id});
-            else if (isXcursorFile(entry, topParts))
+            else if (isXcursorFile(entry, topParts, steps))
                 ++candidate.count;
         }
         folders.insert(folders.end(), inner.rbegin(), inner.rend());
@@ -309,6 +340,7 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
     const auto inside = survey(folder);
     for (const auto& odd : inside.odd)
         if (!fs::remove(odd, error)) return errorOf(error);
+    const std::set<std::string> odds(inside.odd.begin(), inside.odd.end());
 
     struct Change {
         fs::path link;
@@ -317,14 +349,15 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
     };
     // All decided before the first one is changed: links lead through each other.
     std::vector<Change> changes;
+    Steps steps;
     for (const auto& link : inside.links) {
         const auto text = linkText(link);
         const auto at = split(link.parent_path().string());
-        const auto target = text ? resolve(at, *text) : std::nullopt;
+        const auto target = text ? resolve(at, *text, steps) : std::nullopt;
+        if (steps.gone()) return errorOf(std::make_error_code(std::errc::file_too_large));
         const auto found = target ? statOf(join("/", *target)) : std::nullopt;
         // A FIFO is gone by now, and so is whatever led to it.
-        const bool gone = std::find(inside.odd.begin(), inside.odd.end(),
-                                    target ? join("/", *target) : fs::path()) != inside.odd.end();
+        const bool gone = target && odds.contains(join("/", *target).string());
         if (target && !gone && isInside(*target, folderParts)) {
             const auto below = [&](const Components& of) {
                 Components path{kCursors};
@@ -334,7 +367,7 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
             };
             // The theme's folder as it will be, with "cursors" as its only entry.
             const auto moved =
-                walk(below(at), *text, false, [&](const Components& path) -> std::optional<fs::path> {
+                walk(below(at), *text, false, steps, [&](const Components& path) -> std::optional<fs::path> {
                     if (path.front() != kCursors) return std::nullopt;
                     return join(folder, path, 1);
                 });
@@ -344,7 +377,7 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
         changes.push_back({link, copy ? target : std::nullopt});
     }
 
-    Copier copier(rootParts, folderParts, mostCopies);
+    Copier copier(rootParts, mostCopies, steps);
     for (const auto& change : changes)
         if (!fs::remove(change.link, error)) return errorOf(error);
     // A target may lie behind a link that has just gone, but never is one itself.

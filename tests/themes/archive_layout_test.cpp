@@ -263,6 +263,61 @@ TEST_F(ArchiveLayoutTest, LinksToTheFolderItselfAndToThoseAroundItAreRemoved) {
         EXPECT_FALSE(fs::exists(fs::symlink_status(installed / name))) << name;
 }
 
+TEST_F(ArchiveLayoutTest, ALinkToAFolderAroundItInsideTheChosenOneIsRemoved) {
+    for (const char* chosen : {"T/cursors", "T/x11"}) {
+        cursors(chosen, 1);
+        cursors(fs::path(chosen) / "sub/deep", 1);
+    }
+    link("T/cursors/sub/x", "../../../T/cursors/sub");
+    link("T/cursors/sub/deep/x", "../../../../T/cursors/sub");
+    link("T/x11/sub/x", "../../x11/sub");
+    for (const char* chosen : {"T/cursors", "T/x11"}) {
+        const auto installed = install(chosen);
+        EXPECT_EQ(content(installed / "sub/deep/cursor0"), "Xcur.") << chosen;
+        for (const char* name : {"sub/x", "sub/deep/x"})
+            EXPECT_FALSE(fs::exists(fs::symlink_status(installed / name))) << chosen << " " << name;
+        fs::remove_all(installed);
+    }
+}
+
+TEST_F(ArchiveLayoutTest, FoldersThatLinkToEachOtherAreCopiedOnce) {
+    cursors("T/cursors/a", 1);
+    cursors("T/cursors/b", 1);
+    link("T/cursors/a/x", "../../../T/cursors/b");
+    link("T/cursors/b/x", "../../../T/cursors/a");
+    const auto installed = install("T/cursors");
+    EXPECT_EQ(content(installed / "a/x/cursor0"), "Xcur.");
+    EXPECT_EQ(content(installed / "b/x/cursor0"), "Xcur.");
+    EXPECT_LT(std::distance(fs::recursive_directory_iterator(installed), {}), 20);
+}
+
+TEST_F(ArchiveLayoutTest, LinksThatLeadOverTooManyOthersAreAFailure) {
+    cursors("T/cursors", 1);
+    std::string way;
+    for (int i = 0; i < 500; ++i) way += "sub/../";
+    fs::create_directories(root / "T/cursors/sub");
+    for (int chain = 0; chain < 40; ++chain)
+        for (int i = 0; i < 39; ++i)
+            link("T/cursors/" + std::to_string(chain) + "-" + std::to_string(i),
+                 way + (i == 0 ? "cursor0" : std::to_string(chain) + "-" + std::to_string(i - 1)));
+    EXPECT_EQ(pick(), "T/cursors");
+    const auto status = makeSelfContained(root / "T/cursors", root, 100'000);
+    ASSERT_FALSE(status);
+    EXPECT_EQ(status.error().description, "Extraction failed: the archive holds links that lead to too much");
+}
+
+TEST_F(ArchiveLayoutTest, CopiesHaveUsualModes) {
+    cursors("T/cursors", 1);
+    cursors("other", 2);
+    for (const char* name : {"other/cursor0", "other/cursor1"})
+        fs::permissions(root / name, fs::perms(06444));
+    link("T/cursors/file", "../../other/cursor0");
+    link("T/cursors/folder", "../../other");
+    const auto installed = install("T/cursors");
+    for (const char* name : {"file", "folder/cursor0", "folder/cursor1"})
+        EXPECT_EQ(fs::status(installed / name).permissions(), fs::perms(0644)) << name;
+}
+
 TEST_F(ArchiveLayoutTest, AWayThroughALinkedFolderIsFollowed) {
     cursors("T/cursors", 1);
     writeFile(root / "T/cursors/real/file", "Xcurreal");
