@@ -225,8 +225,8 @@ void ThemeDownloads::fail(Entry entry, const Error& error) {
                 bool removed = false;
                 permit->use([&] {
                     std::error_code missing;
-                    removed = destination && fs::exists(fs::symlink_status(*destination, missing));
-                    if (removed) removeWhole(*destination);
+                    removed = destination && fs::exists(fs::symlink_status(*destination, missing)) &&
+                              !removeWhole(*destination);
                 });
                 return removed;
             },

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/themes/library_world.h"
 #include "themes/animation_detection.h"
@@ -233,6 +234,27 @@ TEST_F(DownloadTest, AFailureRemovesTheThemesFolderAndSaysSo) {
     run();
     expectFailed("gone");
     EXPECT_TRUE(world.log.has("[DOWNLOAD] [banana] Cleaned up broken theme directory"));
+}
+
+TEST_F(DownloadTest, AFolderThatCannotBeRemovedIsNotSaidToBe) {
+    begin();
+    writeFile(world.themeFolder("banana") / "cursors/left_ptr", "Xcur");
+    for (auto around = world.themesDirectory(); around != world.folder.path(); around = around.parent_path())
+        fs::permissions(around, fs::perms(0555));
+    fs::permissions(world.folder.path(), fs::perms(0555));
+    world.http.fail(0, "gone");
+    // The rights of root remove anything.
+    constexpr uid_t nobody = 65534;
+    const bool root = ::geteuid() == 0;
+    ASSERT_TRUE(!root || ::seteuid(nobody) == 0);
+    run();
+    ASSERT_TRUE(!root || ::seteuid(0) == 0);
+    for (auto around = world.themesDirectory(); around != world.folder.path(); around = around.parent_path())
+        fs::permissions(around, fs::perms(0755));
+    fs::permissions(world.folder.path(), fs::perms(0755));
+    EXPECT_EQ(world.row("banana").downloadError, "gone");
+    EXPECT_TRUE(fs::exists(world.themeFolder("banana")));
+    EXPECT_FALSE(world.log.has("[DOWNLOAD] [banana] Cleaned up broken theme directory"));
 }
 
 TEST_F(DownloadTest, AFailureWaitsUntilNobodyElseWorksOnTheTheme) {
