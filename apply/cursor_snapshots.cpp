@@ -3,19 +3,18 @@
 #include <fmt/format.h>
 
 #include <cmath>
-#include <fstream>
 #include <limits>
-#include <span>
 #include <system_error>
 #include <utility>
 
 #include "apply/cursor_identifiers.h"
+#include "base/own_file.h"
 
 namespace pintle {
 namespace {
 
 /// Ten cursors as PNG files are far smaller; a larger file is not ours.
-constexpr std::uintmax_t kMaxBackupBytes = 64u << 20;
+constexpr std::size_t kMaxBackupBytes = std::size_t{64} << 20;
 
 PropertyArray pair(double first, double second) { return {PropertyValue(first), PropertyValue(second)}; }
 
@@ -74,30 +73,6 @@ std::optional<CursorSnapshot> decodeSnapshot(const PropertyValue& value) {
         snapshot.pngReps.push_back(*bytes);
     }
     return snapshot;
-}
-
-std::optional<std::vector<std::uint8_t>> readWhole(const std::filesystem::path& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
-    const auto length = std::filesystem::file_size(path, error);
-    if (error || length > kMaxBackupBytes) return std::nullopt;
-    std::ifstream file(path, std::ios::binary);
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(length));
-    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!file) return std::nullopt;
-    return bytes;
-}
-
-/// An interrupted write must not leave half a backup, so the bytes go to a neighbour that takes its place.
-void writeWhole(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
-    auto neighbour = path;
-    neighbour += ".new";
-    std::ofstream file(neighbour, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    std::error_code error;
-    if (file) std::filesystem::rename(neighbour, path, error);
-    if (!file || error) std::filesystem::remove(neighbour, error);
 }
 
 }  // namespace
@@ -174,9 +149,9 @@ void CursorSnapshots::restoreOriginals() {
 }
 
 bool CursorSnapshots::load() {
-    const auto bytes = readWhole(file_);
-    if (!bytes) return false;
-    const auto value = propertyLists_.decode(*bytes);
+    const auto file = readOwnFile(file_, kMaxBackupBytes);
+    if (!file) return false;
+    const auto value = propertyLists_.decode(file.value().bytes);
     if (!value) return false;
     auto loaded = decodeSnapshots(*value);
     if (!loaded || loaded->empty()) return false;
@@ -208,7 +183,7 @@ void CursorSnapshots::save() {
     if (!bytes) return;
     std::error_code ignored;
     std::filesystem::create_directories(file_.parent_path(), ignored);
-    writeWhole(file_, *bytes);
+    (void)replaceOwnFile(file_, *bytes);
     log_.system(
         fmt::format("[SystemCursorChanger] Saved original cursor backup ({} entries)", snapshots_.size()));
 }

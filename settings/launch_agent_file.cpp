@@ -1,18 +1,16 @@
 #include "settings/launch_agent_file.h"
 
-#include <fmt/format.h>
-
-#include <cerrno>
-#include <fstream>
-#include <iterator>
+#include <cstddef>
 #include <system_error>
 #include <utility>
-#include <vector>
+
+#include "base/own_file.h"
 
 namespace pintle {
 namespace {
 
 constexpr auto kLabel = "com.pintle.app";
+constexpr std::size_t kLargestFile = std::size_t{64} << 10;
 
 class LaunchAgentFile : public LoginAgent {
   public:
@@ -25,9 +23,9 @@ class LaunchAgentFile : public LoginAgent {
         return std::filesystem::exists(path_, error);
     }
     std::optional<std::string> program() const override {
-        std::ifstream file(path_, std::ios::binary);
-        const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
-        const auto list = coder_.decode(bytes);
+        const auto file = readOwnFile(path_, kLargestFile);
+        if (!file) return std::nullopt;
+        const auto list = coder_.decode(file.value().bytes);
         const auto* entries = list ? list->as<PropertyDictionary>() : nullptr;
         if (!entries || !entries->contains("ProgramArguments")) return std::nullopt;
         const auto* arguments = entries->at("ProgramArguments").as<PropertyArray>();
@@ -44,13 +42,9 @@ class LaunchAgentFile : public LoginAgent {
                                                             {"KeepAlive", false}},
                                          PropertyListFormat::xml);
         if (!bytes) return Error{"Pintle", 0, "The property list could not be made."};
-        errno = 0;
-        std::ofstream file(path_, std::ios::binary | std::ios::trunc);
-        file.write(reinterpret_cast<const char*>(bytes->data()), static_cast<std::streamsize>(bytes->size()));
-        file.close();
-        if (file) return Done{};
-        const std::error_code cause(errno ? errno : EIO, std::generic_category());
-        return Error{"Pintle", cause.value(), cause.message()};
+        const auto replaced = replaceOwnFile(path_, *bytes);
+        if (!replaced) return Error{"Pintle", replaced.error().code, replaced.error().description};
+        return Done{};
     }
     Status remove() override {
         std::error_code error;

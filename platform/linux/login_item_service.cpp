@@ -1,17 +1,18 @@
 #include "platform/linux/login_item_service.h"
 
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <span>
 #include <system_error>
 #include <utility>
 
+#include "base/own_file.h"
 #include "platform/linux/desktop_entry.h"
 #include "platform/linux/preference_file.h"
 
 namespace pintle {
 namespace {
+
+constexpr std::size_t kLargestEntry = std::size_t{64} << 10;
 
 class AbsentLoginItemService : public LoginItemService {
   public:
@@ -48,6 +49,7 @@ class AutostartEntry : public LoginAgent {
             "Exec=" +
             execValue(executable) +
             "\n"
+            "Icon=com.pintle.app\n"
             "Terminal=false\n"
             "X-GNOME-Autostart-enabled=true\n";
         // Replaced as a whole, so that a session that starts meanwhile sees the old entry or the new one.
@@ -65,9 +67,10 @@ class AutostartEntry : public LoginAgent {
 
   private:
     std::optional<std::string> value(std::string_view key) const {
-        std::ifstream file(path_, std::ios::binary);
-        const std::string text{std::istreambuf_iterator<char>(file), {}};
-        return desktopEntryValue(text, key);
+        const auto file = readOwnFile(path_, kLargestEntry);
+        if (!file) return std::nullopt;
+        const auto& bytes = file.value().bytes;
+        return desktopEntryValue({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, key);
     }
 
     std::filesystem::path path_;

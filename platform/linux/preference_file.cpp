@@ -13,6 +13,8 @@
 #include <system_error>
 #include <utility>
 
+#include "base/own_file.h"
+
 namespace pintle {
 namespace {
 
@@ -132,25 +134,14 @@ FileStamp stampOf(const fs::path& file) {
 }
 
 FileContent readWholeFile(const fs::path& file) {
-    // Non-blocking, so that a pipe under this name cannot hang the start.
-    const Descriptor input(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!input) return errno == ENOENT || errno == ENOTDIR ? FileContent{} : failure(errno);
-    struct stat status = {};
-    if (::fstat(input.get(), &status) != 0) return failure(errno);
-    if (!S_ISREG(status.st_mode)) return failure(S_ISDIR(status.st_mode) ? EISDIR : ENXIO);
-    if (static_cast<std::uint64_t>(status.st_size) > kLargestFile) return failure(EFBIG);
-    FileContent content;
-    content.stamp = stampFrom(status);
-    content.bytes.resize(static_cast<std::size_t>(status.st_size));
-    std::size_t filled = 0;
-    while (filled < content.bytes.size()) {
-        const ssize_t got = ::read(input.get(), content.bytes.data() + filled, content.bytes.size() - filled);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return failure(errno);
-        if (got == 0) break;
-        filled += static_cast<std::size_t>(got);
+    auto read = readOwnFile(file, kLargestFile);
+    if (!read) {
+        const int code = read.error().code;
+        return code == ENOENT || code == ENOTDIR ? FileContent{} : failure(code);
     }
-    content.bytes.resize(filled);
+    FileContent content;
+    content.stamp = stampFrom(read.value().status);
+    content.bytes = std::move(read).value().bytes;
     content.outcome = FileContent::Outcome::read;
     return content;
 }

@@ -1,6 +1,7 @@
 // The two files that start the program at login, read by the tools of the desktops that read them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 
@@ -108,6 +109,41 @@ TEST_F(AutostartTest, AnEntryThatSaysHiddenCountsAsNoFile) {
     EXPECT_FALSE(entry->exists());
     at("/opt/pintle").setLaunchAtLogin(true);
     EXPECT_EQ(entry->program(), "/opt/pintle");
+}
+
+TEST_F(AutostartTest, WhateverStandsInItsPlaceIsNeitherWaitedForNorReadWithoutEnd) {
+    store.set("launchAtLogin", true);
+    const auto start = [&] {
+        auto launch = at("/opt/pintle");
+        launch.refreshLoginItemLocation();
+        launch.syncLaunchAtLoginState();
+    };
+    std::filesystem::create_directories(file.parent_path());
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    EXPECT_FALSE(entry->program());
+    start();
+    EXPECT_EQ(entry->program(), "/opt/pintle") << "what is no folder is mended";
+    std::filesystem::remove(file);
+    std::filesystem::create_symlink("/dev/zero", file);
+    EXPECT_FALSE(entry->program());
+    start();
+    EXPECT_EQ(entry->program(), "/opt/pintle");
+    writeFile(file, "[Desktop Entry]\nExec=/usr/bin/pintle\n" + std::string(64 << 10, '#'));
+    EXPECT_FALSE(entry->program());
+    start();
+    EXPECT_EQ(entry->program(), "/opt/pintle");
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    EXPECT_FALSE(entry->program());
+    log.systemLines.clear();
+    start();
+    EXPECT_THAT(log.systemLines,
+                testing::Contains(testing::StartsWith("[LaunchAgent] ERROR writing plist: ")));
+}
+
+TEST_F(AutostartTest, TheEntryNamesThePictureOfTheProgram) {
+    ASSERT_TRUE(entry->write("/usr/bin/pintle"));
+    EXPECT_THAT(contentOf(file), testing::HasSubstr("\nIcon=com.pintle.app\n"));
 }
 
 TEST_F(AutostartTest, HiddenFalseCountsAsAFile) {

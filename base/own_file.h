@@ -1,0 +1,32 @@
+// Reading and replacing the small files that the program keeps. Anything may stand at their places by now.
+// Any thread.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <vector>
+
+#include "base/result.h"
+
+namespace pintle {
+
+struct OwnFile {
+    std::vector<std::uint8_t> bytes;
+    /// Of the file that was read, before its bytes.
+    struct stat status = {};
+};
+
+/// The whole of a regular file of at most `most` bytes, behind links; anything else is not waited for and is
+/// an error of the domain "errno": EISDIR for a folder, ENXIO for another kind, EFBIG for a larger file.
+Result<OwnFile> readOwnFile(const std::filesystem::path& file, std::size_t most);
+
+/// Puts a regular file of these bytes at `file`, in the place of whatever is no folder there, and waits until
+/// it is on the disk. Whoever reads meanwhile sees the old one or the new one. On an error, of the domain
+/// "errno", the old one is as it was. The bytes go to the neighbour of the name with ".new" first.
+Status replaceOwnFile(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
+
+}  // namespace pintle
