@@ -126,9 +126,8 @@ void SettingsWindowModel::setGlassOpacity(double value) {
 
 double SettingsWindowModel::cursorScale() const {
     constexpr double kFallback = 1.0;
-    return to_.preferences.object(CursorSettings::scaleKey)
-               ? doubleValue(to_.preferences, CursorSettings::scaleKey)
-               : kFallback;
+    return to_.preferences.object(CursorSettings::scaleKey) ? CursorSettings::storedScale(to_.preferences)
+                                                            : kFallback;
 }
 
 std::array<SettingsScaleButton, 4> SettingsWindowModel::scaleButtons() const {
@@ -150,7 +149,11 @@ void SettingsWindowModel::selectScale(double scale) {
 void SettingsWindowModel::storedScaleChanged() {
     // The settings write the key after they have taken the value; only another writer's value is news.
     const double stored = cursorScale();
-    if (!selectingScale_ && !resetting_ && stored != to_.settings.cursorScale()) announceScale(stored);
+    // One that reads as 0 for being beyond all use is left as it is in the file: taking it would write it
+    // back.
+    const bool usable = CursorSettings::canScale(doubleValue(to_.preferences, CursorSettings::scaleKey));
+    if (usable && !selectingScale_ && !resetting_ && stored != to_.settings.cursorScale())
+        announceScale(stored);
     changed.emit();
 }
 

@@ -1,6 +1,7 @@
 #include "settings/cursor_settings.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <utility>
 
@@ -27,7 +28,7 @@ CursorSettings::CursorSettings(KeyValueStore& defaults, NotificationCenter& noti
         {glassOpacityKey, 0.85},
         {pauseWhenScreenSharedKey, true},
     });
-    cursorScale_ = doubleValue(defaults_, scaleKey);
+    cursorScale_ = storedScale(defaults_);
     currentThemeId_ = stringValue(defaults_, themeIdKey);
     applyOnLaunch_ = boolValue(defaults_, applyOnLaunchKey);
     restoreOnQuit_ = boolValue(defaults_, restoreOnQuitKey);
@@ -41,6 +42,17 @@ CursorSettings::CursorSettings(KeyValueStore& defaults, NotificationCenter& noti
 
 CursorSettings::~CursorSettings() {
     if (installed == this) installed = nullptr;
+}
+
+bool CursorSettings::canScale(double scale) {
+    // Times the widest image of any file it fits 64 bits. A NaN fails the comparison.
+    constexpr double kBeyond = 0x1p31;
+    return std::abs(scale) < kBeyond;
+}
+
+double CursorSettings::storedScale(const KeyValueStore& defaults) {
+    const double scale = doubleValue(defaults, scaleKey);
+    return canScale(scale) ? scale : 0;
 }
 
 CursorSettings& CursorSettings::shared() {

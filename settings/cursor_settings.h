@@ -47,6 +47,12 @@ class CursorSettings {
 
     /// Factor applied to every cursor image; 1.0 is the desktop's normal size.
     double cursorScale() const { return cursorScale_; }
+    /// Whether images can be drawn at this scale at all, in whatever size; what builds them ends the program
+    /// at others.
+    static bool canScale(double scale);
+    /// The scale in the store as this class reads it at the start: 0.0 for what is no number or a number at
+    /// which nothing can be drawn.
+    static double storedScale(const KeyValueStore& defaults);
     void setCursorScale(double value);
     /// The theme last applied; absent when the system cursor is in use.
     const std::optional<std::string>& currentThemeId() const { return currentThemeId_; }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "app/popover_model.h"
 #include "platform/fake/fake_login_item_service.h"
 #include "settings/launch_agent_file.h"
@@ -231,6 +233,23 @@ TEST_F(SettingsWindowModelTest, AScaleThatTheSettingsHaveAlreadyIsAnnouncedTwice
     ASSERT_EQ(world.settings.cursorScale(), 1.0);
     model->selectScale(1.0);
     EXPECT_THAT(announced, ElementsAre(1.0, 1.0));
+}
+
+TEST_F(SettingsWindowModelTest, AScaleOfAnotherWriterAtWhichNothingCanBeDrawnIsLeftAloneUntilOneIsChosen) {
+    for (const double scale :
+         {1e18, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+        world.store.writes.clear();
+        announced.clear();
+        world.store.set("cursorScale", scale);
+        EXPECT_THAT(announced, IsEmpty());
+        EXPECT_THAT(world.store.writes, ElementsAre("cursorScale")) << "the other writer's alone";
+        EXPECT_EQ(world.settings.cursorScale(), 1.0);
+        EXPECT_EQ(model->cursorScale(), 0.0);
+        EXPECT_EQ(model->cursorScaleText().english(), "0%");
+        model->selectScale(1.0);
+        EXPECT_EQ(world.store.object("cursorScale"), PropertyValue(1.0));
+        EXPECT_THAT(announced, ElementsAre(1.0, 1.0));
+    }
 }
 
 TEST_F(SettingsWindowModelTest, AScaleStoredByAnotherWriterIsTakenOverAndOneOfTheSettingsIsNotRepeated) {

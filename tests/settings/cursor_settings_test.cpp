@@ -5,6 +5,7 @@
 
 #include <any>
 #include <functional>
+#include <limits>
 
 #include "platform/fake/fake_key_value_store.h"
 #include "settings/notification_names.h"
@@ -67,6 +68,28 @@ struct CursorSettingsTest : testing::Test {
         return count;
     }
 };
+
+TEST_F(CursorSettingsTest, AStoredScaleAtWhichNothingCanBeDrawnReadsAsZeroAndStaysInTheStore) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const auto& value :
+         {PropertyValue(nan), PropertyValue(infinity), PropertyValue(-infinity), PropertyValue(1e18),
+          PropertyValue(-1e18), PropertyValue(1e308), PropertyValue("1e18"),
+          PropertyValue(std::numeric_limits<std::int64_t>::max())}) {
+        FakeKeyValueStore prepared;
+        prepared.domain->insert_or_assign("cursorScale", value);
+        CursorSettings loaded(prepared, notifications);
+        EXPECT_EQ(loaded.cursorScale(), 0.0);
+        EXPECT_TRUE(prepared.domain->contains("cursorScale"));
+        loaded.setCursorScale(1.25);
+        EXPECT_EQ(CursorSettings(prepared, notifications).cursorScale(), 1.25);
+    }
+    for (const double value : {0.0, -1.0, 10.0, 1e9}) {
+        FakeKeyValueStore prepared;
+        prepared.domain->insert_or_assign("cursorScale", PropertyValue(value));
+        EXPECT_EQ(CursorSettings(prepared, notifications).cursorScale(), value);
+    }
+}
 
 TEST_F(CursorSettingsTest, AFreshInstallReadsTheRegisteredDefaults) {
     EXPECT_EQ(settings.cursorScale(), 1.0);
