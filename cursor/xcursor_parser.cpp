@@ -35,6 +35,16 @@ std::optional<std::vector<XCursorImage>> XCursorParser::parseFile(
     return std::nullopt;
 }
 
+std::optional<XCursorImage> XCursorParser::parseNearest(const std::filesystem::path& file,
+                                                        std::int64_t nominalSize,
+                                                        std::int64_t maxNominalSize) try {
+    PixelPool pool;
+    FileSource source(file);
+    return readNearestImage(source, nominalSize, maxNominalSize, pool);
+} catch (const std::bad_alloc&) {
+    return std::nullopt;
+}
+
 std::optional<std::vector<XCursorParser::Header>> XCursorParser::parseHeaders(
     const std::filesystem::path& file) try {
     FileSource source(file);

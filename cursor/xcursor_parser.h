@@ -39,6 +39,12 @@ struct XCursorParser {
     static std::optional<std::vector<XCursorImage>> parseFile(const std::filesystem::path& file,
                                                               std::optional<std::int64_t> maxNominalSize);
 
+    /// The image of parseFile() whose nominal size is nearest to `nominalSize`, the first of equals, reading
+    /// the table of contents and that image. One of more than a million pixels is passed over, and nothing
+    /// beyond the first 65,536 entries of the table is looked at.
+    static std::optional<XCursorImage> parseNearest(const std::filesystem::path& file,
+                                                    std::int64_t nominalSize, std::int64_t maxNominalSize);
+
     /// Size and delay of every image chunk whose header is whole, without reading pixels. Absent when there
     /// is none or the file cannot be read.
     static std::optional<std::vector<Header>> parseHeaders(const std::filesystem::path& file);

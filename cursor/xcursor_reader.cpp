@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstddef>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -152,7 +153,7 @@ std::vector<Chunk*> inReadingOrder(std::vector<Chunk>& chunks) {
 
 }  // namespace
 
-std::optional<std::vector<TocEntry>> readToc(ByteSource& source) {
+std::optional<std::vector<TocEntry>> readToc(ByteSource& source, std::optional<std::uint32_t> most) {
     std::array<std::uint8_t, xcursor::kHeaderBytes> header;
     if (source.read(0, header) < header.size()) return std::nullopt;
     const std::uint32_t count = field(header, 12);
@@ -162,7 +163,7 @@ std::optional<std::vector<TocEntry>> readToc(ByteSource& source) {
     std::vector<TocEntry> entries;
     std::array<std::uint8_t, 340 * xcursor::kTocEntryBytes> block;
     std::uint64_t offset = xcursor::kHeaderBytes;
-    for (std::uint64_t left = count; left > 0;) {
+    for (std::uint64_t left = most ? std::min(count, *most) : count; left > 0;) {
         const auto wanted = std::min<std::uint64_t>(left, block.size() / xcursor::kTocEntryBytes);
         const auto got = source.read(
             offset, std::span(block).first(static_cast<std::size_t>(wanted * xcursor::kTocEntryBytes)));
@@ -222,6 +223,36 @@ std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
     }
     if (images.empty()) return std::nullopt;
     return images;
+}
+
+std::optional<XCursorImage> readNearestImage(ByteSource& source, std::int64_t nominalSize,
+                                             std::int64_t maxNominalSize, PixelPool& pool) {
+    // Far beyond what any theme holds, and read in a few milliseconds.
+    constexpr std::uint32_t kMostEntries = 1 << 16;
+    constexpr int kMostTries = 1000;
+    constexpr std::uint64_t kMostPixels = std::uint64_t{1024} * 1024;
+    const auto toc = readToc(source, kMostEntries);
+    if (!toc) return std::nullopt;
+    auto chunks = wantedChunks(*toc, maxNominalSize, source.length());
+    std::stable_sort(chunks.begin(), chunks.end(), [&](const Chunk& a, const Chunk& b) {
+        return std::abs(a.subtype - nominalSize) < std::abs(b.subtype - nominalSize);
+    });
+    if (chunks.size() > kMostTries) chunks.resize(kMostTries);
+    for (auto& chunk : chunks) {
+        std::array<std::uint8_t, kChunkHeaderBytes> header;
+        if (source.read(chunk.begin, header) < header.size()) continue;
+        const auto count = std::uint64_t{field(header, 16)} * field(header, 20);
+        if (count < 1 || count > kMostPixels) continue;
+        chunk.end = chunk.begin + kChunkHeaderBytes + 4 * count;
+        if (chunk.end > source.length()) continue;
+        Chunk* const alone[] = {&chunk};
+        const auto runs = readRuns(source, alone, pool);
+        if (!runs) return std::nullopt;
+        XCursorImage image;
+        std::uint64_t trueEnd = 0;
+        if (takeImage(chunk, *runs, source.length(), image, trueEnd) == Verdict::accepted) return image;
+    }
+    return std::nullopt;
 }
 
 std::optional<std::vector<XCursorParser::Header>> readHeaders(ByteSource& source) {

@@ -11,14 +11,20 @@
 
 namespace pintle {
 
-/// The image entries of the table of contents; absent when the file header is rejected.
-std::optional<std::vector<XCursorParser::TocEntry>> readToc(ByteSource& source);
+/// The image entries of the table of contents; absent when the file header is rejected. Of
+/// those alone whose entries are among the first `most`, where that is given.
+std::optional<std::vector<XCursorParser::TocEntry>> readToc(ByteSource& source,
+                                                            std::optional<std::uint32_t> most = std::nullopt);
 
 /// The images of the wanted sizes, reading their bytes only, with their pixels in `pool`. Chunks that overlap
 /// share memory, so that no file takes much more than its own length.
 std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
                                                     std::optional<std::int64_t> maxNominalSize,
                                                     PixelPool& pool);
+
+/// See XCursorParser::parseNearest().
+std::optional<XCursorImage> readNearestImage(ByteSource& source, std::int64_t nominalSize,
+                                             std::int64_t maxNominalSize, PixelPool& pool);
 
 std::optional<std::vector<XCursorParser::Header>> readHeaders(ByteSource& source);
 

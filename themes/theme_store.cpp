@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -93,15 +92,9 @@ std::optional<fs::path> findCursors(const fs::path& themeDir, Log* log) {
 }
 
 std::optional<Bitmap> previewIn(const fs::path& cursorsDir) {
-    const auto distance = [](const XCursorImage& image) { return std::abs(image.size - kPreviewSize); };
     for (const auto* name : kPreviewNames) {
-        const auto images = XCursorParser::parseFile(cursorsDir / name, kPreviewLimit);
-        if (!images) continue;
-        // The first of the nearest, as a stable sort would put it in front.
-        const auto nearest =
-            std::min_element(images->begin(), images->end(),
-                             [&](const auto& a, const auto& b) { return distance(a) < distance(b); });
-        if (nearest == images->end()) continue;
+        const auto nearest = XCursorParser::parseNearest(cursorsDir / name, kPreviewSize, kPreviewLimit);
+        if (!nearest) continue;
         if (auto preview = nearest->nsImage()) return preview;
     }
     return std::nullopt;

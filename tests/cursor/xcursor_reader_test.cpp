@@ -70,6 +70,64 @@ TEST(XCursorReader, TakesTheImagesThatAreLeftWhenAFileShrinksWhileItIsRead) {
     }
 }
 
+/// Counts what is read.
+class CountingSource : public ByteSource {
+  public:
+    explicit CountingSource(Bytes bytes) : ByteSource(bytes.size()), bytes_(std::move(bytes)) {}
+    std::size_t bytesRead = 0;
+
+  private:
+    std::size_t readInside(std::uint64_t offset, std::span<std::uint8_t> out) override {
+        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset), out.size(), out.begin());
+        bytesRead += out.size();
+        return out.size();
+    }
+
+    Bytes bytes_;
+};
+
+TEST(XCursorReader, TheNearestImageIsTheOneThatAllOfThemWouldGive) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 2000; ++round) {
+        XCursorBuilder builder;
+        const auto images = 1 + random() % 6;
+        for (unsigned i = 0; i < images; ++i)
+            builder.image({.size = static_cast<std::uint32_t>(1 + random() % 64),
+                           .delay = i,
+                           .colour = 0xFF000000 | i});
+        auto bytes = builder.bytes();
+        for (auto damage = random() % 4; damage > 0; --damage)
+            bytes[random() % bytes.size()] = static_cast<std::uint8_t>(random());
+        if (random() % 4 == 0) bytes.resize(random() % bytes.size());
+        MemorySource source(bytes);
+        PixelPool pool;
+        const auto all = readImages(source, 48, pool);
+        MemorySource again(bytes);
+        const auto nearest = readNearestImage(again, 32, 48, pool);
+        ASSERT_EQ(all.has_value(), nearest.has_value()) << round;
+        if (!all) continue;
+        const auto wanted = std::min_element(all->begin(), all->end(), [](const auto& a, const auto& b) {
+            return std::abs(a.size - 32) < std::abs(b.size - 32);
+        });
+        ASSERT_EQ(wanted->size, nearest->size) << round;
+        ASSERT_EQ(wanted->delay, nearest->delay) << round;
+        const auto want = wanted->pixels.values();
+        const auto have = nearest->pixels.values();
+        ASSERT_TRUE(std::equal(want.begin(), want.end(), have.begin(), have.end())) << round;
+    }
+}
+
+TEST(XCursorReader, ForTheNearestImageTheTableAndThatImageAreReadAlone) {
+    XCursorBuilder builder;
+    for (std::uint32_t size = 8; size <= 48; ++size) builder.image({.size = size});
+    CountingSource source(builder.bytes());
+    PixelPool pool;
+    const auto nearest = readNearestImage(source, 32, 48, pool);
+    ASSERT_TRUE(nearest);
+    EXPECT_EQ(nearest->size, 32);
+    EXPECT_LT(source.bytesRead, 16u + 41 * 12 + 2 * 36 + nearest->pixels.values().size() * 4 + 100);
+}
+
 TEST(XCursorReader, SkipsTheChunksThatAShorterFileNoLongerHolds) {
     const auto bytes = animatedFile();
     // Header, table, then six runs of two wanted chunks; from the fourth run on there is nothing.
