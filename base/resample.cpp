@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numeric>
 #include <utility>
 
 namespace pintle {
@@ -12,6 +14,8 @@ constexpr double kPi = 3.14159265358979323846;
 /// Bound tables and scratch memory whatever the shape of the image: an image may be millions of pixels wide.
 constexpr std::int64_t kBlockSide = 1024;
 constexpr std::size_t kTablesKept = 32;
+/// A few megabytes of weights at most.
+constexpr std::int64_t kMostResidues = 1 << 16;
 
 double lanczos(double x) {
     if (x == 0) return 1;
@@ -19,21 +23,15 @@ double lanczos(double x) {
     return kLobes * std::sin(kPi * x) * std::sin(kPi * x / kLobes) / (kPi * kPi * x * x);
 }
 
-struct Window {
-    std::int64_t first;
-    std::vector<double> weights;
-};
-
-/// The source positions inside the kernel around target position `i`. Positions outside the image are left
-/// out and the rest weighted up, so that an opaque edge stays opaque.
-Window windowOf(std::int64_t i, std::int64_t from, double ratio) {
+/// The source positions inside the kernel around target position `i`, between `least` and `greatest`. The
+/// others are left out and the rest weighted up, so that an opaque edge stays opaque.
+Resampler::Window windowOf(std::int64_t i, double ratio, std::int64_t least, std::int64_t greatest) {
     const double stretch = std::max(ratio, 1.0);
     const double centre = (static_cast<double>(i) + 0.5) * ratio - 0.5;
     const double reach = kLobes * stretch;
-    const auto first = std::max<std::int64_t>(0, static_cast<std::int64_t>(std::floor(centre - reach)) + 1);
-    const auto last =
-        std::min<std::int64_t>(from - 1, static_cast<std::int64_t>(std::ceil(centre + reach)) - 1);
-    Window window{first, {}};
+    const auto first = std::max(least, static_cast<std::int64_t>(std::floor(centre - reach)) + 1);
+    const auto last = std::min(greatest, static_cast<std::int64_t>(std::ceil(centre + reach)) - 1);
+    Resampler::Window window{first, {}};
     double sum = 0;
     for (auto j = first; j <= last; ++j) {
         window.weights.push_back(lanczos((static_cast<double>(j) - centre) / stretch));
@@ -43,15 +41,42 @@ Window windowOf(std::int64_t i, std::int64_t from, double ratio) {
     return window;
 }
 
-ResampleAxis makeAxis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end) {
+}  // namespace
+
+Resampler::Window Resampler::windowAt(std::int64_t i, std::int64_t from, std::int64_t to) {
     const double ratio = static_cast<double>(from) / static_cast<double>(to);
+    const auto common = std::gcd(from, to);
+    const auto period = to / common;
+    if (period <= kMostResidues && period < to) {
+        auto* known = &windows_[newerWindows_];
+        if (known->from != from || known->to != to) {
+            newerWindows_ = 1 - newerWindows_;
+            known = &windows_[newerWindows_];
+            if (known->from != from || known->to != to)
+                *known = {from, to, std::vector<std::optional<Window>>(static_cast<std::size_t>(period))};
+        }
+        auto& same = known->byResidue[static_cast<std::size_t>(i % period)];
+        if (!same) {
+            ++windowsComputed_;
+            constexpr auto kAny = std::numeric_limits<std::int64_t>::max();
+            same = windowOf(i % period, ratio, -kAny, kAny);
+        }
+        const auto first = same->first + i / period * (from / common);
+        if (first >= 0 && first + static_cast<std::int64_t>(same->weights.size()) <= from)
+            return {first, same->weights};
+    }
+    ++windowsComputed_;
+    return windowOf(i, ratio, 0, from - 1);
+}
+
+ResampleAxis Resampler::makeAxis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end) {
     std::vector<Window> windows;
     ResampleAxis axis;
     axis.begin = begin;
     axis.end = end;
     axis.sourceBegin = from;
     for (auto i = begin; i < end; ++i) {
-        windows.push_back(windowOf(i, from, ratio));
+        windows.push_back(windowAt(i, from, to));
         const auto& window = windows.back();
         axis.taps = std::max(axis.taps, window.weights.size());
         axis.sourceBegin = std::min(axis.sourceBegin, window.first);
@@ -73,8 +98,6 @@ ResampleAxis makeAxis(std::int64_t from, std::int64_t to, std::int64_t begin, st
     }
     return axis;
 }
-
-}  // namespace
 
 const ResampleAxis& Resampler::axis(std::int64_t from, std::int64_t to, std::int64_t begin,
                                     std::int64_t end) {

@@ -2,9 +2,11 @@
 // keeps its weight tables and scratch memory between images; use each from one thread at a time.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <tuple>
 #include <vector>
@@ -22,11 +24,33 @@ class Resampler {
     void draw(std::span<const std::uint8_t> source, std::int64_t sourceWidth, std::int64_t sourceHeight,
               std::span<std::uint8_t> target, std::int64_t targetWidth, std::int64_t targetHeight);
 
+    /// How many windows of weights it has computed so far.
+    std::uint64_t windowsComputed() const { return windowsComputed_; }
+
+    /// The weights around one target position, from its first source position on; they add up to 1.
+    struct Window {
+        std::int64_t first = 0;
+        std::vector<double> weights;
+    };
+
   private:
+    /// The windows of one ratio, as far as it has few different ones: positions whose distance is a multiple
+    /// of the period see the same weights. A window may begin before the image or end behind it.
+    struct Windows {
+        std::int64_t from = 0;
+        std::int64_t to = 0;
+        std::vector<std::optional<Window>> byResidue;
+    };
+    ResampleAxis makeAxis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end);
+    Window windowAt(std::int64_t i, std::int64_t from, std::int64_t to);
     const ResampleAxis& axis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end);
 
     /// By source length, target length and first target position.
     std::map<std::tuple<std::int64_t, std::int64_t, std::int64_t>, ResampleAxis> axes_;
+    /// The last two ratios, one for each direction.
+    std::array<Windows, 2> windows_;
+    std::size_t newerWindows_ = 0;
+    std::uint64_t windowsComputed_ = 0;
     ResampleScratch scratch_;
 };
 

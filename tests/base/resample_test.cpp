@@ -205,6 +205,28 @@ TEST(ResamplerTest, GivesTheSameAfterDrawingOtherShapes) {
     EXPECT_EQ(drawn(used, source, {32, 32}, {48, 48}), expected);
 }
 
+TEST(ResamplerTest, ComputesTheWeightsOnceForPositionsThatSeeTheSame) {
+    for (const int to : {300'000, 250'000, 150'000}) {
+        Resampler resampler;
+        const Bytes source(std::size_t{4} * 200'000, 255);
+        Bytes target(static_cast<std::size_t>(4 * to), 0);
+        resampler.draw(source, 1, 200'000, target, 1, to);
+        EXPECT_LT(resampler.windowsComputed(), 100u) << to;
+    }
+}
+
+TEST(ResamplerTest, IsWithinOneLevelOfExactArithmeticFarFromTheEdges) {
+    Resampler resampler;
+    for (const Sides to : {Sides{5, 1500}, Sides{5, 750}, Sides{5, 1250}}) {
+        const Sides from{5, 1000};
+        const auto source = noise(from, 3);
+        const auto scaled = drawn(resampler, source, from, to);
+        const auto wanted = exact(source, from, to);
+        for (std::size_t i = 0; i < scaled.size(); ++i)
+            ASSERT_LE(std::abs(scaled[i] - wanted[i]), 1) << to.height << " " << i;
+    }
+}
+
 TEST(ResamplerTest, DrawsImagesOfExtremeShapeWithLittleMemory) {
     Resampler resampler;
     const Bytes source(std::size_t{4} * 200'000, 255);
