@@ -198,6 +198,21 @@ TEST_F(PopoverModelTest, DraggingStoresEachValueAndAppliesOnceTheSliderHasRested
     EXPECT_THAT(scaleLines(), IsEmpty());
 }
 
+TEST_F(PopoverModelTest, ADragAppliesEachValueByTheSettingAndTheLastOnceMoreByTheSlider) {
+    world.applyNow(kIce);
+    for (const double value : {1.05, 1.1, 1.15, 1.2, 1.25}) {
+        model->sliderChanged(value);
+        world.scheduler.advance(100ms);
+    }
+    world.scheduler.advance(10s);
+    std::vector<std::string> lines;
+    for (const char* scale : {"1.05", "1.1", "1.15", "1.2", "1.25", "1.25"})
+        lines.push_back(std::string("[CursorViewModel] Applying scale: ") + scale +
+                        " for theme: Bibata Modern Ice");
+    EXPECT_EQ(scaleLines(), lines);
+    EXPECT_EQ(world.applier.currentScale(), 1.25);
+}
+
 TEST_F(PopoverModelTest, DraggingWithoutACurrentThemeAppliesNothing) {
     model->sliderChanged(1.25);
     world.scheduler.advance(10s);
