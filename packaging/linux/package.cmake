@@ -48,7 +48,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What no library names: the modules that the views import, the reader of drawings (which Debian 12 has in the library's
-# package), certificates, the archiver.
+# package), certificates.
 set(dependencies
     qml6-module-qtquick
     qml6-module-qtquick-controls
@@ -56,8 +56,7 @@ set(dependencies
     qml6-module-qtquick-window
     qml6-module-qtqml-workerscript
     "qt6-svg-plugins | libqt6svg6 (<< 6.7)"
-    ca-certificates
-    libarchive-tools)
+    ca-certificates)
 list(JOIN dependencies ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "default-dbus-session-bus | dbus-session-bus, xdg-utils, fonts-inter | fonts-noto-core | fonts-dejavu-core")
