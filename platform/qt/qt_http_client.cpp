@@ -104,7 +104,7 @@ class Transfer : public QObject {
         manager_.setProxyFactory(new ProxyChoice);
         manager_.setAutoDeleteReplies(false);
         stalled_.setSingleShot(true);
-        connect(&stalled_, &QTimer::timeout, this, [this] { fail("The request timed out."); });
+        connect(&stalled_, &QTimer::timeout, this, [this] { breakOff("The request timed out."); });
     }
     ~Transfer() override {
         if (!reply_) return;
@@ -151,7 +151,8 @@ class Transfer : public QObject {
     void touch() { stalled_.start(request_.timeout); }
 
     bool isRedirect() const {
-        return request_.redirectLimit > 0 &&
+        // Without an address the toolkit has the empty one, which would lead back to the same place.
+        return request_.redirectLimit > 0 && !reply_->rawHeader("Location").trimmed().isEmpty() &&
                reply_->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid();
     }
     std::optional<std::uint64_t> announced() const {
@@ -166,8 +167,8 @@ class Transfer : public QObject {
         const auto bytes = reply_->readAll();
         if (bytes.isEmpty() || isRedirect()) return;
         if (body_.received() + static_cast<std::uint64_t>(bytes.size()) > request_.bodyLimit)
-            return fail("The answer is longer than " + std::to_string(request_.bodyLimit) + " bytes.");
-        if (const auto error = body_.write(bytes); !error.empty()) return fail(error);
+            return breakOff("The answer is longer than " + std::to_string(request_.bodyLimit) + " bytes.");
+        if (const auto error = body_.write(bytes); !error.empty()) return breakOff(error);
         if (const auto total = announced(); total && *total > 0)
             report(std::min(1.0, static_cast<double>(body_.received()) / static_cast<double>(*total)));
     }
@@ -182,18 +183,25 @@ class Transfer : public QObject {
         if (isRedirect()) return redirect();
         read();
         if (ended_) return;
-        const auto status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-        const auto error = reply_->error();
-        // Errors that the toolkit makes of a status are answers here.
-        const bool isStatusError =
-            error >= QNetworkReply::ContentAccessDenied && error != QNetworkReply::ProtocolUnknownError &&
-            error != QNetworkReply::ProtocolInvalidOperationError && error != QNetworkReply::ProtocolFailure;
-        if (error != QNetworkReply::NoError && !(isStatusError && status.isValid()))
-            return fail(reply_->errorString().toStdString());
+        if (reply_->error() != QNetworkReply::NoError) return breakOff(reply_->errorString().toStdString());
         if (const auto total = announced(); total && body_.received() < *total)
-            return fail("The connection was closed before the whole answer came.");
+            return breakOff("The connection was closed before the whole answer came.");
+        answer();
+    }
+    std::optional<int> status() const {
+        const auto status = reply_ ? reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute) : QVariant();
+        return status.isValid() ? std::optional(status.toInt()) : std::nullopt;
+    }
+    /// The transfer has ended before its body was whole, or as the toolkit's error. The status of a refusal
+    /// is the answer all the same: nobody wants its body, and the toolkit makes errors of many.
+    void breakOff(std::string description) {
+        constexpr int kAfterSuccess = 300;
+        if (const auto code = status(); code && *code >= kAfterSuccess && !isRedirect()) return answer();
+        fail(std::move(description));
+    }
+    void answer() {
         HttpResponse response;
-        if (status.isValid()) response.status = status.toInt();
+        response.status = status();
         if (const auto failed = body_.keep(response); !failed.empty()) return fail(failed);
         end(std::move(response));
     }

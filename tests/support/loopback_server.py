@@ -4,8 +4,9 @@
   loopback_server.py --root FOLDER [--certificate FILE --key FILE]
 
 Prints "port N". Serves the file at the path of the request below the folder, or else the one of the same name
-directly in it. Each line of standard input, "behave NAME", says how from then on every request is answered, and is
-answered by "ok NAME"; the end of standard input ends the server. The log of requests goes to standard error.
+directly in it. Each line of standard input, "behave NAME", says how from then on every request is answered (a number:
+with that status), and is answered by "ok NAME"; the end of standard input ends the server. The log of requests goes to
+standard error.
 """
 import argparse
 import http.server
@@ -32,7 +33,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
             if self.path.startswith("/moved/"):
                 self.path = self.path[len("/moved"):]
                 name = "well"
-            getattr(self, "behave_" + name)()
+            if name.isdigit():
+                self.status(int(name))
+            else:
+                getattr(self, "behave_" + name)()
         except (BrokenPipeError, ConnectionResetError, ssl.SSLError):
             self.close_connection = True
 
@@ -61,19 +65,19 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.wfile.write(content)
 
     def status(self, status):
-        self.start(0 if status == 204 else 5, status)
-        if status != 204:
-            self.wfile.write(b"words")
+        if status in (204, 304):
+            return self.start(None, status)
+        self.start(5, status)
+        self.wfile.write(b"words")
 
-    def behave_204(self):
-        self.send_response(204)
-        self.end_headers()
+    def behave_early(self):
+        self.wfile.write(b"HTTP/1.1 100 Continue\r\n\r\n")
+        self.behave_well()
 
-    def behave_404(self):
-        self.status(404)
-
-    def behave_500(self):
-        self.status(500)
+    def behave_cut404(self):
+        self.start(1000, 404, Connection="close")
+        self.wfile.write(b"words")
+        self.close_connection = True
 
     def behave_loop(self):
         self.start(0, 302, Location=self.path)
@@ -173,7 +177,7 @@ def main():
     print("port", server.server_address[1], flush=True)
     for line in sys.stdin:
         word, _, name = line.strip().partition(" ")
-        if word == "behave" and hasattr(Handler, "behave_" + name):
+        if word == "behave" and (name.isdigit() or hasattr(Handler, "behave_" + name)):
             behaviour = name
             print("ok", name, flush=True)
         else:

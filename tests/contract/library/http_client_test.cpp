@@ -104,10 +104,26 @@ TEST_F(HttpClientTest, AnUnknownLengthIsReportedByNothing) {
 }
 
 TEST_F(HttpClientTest, EveryStatusIsAnAnswer) {
-    for (const int status : {404, 500, 204}) {
+    for (int status = 200; status < 600; ++status) {
         EXPECT_EQ(fetchBehaving(std::to_string(status)), "") << status;
-        EXPECT_EQ(ended->value().status, status);
+        EXPECT_EQ(*ended ? ended->value().status : 0, status);
     }
+}
+
+TEST_F(HttpClientTest, ARefusalIsAnAnswerAlsoWhenItsBodyIsNotWhole) {
+    EXPECT_EQ(fetchBehaving("cut404"), "");
+    EXPECT_EQ(ended->value().status, 404);
+    server->behave("404");
+    auto made = request();
+    made.bodyLimit = 2;
+    EXPECT_EQ(fetch(made), "");
+    EXPECT_EQ(ended->value().status, 404);
+}
+
+TEST_F(HttpClientTest, AStatusThatAnnouncesAnotherIsWaitedThrough) {
+    EXPECT_EQ(fetchBehaving("early"), "");
+    EXPECT_EQ(ended->value().status, 200);
+    EXPECT_EQ(arrived(), content);
 }
 
 TEST_F(HttpClientTest, RedirectsAreFollowedAndTheirBodiesAreNotKept) {
