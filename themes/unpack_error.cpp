@@ -74,7 +74,7 @@ std::string unpackErrorText(const std::filesystem::path& errorFile, int status) 
         file.read(text.data(), length);
         text.resize(static_cast<std::size_t>(file.gcount()));
     }
-    const auto shown = lastCharacters(text, kShown);
+    auto shown = lastCharacters(text, kShown);
     if (!shown.empty()) return shown;
     const int problem = appendProblem(errorFile);
     return problem ? std::generic_category().message(problem) : "exit code " + std::to_string(status);

@@ -13,7 +13,7 @@ constexpr auto kName = "pintle-unpack";
 }  // namespace
 
 fs::path unpackProgram(const fs::path& programFolder) {
-    const auto beside = programFolder / kName;
+    auto beside = programFolder / kName;
     std::error_code error;
     if (fs::exists(beside, error)) return beside;
     return programFolder.parent_path() / "libexec" / "pintle" / kName;
