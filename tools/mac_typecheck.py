@@ -13,7 +13,7 @@ import subprocess
 import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-COMPILER = "clang-14"
+COMPILER = "clang"
 NO_COMPILER = 77
 COMMON = ["-fsyntax-only", "-std=c++20", "-Wall", "-Wextra", "-Wshadow", "-Wnon-virtual-dtor", "-Werror"]
 # Availability is the cross compiler's to judge: it knows the target's version.

@@ -252,7 +252,7 @@ def main():
         host.start()
         bench = Bench(desktop, host, options)
         bench.run()
-    if bench.missed:
+    if bench.missed and not options.quick:
         print("missed: " + ", ".join(bench.missed))
         return 1
     return 0

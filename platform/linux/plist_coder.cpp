@@ -25,6 +25,16 @@ struct Free {
     void operator()(void* memory) const { std::free(memory); }
 };
 
+/// Frees what the library's writers return. Its version 2.3 has one function for that; earlier ones have one
+/// a format, which do the same.
+template <typename Text>
+void freeWritten(Text* text) {
+    if constexpr (requires { plist_mem_free(text); })
+        plist_mem_free(text);
+    else
+        plist_to_bin_free(text);
+}
+
 /// The library reads and writes reals by the locale of the thread; under a locale with a decimal comma "0.85"
 /// would read as 0.
 class PlainNumbers {
@@ -88,7 +98,7 @@ std::string xmlText(plist_t node) {
     plist_to_xml(node, &xml, &length);
     if (!xml) return {};
     const std::string all(xml, length);
-    plist_to_xml_free(xml);
+    freeWritten(xml);
     const auto begin = all.find('>', all.find("<plist"));
     const auto open = begin == std::string::npos ? begin : all.find('>', begin + 1);
     const auto close = open == std::string::npos ? open : all.find('<', open);
@@ -287,7 +297,7 @@ class PlistCoder : public PropertyListCoder {
             plist_to_xml(node.get(), &bytes, &length);
         if (!bytes) return std::nullopt;
         std::vector<std::uint8_t> copy(bytes, bytes + length);
-        plist_to_bin_free(bytes);
+        freeWritten(bytes);
         return copy;
     }
 

@@ -160,7 +160,7 @@ def write_ninja(folder, zig, library, farm, paths):
 
 def symbols(objects, option):
     """The names of one kind in the objects."""
-    listing = run(["llvm-nm-14", "--just-symbol-name", option, *objects])
+    listing = run(["llvm-nm", "--just-symbol-name", option, *objects])
     return {line.strip() for line in listing.splitlines() if line.strip() and not line.endswith(":")}
 
 
@@ -258,11 +258,11 @@ def check_binary(path, cpu, install_names):
     magic, found_cpu, kind = (int.from_bytes(head[at:at + 4], "little") for at in (0, 4, 12))
     if (magic, found_cpu, kind) != (0xFEEDFACF, cpu, 2):
         complaints.append(f"magic {magic:#x}, CPU {found_cpu:#x}, kind {kind} is no program for this machine")
-    commands = run(["llvm-objdump-14", "--macho", "--private-headers", path])
+    commands = run(["llvm-objdump", "--macho", "--private-headers", path])
     minimum = re.search(r"cmd LC_BUILD_VERSION.*?platform (\S+).*?minos (\S+)", commands, re.S)
     if not minimum or minimum.group(1) not in ("macos", "1") or minimum.group(2) != MINIMUM:
         complaints.append(f"the lowest system is not {MINIMUM}: {minimum.groups() if minimum else 'none named'}")
-    used = set(re.findall(r"^\s+(\S+) \(compatibility", run(["llvm-objdump-14", "--macho", "--dylibs-used", path]), re.M))
+    used = set(re.findall(r"^\s+(\S+) \(compatibility", run(["llvm-objdump", "--macho", "--dylibs-used", path]), re.M))
     allowed = {"/usr/lib/libSystem.B.dylib", *install_names}
     if used != allowed:
         complaints.append(f"libraries: {sorted(used - allowed)} too many, {sorted(allowed - used)} missing")

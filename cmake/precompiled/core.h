@@ -1,0 +1,6 @@
+// What most files of the core use.
+#pragma once
+
+#include <fmt/format.h>
+
+#include "cmake/precompiled/standard.h"

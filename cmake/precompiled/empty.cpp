@@ -1,0 +1,1 @@
+// A precompiled header needs a file to belong to.

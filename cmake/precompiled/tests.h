@@ -1,0 +1,7 @@
+// What every suite uses.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cmake/precompiled/core.h"
