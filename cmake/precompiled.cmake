@@ -1,6 +1,13 @@
 # Precompiled headers. A family is one header, compiled once and shared by every target that names it; what a family
 # holds is never needed to compile a file, because PINTLE_PRECOMPILE=OFF builds without them (the linter does).
-option(PINTLE_PRECOMPILE "Precompile the headers that most files use" ON)
+# Not on macOS, where nobody has tried it: half of the backend's files there are in another language, which would need
+# families of its own.
+if(APPLE)
+    set(default OFF)
+else()
+    set(default ON)
+endif()
+option(PINTLE_PRECOMPILE "Precompile the headers that most files use" ${default})
 
 # A compiler cache takes precompiled headers only where it may trust their times and where the compiler says which
 # header it read.
