@@ -12,6 +12,7 @@
 #include "app/qt/panel_shadow.h"
 #include "app/qt/popover_facade.h"
 #include "app/qt/preview_images.h"
+#include "app/qt/refused_network.h"
 
 namespace pintle {
 namespace {
@@ -35,6 +36,7 @@ QColor clearColour(const ViewLook& look) {
 }  // namespace
 
 struct ShellViewsQuick::Scenes {
+    RefusedNetwork network;
     QQmlEngine engine;
     PreviewImages previews;
     PopoverModel* popoverModel = nullptr;
@@ -96,6 +98,7 @@ ShellViewsQuick::Scenes& ShellViewsQuick::scenes() {
     if (!scenes_) {
         offerToViews(look_);
         scenes_ = std::make_unique<Scenes>();
+        scenes_->engine.setNetworkAccessManagerFactory(&scenes_->network);
         followLook();
         const double scale = qGuiApp->devicePixelRatio();
         scenes_->engine.addImageProvider(PreviewImages::providerName,

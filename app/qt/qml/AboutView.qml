@@ -63,6 +63,7 @@ Page {
     }
     component Line: Text {
         width: parent.width
+        textFormat: Text.PlainText
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         font.family: Theme.family
@@ -126,6 +127,7 @@ Page {
                         anchors.right: parent.right
                         anchors.rightMargin: 16
                         anchors.verticalCenter: parent.verticalCenter
+                        textFormat: Text.PlainText
                         text: feature.modelData.text
                         wrapMode: Text.Wrap
                         horizontalAlignment: Text.AlignLeft
@@ -200,6 +202,7 @@ Page {
             anchors.right: parent.right
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
+            textFormat: Text.PlainText
             text: view.model.contactText
             elide: Text.ElideRight
             horizontalAlignment: Text.AlignLeft

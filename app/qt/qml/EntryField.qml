@@ -26,6 +26,7 @@ T.TextField {
         width: field.width - field.leftPadding - field.rightPadding
         height: field.height
         visible: field.length === 0 && field.preeditText === ""
+        textFormat: Text.PlainText
         text: field.placeholder
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter

@@ -28,6 +28,7 @@ Column {
             anchors.right: addButton.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
+            textFormat: Text.PlainText
             text: list.model.texts.exclusionsExplanation
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignLeft
@@ -174,6 +175,7 @@ Column {
             width: parent.width - 32
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
+            textFormat: Text.PlainText
             text: list.model.texts.noExclusions
             font.family: Theme.family
             font.pixelSize: Theme.sizeBody

@@ -27,6 +27,7 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 12
         y: 10
+        textFormat: Text.PlainText
         text: notice.text
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignLeft

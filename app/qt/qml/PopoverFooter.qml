@@ -50,6 +50,7 @@ Item {
         anchors.verticalCenter: slider.verticalCenter
         width: Math.max(36, widest.advanceWidth + 1)
         horizontalAlignment: Text.AlignRight
+        textFormat: Text.PlainText
         text: footer.popover.percentText(Math.round(shown))
         font.family: Theme.family
         font.pixelSize: Theme.sizeBody

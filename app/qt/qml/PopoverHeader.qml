@@ -25,6 +25,7 @@ Item {
         anchors.right: buttons.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
+        textFormat: Text.PlainText
         text: header.popover.title
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignLeft

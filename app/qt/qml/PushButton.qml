@@ -38,6 +38,7 @@ T.Button {
             Text {
                 id: label
                 width: Math.min(implicitWidth, button.availableWidth - button.glyphWidth)
+                textFormat: Text.PlainText
                 text: button.text
                 elide: Text.ElideRight
                 font.family: Theme.family

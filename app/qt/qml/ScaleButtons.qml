@@ -129,6 +129,7 @@ Item {
                     }
                     Text {
                         anchors.verticalCenter: parent.verticalCenter
+                        textFormat: Text.PlainText
                         text: segment.modelData.title
                         font.family: Theme.family
                         font.pixelSize: Theme.sizeBody

@@ -34,6 +34,7 @@ Item {
             anchors.right: number.left
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
+            textFormat: Text.PlainText
             text: section.title
             elide: Text.ElideRight
             font.family: Theme.family
@@ -50,6 +51,7 @@ Item {
             anchors.rightMargin: 16
             anchors.verticalCenter: parent.verticalCenter
             visible: text !== ""
+            textFormat: Text.PlainText
             text: section.value
             font.family: Theme.family
             font.pixelSize: Theme.sizeBody

@@ -61,6 +61,7 @@ Page {
                 anchors.right: percentage.left
                 anchors.rightMargin: 12
                 y: 12
+                textFormat: Text.PlainText
                 text: view.model.texts.glassOpacity
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignLeft
@@ -75,6 +76,7 @@ Page {
                 anchors.right: parent.right
                 anchors.rightMargin: 16
                 y: 12
+                textFormat: Text.PlainText
                 text: view.model.glassOpacityText
                 font.family: Theme.family
                 font.pixelSize: Theme.sizeBody
@@ -138,6 +140,7 @@ Page {
                 x: 16
                 y: 14
                 width: parent.width - 32
+                textFormat: Text.PlainText
                 text: view.model.texts.resetExplanation
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft

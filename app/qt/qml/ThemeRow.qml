@@ -132,6 +132,7 @@ T.ItemDelegate {
             }
             Text {
                 anchors.centerIn: parent
+                textFormat: Text.PlainText
                 text: row.monogram
                 visible: row.tile === "download" && opacity > 0
                 opacity: row.tileShowsAction ? 0 : 1
@@ -312,6 +313,7 @@ T.ItemDelegate {
                         anchors.leftMargin: authorText.contentWidth + 4
                         visible: opacity > 0
                         opacity: shown && row.author !== "" ? 1 : 0
+                        textFormat: Text.PlainText
                         text: "\u00B7"
                         font: authorText.font
                         color: Theme.text2

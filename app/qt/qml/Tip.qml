@@ -19,6 +19,7 @@ T.ToolTip {
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
 
     contentItem: Text {
+        textFormat: Text.PlainText
         text: tip.text
         font.family: Theme.family
         font.pixelSize: Theme.sizeCaption

@@ -59,6 +59,7 @@ T.CheckBox {
             spacing: 1
             Text {
                 width: parent.width
+                textFormat: Text.PlainText
                 text: row.title
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft
@@ -69,6 +70,7 @@ T.CheckBox {
             }
             Text {
                 width: parent.width
+                textFormat: Text.PlainText
                 text: row.subtitle
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft

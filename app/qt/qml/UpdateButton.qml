@@ -30,6 +30,7 @@ T.Button {
             Text {
                 id: words
                 anchors.verticalCenter: parent.verticalCenter
+                textFormat: Text.PlainText
                 text: button.text
                 font.family: Theme.family
                 font.pixelSize: Theme.sizeCaption
