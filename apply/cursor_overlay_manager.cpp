@@ -316,9 +316,10 @@ void CursorOverlayManager::resumeOverlay() {
 }
 
 void CursorOverlayManager::checkCursorTypeChange() {
+    // Before the cursor: one that changes in between is encoded again under its new seed.
+    const auto seed = desktop_.pointer.currentCursorSeed();
     const auto cursor = desktop_.pointer.currentSystemCursor();
     if (!cursor) return;
-    const auto seed = desktop_.pointer.currentCursorSeed();
     if (!seed || seed != cachedCurrentCursorSeed_) {
         cachedCurrentTiff_ = losslessBytes(cursor->image);
         cachedCurrentCursorSeed_ = seed;
@@ -347,9 +348,9 @@ std::string CursorOverlayManager::identify(const SystemCursor& cursor) {
 
 std::optional<std::string> CursorOverlayManager::cursorNameFromAXElementUnderMouse() {
     if (!desktop_.accessibility.isProcessTrusted()) return std::nullopt;
+    const Point mouse = desktop_.displays.mouseLocation();
     const auto& screens = desktop_.displays.screens();
     if (screens.empty()) return std::nullopt;
-    const Point mouse = desktop_.displays.mouseLocation();
     const auto role = desktop_.accessibility.roleAt({mouse.x, screens.front().frame.size.height - mouse.y});
     return role ? nameForAccessibilityRole(*role) : std::nullopt;
 }

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <span>
+#include <vector>
 
 #include "base/geometry.h"
 #include "platform/displays.h"
@@ -21,7 +22,8 @@ enum class OverlayOutcome {
 
 struct OverlayTickFacts {
     bool paused = false;
-    std::span<const Screen> screens;
+    /// Copies: asking for the mouse may change what the platform has attached.
+    std::vector<Screen> screens;
     DisplayId mainDisplay = 0;
     Point mouse;
     bool isCurrentAppExcluded = false;

@@ -14,8 +14,8 @@ namespace pintle {
 class OverlaySurface {
   public:
     virtual ~OverlaySurface() = default;
-    /// Whether the desktop keeps it on the screen, whatever its alpha and its image. False before
-    /// orderFront() and when something other than this program has taken it away.
+    /// Whether the desktop keeps it on the screen, whatever its alpha and its image; asked after orderFront()
+    /// only. False when something other than this program has taken it away, where a desktop can do that.
     virtual bool isVisible() const = 0;
     virtual void setSize(Size size) = 0;
     /// Absent draws nothing.

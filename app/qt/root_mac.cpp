@@ -44,7 +44,7 @@
 namespace pintle {
 namespace {
 
-/// The toolkit ends its loop at the end of the session in place of letting the desktop end the process.
+/// The toolkit ends its loop at the end of the session instead of letting the desktop end the process.
 Subscription observeToolkitQuit(std::function<void()> quits) {
     const auto connection = QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, std::move(quits));
     return Subscription([connection] { QObject::disconnect(connection); });

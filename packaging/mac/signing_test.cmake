@@ -4,7 +4,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/signing.cmake)
 
 function(expect what given)
     if(NOT given STREQUAL ARGN)
-        message(SEND_ERROR "${what}: ${given} in place of ${ARGN}")
+        message(SEND_ERROR "${what}: ${given} instead of ${ARGN}")
     endif()
 endfunction()
 

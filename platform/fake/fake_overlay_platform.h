@@ -22,11 +22,16 @@ class FakeDisplays : public Displays {
   public:
     const std::vector<Screen>& screens() override { return attached; }
     DisplayId mainDisplayID() override { return mainDisplay; }
-    Point mouseLocation() override { return mouse; }
+    Point mouseLocation() override {
+        if (const auto meanwhile = std::exchange(whileMouseIsAsked, nullptr)) meanwhile();
+        return mouse;
+    }
 
     std::vector<Screen> attached = {{{{0, 0}, {1280, 800}}, 1}};
     DisplayId mainDisplay = 1;
     Point mouse{100, 100};
+    /// Called once, before the mouse is answered.
+    std::function<void()> whileMouseIsAsked;
 };
 
 class FakeOverlaySurfaces : public OverlaySurfaces {
@@ -117,7 +122,9 @@ class FakePointer : public Pointer {
     std::optional<std::int64_t> currentCursorSeed() override { return seed; }
     std::optional<SystemCursor> currentSystemCursor() override {
         ++cursorQuestions;
-        return current;
+        auto read = current;
+        if (const auto meanwhile = std::exchange(whileCursorIsRead, nullptr)) meanwhile();
+        return read;
     }
     std::vector<std::pair<std::string, Bitmap>> standardCursors() override { return standard; }
     std::optional<bool> isScreenWatcherPresent() override {
@@ -130,6 +137,8 @@ class FakePointer : public Pointer {
     bool backgroundMissing = false;
     std::optional<std::int64_t> seed = 1;
     std::optional<SystemCursor> current;
+    /// Called once, when a reading has its picture.
+    std::function<void()> whileCursorIsRead;
     int cursorQuestions = 0;
     std::vector<std::pair<std::string, Bitmap>> standard;
     std::optional<bool> watched = false;

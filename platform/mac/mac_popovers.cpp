@@ -22,6 +22,7 @@ class MacPopover : public Popover {
         // it or another window takes the keys.
         activateNatively();
         popover_->show(item);
+        if (!popover_->isShown()) return;
         views_.didShow(view_);
         popover_->makeKey(view_);
     }

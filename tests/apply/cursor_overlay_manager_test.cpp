@@ -275,6 +275,18 @@ TEST(Overlay, WithoutAnyImageTheHardwarePointerStays) {
     EXPECT_TRUE(world.pointerIsHidden());
 }
 
+TEST(Overlay, AScreenThatIsAddedWhileTheMouseIsAskedLeavesTheTickItsOwnScreens) {
+    OverlayWorld world;
+    world.run({sized("left_ptr")});
+    world.tick();
+    world.displays.whileMouseIsAsked = [&] {
+        // As a backend does that hears of it while it waits for the answer.
+        world.displays.attached = std::vector<Screen>(64, Screen{{{5000, 5000}, {10, 10}}, 7});
+    };
+    world.tick();
+    EXPECT_TRUE(world.pointerIsHidden());
+}
+
 TEST(OverlayIdentification, ThePlatformsNameAnswersFirstWhenAThemeCanHaveIt) {
     OverlayWorld world;
     world.run({sized("left_ptr", 1), sized("xterm", 2)});
@@ -358,6 +370,19 @@ TEST(OverlayIdentification, AMissingSeedMeansTheImageIsComparedAfreshOnEveryTick
     EXPECT_EQ(world.manager->currentCursorName(), "pointer");
     world.pointer.current = SystemCursor{plainBitmap(24, 24, 90), {2, 2}, std::nullopt};
     world.tick();
+    EXPECT_EQ(world.manager->currentCursorName(), "xterm");
+}
+
+TEST(OverlayIdentification, ACursorThatChangesWhileItIsReadIsIdentifiedAtTheNextTick) {
+    OverlayWorld world;
+    world.pointer.standard = {{"pointer", plainBitmap(24, 24, 60)}, {"xterm", plainBitmap(24, 24, 90)}};
+    world.run({sized("left_ptr"), sized("pointer"), sized("xterm")});
+    world.pointer.current = SystemCursor{plainBitmap(24, 24, 60), {2, 2}, std::nullopt};
+    world.pointer.whileCursorIsRead = [&] {
+        world.pointer.current = SystemCursor{plainBitmap(24, 24, 90), {2, 2}, std::nullopt};
+        world.pointer.seed = 2;
+    };
+    world.tick(2);
     EXPECT_EQ(world.manager->currentCursorName(), "xterm");
 }
 

@@ -23,7 +23,7 @@ struct Tick {
     int watchedAsked = 0;
 
     Tick() {
-        facts.screens = kScreens;
+        facts.screens.assign(std::begin(kScreens), std::end(kScreens));
         facts.mainDisplay = kMain;
         facts.mouse = {200, 100};
         facts.pauseWhenScreenShared = true;
@@ -77,7 +77,7 @@ TEST(OverlayDecision, AMouseOutsideEveryScreenShowsTheHardwarePointer) {
 
 TEST(OverlayDecision, TheUppermostRowBelongsToItsScreenAndTheRowBelowTheLowestDoesNot) {
     Tick tick;
-    tick.facts.screens = std::span(kScreens).first(1);
+    tick.facts.screens.resize(1);
     tick.facts.mouse = {100, 850};
     EXPECT_EQ(tick.outcome(), OverlayOutcome::draw);
     tick.facts.mouse = {100, 50};

@@ -7,7 +7,7 @@ Page {
     required property QtObject model
     onOnScreenChanged: if (onScreen) model.appear()
 
-    topMargin: 36 - titleStrip
+    topMargin: Math.max(8, 36 - titleStrip)
     bottomMargin: 20
     focus: true
     Keys.onEscapePressed: model.dismiss()

@@ -15,7 +15,7 @@ T.TextField {
     font.pixelSize: Theme.sizeBody
     color: Theme.text
     selectionColor: Theme.accent
-    selectedTextColor: Theme.bg
+    selectedTextColor: Theme.plainBg
     selectByMouse: true
     hoverEnabled: true
     Accessible.role: Accessible.EditableText

@@ -135,7 +135,7 @@ class FakeNativePopover : public NativePopover {
         if (!canShow(item)) misuse("showRelativeToRect: a view in no window");
         if (entry_.window.layers.empty()) misuse("showRelativeToRect: no content");
         say("show popover");
-        entry_.window.ordered = true;
+        entry_.window.ordered = !world().popoverRefuses;
     }
     void makeKey(NativeView view) override {
         say("make key");

@@ -105,6 +105,17 @@ TEST_F(MacPopoverTest, TheMaterialIsAsOpaqueAsTheViewWantsItAtEachShowing) {
     EXPECT_EQ(theWindow(FakeWindow::Kind::popover).materialOpacity, 0.85);
 }
 
+TEST_F(MacPopoverTest, AViewThatTheDesktopDidNotShowIsNotTakenForShown) {
+    const auto popover = make();
+    world().popoverRefuses = true;
+    show(*popover);
+    EXPECT_FALSE(popover->isShown());
+    EXPECT_FALSE(theWindow(FakeWindow::Kind::popover).hasKeys);
+    world().popoverRefuses = false;
+    show(*popover);
+    EXPECT_TRUE(theWindow(FakeWindow::Kind::popover).hasKeys);
+}
+
 TEST_F(MacPopoverTest, AClosingThatWasPlayedHidesTheViewWhoeverClosedIt) {
     const auto popover = make();
     for (const bool byUser : {false, true}) {

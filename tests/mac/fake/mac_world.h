@@ -166,6 +166,8 @@ struct World {
     double titleBarHeight = 28;
     /// The button of a status item does not where the menu bar has no room for it.
     bool statusItemStandsInAWindow = true;
+    /// The desktop shows no popover that it is asked to show.
+    bool popoverRefuses = false;
     /// Autorelease pools that are open now, and all that ever were.
     int openPools = 0;
     int pools = 0;

@@ -70,6 +70,12 @@ class HostedViews : public testing::Test {
     static QQuickItem& rootOf(QWindow* view) { return *qobject_cast<QQuickView*>(view)->rootObject(); }
     static QColor colourOf(const QQuickItem& item) { return item.property("color").value<QColor>(); }
     static QQuickItem& panel() { return *rootOf(world().views->popover()).findChild<QQuickItem*>("panel"); }
+    /// The colours in which entry fields draw what is selected in them.
+    static void selectedTextColours(const QQuickItem& item, std::vector<QColor>& colours) {
+        if (item.inherits("QQuickTextInput"))
+            colours.push_back(item.property("selectedTextColor").value<QColor>());
+        for (const QQuickItem* child : item.childItems()) selectedTextColours(*child, colours);
+    }
     /// Where the highest text of the page stands.
     static double topOfContent(const QQuickItem& page, const QQuickItem& item) {
         double top = page.height();
@@ -87,15 +93,28 @@ TEST_F(HostedViews, TheFirstSectionOfEachWindowStandsBelowItsTitleStrip) {
     for (const auto content : {WindowContent::settings, WindowContent::about}) {
         const NativeView view = world().native->window(content);
         ASSERT_NE(view, nullptr);
-        world().native->setTitleStrip(view, 28);
         auto& page = rootOf(world().views->window(content));
         page.setSize({480, 700});
-        QCoreApplication::processEvents();
-        EXPECT_EQ(page.property("titleStrip").toDouble(), 28);
-        const double top = topOfContent(page, page);
-        EXPECT_GE(top, 28);
-        EXPECT_LT(top, 200);
+        for (const double strip : {44.0, 28.0}) {
+            world().native->setTitleStrip(view, strip);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(page.property("titleStrip").toDouble(), strip);
+            const double top = topOfContent(page, page);
+            EXPECT_GE(top, strip);
+            EXPECT_LT(top, 200);
+        }
     }
+}
+
+TEST_F(HostedViews, SelectedTextIsDrawnInTheGlassLook) {
+    world().world.settings.setGlassMode(true);
+    QWindow* const view = world().views->window(WindowContent::settings);
+    ASSERT_NE(view, nullptr);
+    QCoreApplication::processEvents();
+    std::vector<QColor> colours;
+    selectedTextColours(rootOf(view), colours);
+    ASSERT_FALSE(colours.empty());
+    for (const auto& colour : colours) EXPECT_EQ(colour.alpha(), 255);
 }
 
 TEST_F(HostedViews, ThePopoverDrawsNeitherShadowNorCornersNorEdge) {
