@@ -121,10 +121,14 @@ std::optional<Components> walk(Components at, const std::string& text, bool mayS
     return at;
 }
 
-/// The walk over the disk as it is.
-std::optional<Components> resolve(const Components& folder, const std::string& text, Steps& steps) {
-    return walk(folder, text, true, steps,
-                [](const Components& at) -> std::optional<fs::path> { return join("/", at); });
+/// The walk over the disk as it is, below `root` and along the folders that lead to it. A stranger's link is
+/// followed nowhere else: asking for an entry can mount a volume, or wait for a server that is gone.
+std::optional<Components> resolve(const Components& folder, const std::string& text, const Components& root,
+                                  Steps& steps) {
+    return walk(folder, text, true, steps, [&](const Components& at) -> std::optional<fs::path> {
+        if (at != root && !isInside(at, root) && !isInside(root, at)) return std::nullopt;
+        return join("/", at);
+    });
 }
 
 /// Whether the entry is a file that begins as Xcursor files do; links lead no further than `root`.
@@ -134,7 +138,8 @@ bool isXcursorFile(const fs::path& entry, const Components& root, Steps& steps) 
     fs::path file = entry;
     if (S_ISLNK(info->st_mode)) {
         const auto text = linkText(entry);
-        const auto target = text ? resolve(split(entry.parent_path().string()), *text, steps) : std::nullopt;
+        const auto target =
+            text ? resolve(split(entry.parent_path().string()), *text, root, steps) : std::nullopt;
         if (!target || !isInside(*target, root)) return false;
         file = join("/", *target);
         info = statOf(file);
@@ -156,9 +161,8 @@ std::string lowerCased(std::string text) {
     return text;
 }
 
-std::vector<fs::path> entriesOf(const fs::path& folder) {
+std::vector<fs::path> entriesOf(const fs::path& folder, std::error_code& error) {
     std::vector<fs::path> entries;
-    std::error_code error;
     fs::directory_iterator entry(folder, error);
     while (!error && entry != fs::directory_iterator{}) {
         entries.push_back(entry->path());
@@ -167,10 +171,17 @@ std::vector<fs::path> entriesOf(const fs::path& folder) {
     return entries;
 }
 
+std::vector<fs::path> entriesOf(const fs::path& folder) {
+    std::error_code ignored;
+    return entriesOf(folder, ignored);
+}
+
 /// The tree below a folder, the links and odd files in it by their paths.
 struct Inside {
     std::vector<fs::path> links;
     std::vector<fs::path> odd;
+    /// Set when there may be more than was seen.
+    std::error_code error;
 };
 
 /// The right of the owner to use and to remove a file, and none that no cursor needs.
@@ -187,8 +198,12 @@ Inside survey(const fs::path& top) {
         const auto folder = std::move(folders.back());
         folders.pop_back();
         if (const auto info = statOf(folder)) ::chmod(folder.c_str(), (info->st_mode & 0777) | S_IRWXU);
-        for (const auto& entry : entriesOf(folder)) {
+        const auto entries = entriesOf(folder, inside.error);
+        if (inside.error) return inside;
+        for (const auto& entry : entries) {
             const auto info = statOf(entry);
+            if (!info && errno != ENOENT) inside.error = {errno, std::generic_category()};
+            if (inside.error) return inside;
             if (!info) continue;
             if (S_ISDIR(info->st_mode))
                 folders.push_back(entry);
@@ -257,7 +272,7 @@ class Copier {
                 } else if (S_ISREG(info->st_mode)) {
                     error = copyFile(entry, place / entry.filename());
                 } else if (const auto text = linkText(entry)) {
-                    const auto target = resolve(split(source.string()), *text, steps_);
+                    const auto target = resolve(split(source.string()), *text, root_, steps_);
                     const auto path = target && isInside(*target, root_) ? join("/", *target) : fs::path();
                     const auto at = path.empty() ? std::nullopt : statOf(path);
                     if (at && S_ISREG(at->st_mode)) error = copyFile(path, place / entry.filename());
@@ -338,6 +353,8 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
     for (auto around = folder; isInside(split(around.string()), rootParts); around = around.parent_path())
         ::chmod(around.parent_path().c_str(), S_IRWXU);
     const auto inside = survey(folder);
+    // An entry whose path is too long here would have a shorter one after the move.
+    if (inside.error) return errorOf(inside.error);
     for (const auto& odd : inside.odd)
         if (!fs::remove(odd, error)) return errorOf(error);
     const std::set<std::string> odds(inside.odd.begin(), inside.odd.end());
@@ -353,7 +370,7 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
     for (const auto& link : inside.links) {
         const auto text = linkText(link);
         const auto at = split(link.parent_path().string());
-        const auto target = text ? resolve(at, *text, steps) : std::nullopt;
+        const auto target = text ? resolve(at, *text, rootParts, steps) : std::nullopt;
         if (steps.gone()) return errorOf(std::make_error_code(std::errc::file_too_large));
         const auto found = target ? statOf(join("/", *target)) : std::nullopt;
         // A FIFO is gone by now, and so is whatever led to it.

@@ -21,8 +21,9 @@ std::optional<std::filesystem::path> pickCursorDirectory(const std::filesystem::
 /// Prepares `chosen`, a folder below `root`, for its move to a place where it is named "cursors". A link
 /// into `chosen` stays where it will still lead to the same file after the move; any other link is replaced
 /// by a copy of its target when that lies below `root` and is no folder around the link, and removed when
-/// not. What is neither file, folder nor link is removed. Fails when more than `mostCopies` files would have
-/// to be copied, or when the links lead over too many others.
+/// not. What is neither file, folder nor link is removed. Links are followed below `root` alone. Fails when
+/// more than `mostCopies` files would have to be copied, when the links lead over too many others, or, with
+/// nothing but modes changed, when not everything in `chosen` can be seen.
 Status makeSelfContained(const std::filesystem::path& chosen, const std::filesystem::path& root,
                          std::uint64_t mostCopies);
 

@@ -141,6 +141,11 @@ TreeSize measureTree(const fs::path& folder, const TreeSize& most) {
         int depth;
     };
     TreeSize size;
+    // Whoever makes the tree may work from inside it and go on where this path ends, seen by nobody.
+    const auto tooDeep = [&] {
+        size.depth = most.depth + 1;
+        return size;
+    };
     std::vector<Open> folders{{folder, 0}};
     while (!folders.empty()) {
         const auto current = std::move(folders.back());
@@ -150,17 +155,19 @@ TreeSize measureTree(const fs::path& folder, const TreeSize& most) {
         while (!error && entry != fs::directory_iterator{}) {
             ++size.entries;
             struct stat info = {};
-            if (::lstat(entry->path().c_str(), &info) == 0) {
-                if (S_ISDIR(info.st_mode))
-                    folders.push_back({entry->path(), current.depth + 1});
-                else
-                    size.bytes += static_cast<std::uint64_t>(info.st_blocks) * 512 / info.st_nlink;
+            if (::lstat(entry->path().c_str(), &info) != 0) {
+                if (errno == ENAMETOOLONG) return tooDeep();
+            } else if (S_ISDIR(info.st_mode)) {
+                folders.push_back({entry->path(), current.depth + 1});
+            } else {
+                size.bytes += static_cast<std::uint64_t>(info.st_blocks) * 512 / info.st_nlink;
             }
             size.depth = std::max(size.depth, current.depth);
             if (size.entries > most.entries || size.bytes > most.bytes || size.depth > most.depth)
                 return size;
             entry.increment(error);
         }
+        if (error == std::errc::filename_too_long) return tooDeep();
     }
     return size;
 }

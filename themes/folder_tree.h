@@ -21,7 +21,8 @@ struct TreeSize {
     int depth = 0;
 };
 
-/// Measures until something passes its limit in `most`; what grows meanwhile may be missed.
+/// Measures until something passes its limit in `most`; what grows meanwhile may be missed. What lies deeper
+/// than a path can be long is deeper than any limit.
 TreeSize measureTree(const std::filesystem::path& folder, const TreeSize& most);
 
 }  // namespace pintle

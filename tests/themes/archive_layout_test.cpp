@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <fstream>
 #include <iterator>
 
+#include "tests/support/long_path.h"
 #include "tests/support/temporary_folder.h"
+#include "themes/folder_tree.h"
 
 namespace pintle {
 namespace {
@@ -339,6 +342,39 @@ TEST_F(ArchiveLayoutTest, FifosAreNotInstalledAndModesAreMadeUsual) {
     EXPECT_FALSE(fs::exists(installed / "left_ptr"));
     EXPECT_EQ(fs::status(installed / "cursor0").permissions(), fs::perms(0600));
     EXPECT_EQ(fs::status(installed).permissions(), fs::perms(0700));
+}
+
+TEST_F(ArchiveLayoutTest, NothingIsInstalledThatHoldsMoreThanPathsReach) {
+    cursors("T/cursors", 1);
+    link("T/cursors/passwords", "/etc/passwd");
+    ASSERT_TRUE(makeBeyondPaths(root / "T/cursors"));
+    const auto status = makeSelfContained(root / "T/cursors", root, 1000);
+    ASSERT_FALSE(status);
+    EXPECT_EQ(status.error().code, ENAMETOOLONG);
+    EXPECT_TRUE(fs::is_symlink(root / "T/cursors/passwords")) << "changed before it was refused";
+    EXPECT_FALSE(removeTree(root));
+}
+
+TEST_F(ArchiveLayoutTest, LinksAreNotFollowedOutsideEvenWhereTheyWouldComeBack) {
+    fs::create_directory_symlink(root, folder.path() / "way");
+    cursors("T/cursors", 1);
+    writeFile(root / "common/watch", "Xcurwatch");
+    link("T/cursors/file", "../../../way/T/cursors/cursor0");
+    link("T/cursors/copied", (folder.path() / "way/common/watch").string());
+    link("T/more/cursor", "../../../way/common/watch");
+    link("T/cursors/more", "../more");
+    EXPECT_EQ(pick("T"), "T/cursors");
+    const auto installed = install("T/cursors");
+    for (const char* name : {"file", "copied", "more/cursor"})
+        EXPECT_FALSE(fs::exists(fs::symlink_status(installed / name))) << name;
+    EXPECT_TRUE(fs::is_directory(installed / "more"));
+}
+
+TEST_F(ArchiveLayoutTest, AFolderOfLinksThatComeBackFromOutsideHoldsNoCursors) {
+    fs::create_directory_symlink(root, folder.path() / "way");
+    writeFile(root / "left_ptr", "Xcur");
+    link("T/cursors/left_ptr", "../../../way/left_ptr");
+    EXPECT_EQ(pick(), "none");
 }
 
 TEST_F(ArchiveLayoutTest, MoreCopiesThanAllowedAreAFailure) {

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/long_path.h"
 #include "tests/support/temporary_folder.h"
 #include "themes/folder_tree.h"
 
@@ -69,6 +70,13 @@ TEST_F(ScratchTest, ATreeDeeperThanTheLongestPathIsRemoved) {
     EXPECT_GT(measureTree(themes / "deep", {100000, 1 << 20, 64}).depth, 64);
     EXPECT_FALSE(removeTree(themes / "deep"));
     EXPECT_FALSE(fs::exists(themes / "deep"));
+}
+
+TEST_F(ScratchTest, FewFoldersOfLongNamesThatNoPathReachesAreTooDeep) {
+    fs::create_directories(themes / "long");
+    ASSERT_TRUE(makeBeyondPaths(themes / "long"));
+    EXPECT_GT(measureTree(themes / "long", {100000, 1 << 20, 64}).depth, 64);
+    EXPECT_FALSE(removeTree(themes / "long"));
 }
 
 TEST_F(ScratchTest, NothingAtThePathIsAnError) {
