@@ -64,7 +64,9 @@ bool mayBeMade(archive_entry* entry) {
 
 /// Takes from the entry all that is not to be restored.
 void plain(archive_entry* entry) {
-    archive_entry_set_perm(entry, archive_entry_perm(entry) & 0777);
+    // Careless writers give folders no right to be entered, and nobody can measure what nobody can list.
+    const unsigned owner = archive_entry_filetype(entry) == AE_IFDIR ? S_IRWXU : S_IRUSR | S_IWUSR;
+    archive_entry_set_perm(entry, (archive_entry_perm(entry) & 0777) | owner);
     archive_entry_unset_atime(entry);
     archive_entry_unset_birthtime(entry);
     archive_entry_unset_ctime(entry);

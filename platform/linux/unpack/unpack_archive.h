@@ -11,8 +11,8 @@ namespace pintle {
 /// when all went well; else the first thing that did not, in words for people. Unpacking ends there.
 ///
 /// Files, folders, links and hard links are made with the permissions of the process, never with owners,
-/// times or special bits. Leading slashes are dropped. Names with "..", and names that lead through a link,
-/// are refused, and so are devices and sockets.
+/// times or special bits; their owner may always use them. Leading slashes are dropped. Names with "..", and
+/// names that lead through a link, are refused, and so are devices and sockets.
 std::optional<std::string> unpackArchive(int archive);
 
 }  // namespace pintle

@@ -132,6 +132,8 @@ def main():
     with Archive("modes.tar") as a:
         a.folder("closed", 0o000).folder("closed/deep", 0o000).folder("Theme", 0o500).folder("Theme/cursors", 0o500)
         a.file("Theme/cursors/left_ptr", mode=0o400).file("closed/deep/file", mode=0o000)
+    with Archive("careless.tar") as a:
+        a.folder("Theme", 0o644).folder("Theme/cursors", 0o644).file("Theme/cursors/left_ptr", mode=0o044)
     with Archive("many.tar") as a:
         for i in range(100_001):
             a.file("cursors/%06d" % i, b"")
