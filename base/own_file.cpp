@@ -5,11 +5,15 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <random>
+#include <string>
 #include <system_error>
 #include <utility>
 
 namespace pintle {
 namespace {
+
+constexpr int kMostNames = 100;
 
 Error errorOf(int code) { return {"errno", code, std::generic_category().message(code)}; }
 
@@ -57,21 +61,34 @@ void syncFolder(const std::filesystem::path& folder) {
     ::close(fd);
 }
 
+/// A new file, its name begun with `start` and found at random, because two programs may write at the same
+/// time; nothing that is there is opened or removed. Not mkostemp: the mode is that of any new file of this
+/// user, and nothing but making one applies the umask in a program of several threads.
+int createBeside(const std::filesystem::path& start, std::filesystem::path& name) {
+    std::random_device random;
+    int fd = -1;
+    for (int i = 0; i < kMostNames; ++i) {
+        name = start;
+        name += std::to_string(random());
+        fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+        if (fd >= 0 || errno != EEXIST) break;
+    }
+    return fd;
+}
+
 }  // namespace
 
 Status replaceOwnFile(const std::filesystem::path& file, std::span<const std::uint8_t> bytes) {
-    auto neighbour = file;
-    neighbour += ".new";
-    // What an interrupted attempt has left, or anything else: nothing is ever written through it.
-    ::unlink(neighbour.c_str());
-    const int fd = ::open(neighbour.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+    const auto folder = file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
+    std::filesystem::path neighbour;
+    const int fd = createBeside(folder / ("." + file.filename().string() + ".new-"), neighbour);
     if (fd < 0) return errorOf(errno);
     if (!writeAndSync(fd, bytes) || ::rename(neighbour.c_str(), file.c_str()) != 0) {
         const int code = errno;
         ::unlink(neighbour.c_str());
         return errorOf(code);
     }
-    syncFolder(file.has_parent_path() ? file.parent_path() : ".");
+    syncFolder(folder);
     return Done{};
 }
 

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <fstream>
+#include <future>
 #include <iterator>
 #include <string>
 
@@ -79,13 +80,38 @@ TEST_F(OwnFileTest, WhateverIsNoFolderIsReplacedAndNothingIsLeftBesideIt) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
 }
 
-TEST_F(OwnFileTest, NothingIsWrittenThroughALinkInTheNeighboursPlace) {
+TEST_F(OwnFileTest, WhateverLiesBesideItStaysAndStopsNoWrite) {
     writeFile(folder.path() / "other", "kept");
-    fs::create_symlink("other", file.string() + ".new");
+    fs::create_directory(file.string() + ".new");
+    fs::create_symlink("other", folder.path() / ".file.new");
     ASSERT_TRUE(replace("new"));
     EXPECT_EQ(content(), "new");
+    EXPECT_TRUE(fs::is_directory(file.string() + ".new"));
+    EXPECT_TRUE(fs::is_symlink(folder.path() / ".file.new"));
     std::ifstream other(folder.path() / "other");
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(other), {}), "kept");
+}
+
+TEST_F(OwnFileTest, TwoWritersAtTheSameTimeBothSucceed) {
+    const auto write = [this](char letter) {
+        int failed = 0;
+        for (int i = 0; i < 100; ++i)
+            if (!replace(std::string(100'000, letter))) ++failed;
+        return failed;
+    };
+    auto other = std::async(std::launch::async, write, 'a');
+    EXPECT_EQ(write('b'), 0);
+    EXPECT_EQ(other.get(), 0);
+    EXPECT_EQ(content(), std::string(100'000, content().front()));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
+}
+
+TEST_F(OwnFileTest, ItsModeIsTheUsualOneOfThisUser) {
+    const auto before = ::umask(027);
+    const auto replaced = replace("new");
+    ::umask(before);
+    ASSERT_TRUE(replaced);
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms(0640));
 }
 
 TEST_F(OwnFileTest, AFailureLeavesTheOldOneAndNothingBesideIt) {
