@@ -14,8 +14,8 @@ constexpr double kPi = 3.14159265358979323846;
 /// Bound tables and scratch memory whatever the shape of the image: an image may be millions of pixels wide.
 constexpr std::int64_t kBlockSide = 1024;
 constexpr std::size_t kTablesKept = 32;
-/// A few megabytes of weights at most.
-constexpr std::int64_t kMostResidues = 1 << 16;
+/// Windows kept, each counted as often as it is stretched: a few megabytes of weights at most.
+constexpr double kMostResidues = 1 << 16;
 
 double lanczos(double x) {
     if (x == 0) return 1;
@@ -47,7 +47,7 @@ Resampler::Window Resampler::windowAt(std::int64_t i, std::int64_t from, std::in
     const double ratio = static_cast<double>(from) / static_cast<double>(to);
     const auto common = std::gcd(from, to);
     const auto period = to / common;
-    if (period <= kMostResidues && period < to) {
+    if (period < to && static_cast<double>(period) * std::max(ratio, 1.0) <= kMostResidues) {
         auto* known = &windows_[newerWindows_];
         if (known->from != from || known->to != to) {
             newerWindows_ = 1 - newerWindows_;

@@ -215,6 +215,16 @@ TEST(ResamplerTest, ComputesTheWeightsOnceForPositionsThatSeeTheSame) {
     }
 }
 
+TEST(ResamplerTest, KeepsNoWindowsThatTogetherHoldTooManyWeights) {
+    Resampler resampler;
+    constexpr std::size_t kFrom = std::size_t{2} * 100'003;
+    constexpr std::size_t kTo = std::size_t{2} * 1000;
+    const Bytes source(4 * kFrom, 255);
+    Bytes target(4 * kTo, 0);
+    resampler.draw(source, 1, kFrom, target, 1, kTo);
+    EXPECT_GE(resampler.windowsComputed(), kTo);
+}
+
 TEST(ResamplerTest, IsWithinOneLevelOfExactArithmeticFarFromTheEdges) {
     Resampler resampler;
     for (const Sides to : {Sides{5, 1500}, Sides{5, 750}, Sides{5, 1250}}) {
