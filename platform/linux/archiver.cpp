@@ -13,6 +13,7 @@ constexpr auto kName = "pintle-unpack";
 }  // namespace
 
 fs::path unpackProgram(const fs::path& programFolder) {
+    if (!programFolder.is_absolute()) return {};
     auto beside = programFolder / kName;
     std::error_code error;
     if (fs::exists(beside, error)) return beside;
@@ -21,7 +22,8 @@ fs::path unpackProgram(const fs::path& programFolder) {
 
 ProcessSubstitutes linuxArchiver(const fs::path& unpack) {
     ProcessSubstitute archiver;
-    archiver.executable = unpack;
+    // A relative name would be looked up in the current folder or the PATH; an empty one is always missing.
+    if (unpack.is_absolute()) archiver.executable = unpack;
     // Nothing of the user's environment may change what is read or which libraries read it.
     archiver.environment = {{"LC_ALL", "C.UTF-8"}};
     archiver.missing = "The program pintle-unpack is missing; install Pintle again";
