@@ -82,7 +82,8 @@ TEST_F(X11Connections, AStrangerWhoWasGivenThePredecessorsSlotIsLeftAlone) {
     apply(10);
     const auto before = marked();
     stop();
-    client->killOwnerOf(before);
+    // The server retains what it kills before it has seen the connection's end, and frees it the second time.
+    for (int kill = 0; kill < 2 && client->exists(before); ++kill) client->killOwnerOf(before);
     ASSERT_FALSE(client->exists(before));
     // The server gives the freed slot to the next client; its ids are the predecessor's.
     std::vector<std::unique_ptr<XTestClient>> strangers;
