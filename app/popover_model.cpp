@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/row_search.h"
 #include "app/settings_window_model.h"
 #include "settings/notification_names.h"
 
@@ -115,6 +116,12 @@ ThemeRow PopoverModel::row(const std::string& id) const {
     auto row = themeRow(known, id, isActive(id));
     if (session_ == Session::pointerCannotChange && known && known->isDownloaded) row.acceptsTap = false;
     return row;
+}
+
+std::optional<std::size_t> PopoverModel::rowContaining(std::string_view typed) const {
+    std::vector<std::string> names;
+    for (const auto& id : rowIds_) names.push_back(theme(id).name);
+    return firstContaining(names, typed);
 }
 
 void PopoverModel::buttonAction(const std::string& id) {

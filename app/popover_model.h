@@ -106,6 +106,8 @@ class PopoverModel {
     const std::vector<std::string>& rowIds() const { return rowIds_; }
     /// Any id; the one of no theme has the row "Unknown". What it is called with need not be in rowIds().
     ThemeRow row(const std::string& id) const;
+    /// The place in rowIds() of the first row whose name contains `typed`, see firstContaining().
+    std::optional<std::size_t> rowContaining(std::string_view typed) const;
     /// What a click, Enter or Space on a row does: nothing while the row accepts no tap.
     void buttonAction(const std::string& id);
     void handleTap(const std::string& id);

@@ -24,6 +24,7 @@ PopoverFacade::PopoverFacade(PopoverModel& model, PreviewImages& previews, QObje
     : QObject(parent),
       model_(model),
       rows_(model, previews),
+      finder_(model),
       changed_(model.changed.observe([this] { Q_EMIT changed(); })) {}
 
 QString PopoverFacade::title() const { return translated(PopoverModel::title()); }

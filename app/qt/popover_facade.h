@@ -10,6 +10,7 @@
 
 #include "app/popover_model.h"
 #include "app/qt/preview_images.h"
+#include "app/qt/row_finder.h"
 #include "app/qt/theme_rows_model.h"
 #include "base/subscription.h"
 
@@ -27,6 +28,7 @@ class PopoverFacade : public QObject {
     Q_PROPERTY(int filter READ filter NOTIFY changed)
     Q_PROPERTY(QString filterName READ filterName CONSTANT)
     Q_PROPERTY(pintle::ThemeRowsModel* rows READ rows CONSTANT)
+    Q_PROPERTY(pintle::RowFinder* finder READ finder CONSTANT)
     Q_PROPERTY(QString listName READ listName CONSTANT)
     Q_PROPERTY(QString animatedHelp READ animatedHelp CONSTANT)
     Q_PROPERTY(QString deleteHelp READ deleteHelp CONSTANT)
@@ -65,6 +67,7 @@ class PopoverFacade : public QObject {
     int filter() const;
     QString filterName() const;
     ThemeRowsModel* rows() { return &rows_; }
+    RowFinder* finder() { return &finder_; }
     QString listName() const;
     QString animatedHelp() const;
     QString deleteHelp() const;
@@ -104,6 +107,7 @@ class PopoverFacade : public QObject {
   private:
     PopoverModel& model_;
     ThemeRowsModel rows_;
+    RowFinder finder_;
     Subscription changed_;
 };
 

@@ -19,6 +19,7 @@ FocusScope {
 
     /// The view is about to be seen: from its start, with the active theme in view.
     function willShow(animates: bool): void {
+        root.popover.finder.clear();
         list.byKeyboard = false;
         list.forceActiveFocus(Qt.OtherFocusReason);
         const active = root.popover.rows.activeRow;
@@ -132,7 +133,11 @@ FocusScope {
             Accessible.role: Accessible.List
             Accessible.name: root.popover.listName
 
-            onActiveFocusChanged: if (!activeFocus) byKeyboard = false
+            onActiveFocusChanged: {
+                if (activeFocus) return;
+                byKeyboard = false;
+                root.popover.finder.clear();
+            }
 
             function showFromStart(): void {
                 currentIndex = count > 0 ? 0 : -1;
@@ -140,14 +145,16 @@ FocusScope {
                 if (Theme.motion) fade.restart();
             }
             function go(to: int): void {
+                root.popover.finder.clear();
                 byKeyboard = true;
                 if (count === 0) return;
                 currentIndex = Math.max(0, Math.min(count - 1, to));
                 if (currentIndex === 0) positionViewAtBeginning();
                 else positionViewAtIndex(currentIndex, ListView.Contain);
             }
-            readonly property int page: Math.max(1, Math.floor(height / 52) - 1)
+            readonly property int page: Math.max(1, Math.floor(height / (currentItem ? currentItem.height : 52)) - 1)
 
+            Keys.forwardTo: [chip]
             Keys.onPressed: event => {
                 switch (event.key) {
                 case Qt.Key_Down: go(currentIndex + 1); break;
@@ -178,12 +185,17 @@ FocusScope {
                 width: ListView.view.width - 16
                 popover: root.popover
                 byKeyboard: list.byKeyboard
+                Keys.forwardTo: [chip]
                 onTapped: {
+                    root.popover.finder.clear();
                     list.currentIndex = index;
                     root.popover.tap(themeId);
                 }
                 onDeleteAsked: root.popover.deleteTheme(themeId)
-                onPressed: list.byKeyboard = false
+                onPressed: {
+                    list.byKeyboard = false;
+                    root.popover.finder.clear();
+                }
             }
 
             T.ScrollBar.vertical: Scroller {}
@@ -194,6 +206,20 @@ FocusScope {
             anchors.bottom: parent.bottom
             width: parent.width
             popover: root.popover
+        }
+
+        FindChip {
+            id: chip
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: footer.top
+            anchors.bottomMargin: -Math.round(height / 3)
+            width: Math.min(implicitWidth, parent.width - 32)
+            finder: root.popover.finder
+            onFound: row => {
+                list.byKeyboard = true;
+                list.currentIndex = row;
+                list.positionViewAtIndex(row, ListView.Center);
+            }
         }
 
         // The edge lies over everything, so that a row that is cut off never paints over it.
