@@ -1,5 +1,5 @@
-// What the about window shows, and its entrance. Built once by the root with the window; the skin draws it,
-// animates from one state to the next, and calls its operations. Main thread only.
+// What the about window shows, and its entrance. Built once by the root with the window; the user interface
+// draws it, animates from one state to the next, and calls its operations. Main thread only.
 #pragma once
 
 #include <array>
@@ -45,8 +45,8 @@ class AboutWindowModel {
     AboutWindowModel& operator=(const AboutWindowModel&) = delete;
 
     /// Each time the window is shown: back to the first state, and from there to the last. `changed` comes
-    /// after each; the skin jumps to a state in which appeared() is false and moves to one in which it is
-    /// true.
+    /// after each; the user interface jumps to a state in which appeared() is false and moves to one in which
+    /// it is true.
     void appear();
     void dismiss() const {
         if (dismiss_) dismiss_();

@@ -1,5 +1,5 @@
 // The one view model that the user interface observes: the theme list with its live state, the current theme,
-// the filter, and the requests to apply and reset. A facade over the rooms below, made by the root.
+// the filter, and the requests to apply and reset. A facade over the modules below, made by the root.
 // Main thread only.
 #pragma once
 

@@ -1,6 +1,6 @@
 // What the theme popover shows and does, as values and operations: header, filter, rows, footer. Built once
-// by the root when the popover is first shown, and kept; the skin draws it and calls its operations.
-// Main thread only.
+// by the root when the popover is first shown, and kept; the user interface draws it and calls its
+// operations. Main thread only.
 #pragma once
 
 #include <array>
@@ -162,7 +162,7 @@ class PopoverModel {
     CursorHandedness listedFilter_ = CursorHandedness::all;
     /// Ids and hands of all themes when rowIds_ was made.
     std::vector<std::pair<std::string, CursorHandedness>> listedThemes_;
-    /// What the skin has been told of each theme, in catalog order.
+    /// What the user interface has been told of each theme, in catalog order.
     std::vector<ThemeRow> told_;
     std::vector<Subscription> observers_;
 };

@@ -1,6 +1,6 @@
 // What the settings window shows and does: sections of toggles, opacity, size, exclusions, reset. Built once
-// by the root with the window and kept while that is hidden, so that an open entry field stays open. The skin
-// draws it and calls its operations. Main thread only.
+// by the root with the window and kept while that is hidden, so that an open entry field stays open. The user
+// interface draws it and calls its operations. Main thread only.
 #pragma once
 
 #include <array>

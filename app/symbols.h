@@ -1,4 +1,4 @@
-// The names of the symbols that the models use. The skin has one drawing for each name, see `all`.
+// The names of the symbols that the models use. The user interface has one drawing for each name, see `all`.
 #pragma once
 
 #include <array>

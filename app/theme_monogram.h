@@ -8,7 +8,7 @@
 
 namespace pintle {
 
-/// Quiet tints of a tile. The skin has a colour of the tile and one of the letters for each.
+/// Quiet tints of a tile. The user interface has a colour of the tile and one of the letters for each.
 enum class TileTint : std::uint8_t { slate, graphite, ice, amber, red, green, blue, violet, teal };
 
 struct ThemeMonogram {

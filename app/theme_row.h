@@ -1,5 +1,6 @@
 // One row of the popover's list as a value: every text, mark and rule of what is shown for a theme in its
-// state. Pure; used by the popover's model and, through it, by the skin, which only lays out. Any thread.
+// state. Pure; used by the popover's model and, through it, by the user interface, which only lays out. Any
+// thread.
 #pragma once
 
 #include <array>

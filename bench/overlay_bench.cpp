@@ -25,9 +25,9 @@
 #include "platform/fake/fake_key_value_store.h"
 #include "platform/fake/fake_log.h"
 #include "platform/fake/fake_workspace.h"
-#include "platform/linux/overlay/overlay_desktop.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_socket_watch.h"
+#include "platform/x11/overlay/overlay_desktop.h"
 #include "settings/cursor_settings.h"
 #include "tests/contract/x11/x_test_server.h"
 

@@ -1,4 +1,4 @@
-# Settings every target shares, and the two functions that rooms use to declare themselves.
+# Settings every target shares, and the two functions that modules use to declare themselves.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -36,7 +36,7 @@ if(PINTLE_SANITIZE)
     add_link_options(-fsanitize=${PINTLE_SANITIZE})
 endif()
 if(PINTLE_FUZZ)
-    # The engine's counters in every room, so that it sees which inputs lead somewhere new.
+    # The engine's counters in every module, so that it sees which inputs lead somewhere new.
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
@@ -48,16 +48,16 @@ find_package(Threads REQUIRED)
 math(EXPR PINTLE_BUILD
     "${PROJECT_VERSION_MAJOR} * 10000 + ${PROJECT_VERSION_MINOR} * 100 + ${PROJECT_VERSION_PATCH}")
 
-# pintle_room(name SOURCES ... LINK ... [PRECOMPILED family]): a static library pintle_<name>.
-function(pintle_room name)
-    cmake_parse_arguments(ROOM "" "PRECOMPILED" "SOURCES;LINK" ${ARGN})
-    add_library(pintle_${name} STATIC ${ROOM_SOURCES})
+# pintle_module(name SOURCES ... LINK ... [PRECOMPILED family]): a static library pintle_<name>.
+function(pintle_module name)
+    cmake_parse_arguments(MODULE "" "PRECOMPILED" "SOURCES;LINK" ${ARGN})
+    add_library(pintle_${name} STATIC ${MODULE_SOURCES})
     target_include_directories(pintle_${name} PUBLIC ${PROJECT_SOURCE_DIR})
-    target_link_libraries(pintle_${name} PUBLIC ${ROOM_LINK})
-    if(NOT ROOM_PRECOMPILED)
-        set(ROOM_PRECOMPILED core)
+    target_link_libraries(pintle_${name} PUBLIC ${MODULE_LINK})
+    if(NOT MODULE_PRECOMPILED)
+        set(MODULE_PRECOMPILED core)
     endif()
-    pintle_precompile(pintle_${name} ${ROOM_PRECOMPILED})
+    pintle_precompile(pintle_${name} ${MODULE_PRECOMPILED})
 endfunction()
 
 # pintle_test(name SOURCES ... LINK ... [LABELS ...] [TIMEOUT seconds]): a GoogleTest program test_<name>.

@@ -1,4 +1,5 @@
-// How the desktop wants programs to look. The skin follows it; nothing waits for it. Main thread only.
+// How the desktop wants programs to look. The user interface follows it; nothing waits for it. Main thread
+// only.
 #pragma once
 
 #include <functional>

@@ -1,5 +1,5 @@
-// The panel that hangs from the status item. Its content is the skin's view, given to the backend by the
-// root. Main thread only; points, y up.
+// The panel that hangs from the status item. Its content is the user interface's view, given to the backend
+// by the root. Main thread only; points, y up.
 #pragma once
 
 #include <functional>

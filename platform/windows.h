@@ -1,5 +1,5 @@
-// The program's windows and the screens they stand on. Their content is the skin's view, given to the backend
-// by the root. Main thread only; points, y up.
+// The program's windows and the screens they stand on. Their content is the user interface's view, given to
+// the backend by the root. Main thread only; points, y up.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,5 @@
 // The user's preferences: each kept in the preference store and mirrored in a property that views observe.
-// Used by every room above; made once by the root. Takes no locks: main thread only.
+// Used by every module above; made once by the root. Takes no locks: main thread only.
 #pragma once
 
 #include <map>

@@ -1,5 +1,5 @@
 // The theme list as it is published to the views, and the only writer of its rows. Owned by the view model,
-// which the other rooms ask to change a row. Main thread only.
+// which the other modules ask to change a row. Main thread only.
 #pragma once
 
 #include <map>

@@ -52,7 +52,7 @@ class Packaging(unittest.TestCase):
         self.assertEqual(component.findtext("summary"), self.entry()["Comment"])
 
     def test_the_windows_carry_the_name_of_the_entry(self):
-        root = (ROOT / "app/qt/root_linux.cpp").read_text()
+        root = (ROOT / "app/quick/root_linux.cpp").read_text()
         named = re.search(r'setDesktopFileName\(QStringLiteral\("([^"]+)"\)\)', root)
         self.assertEqual(named and named.group(1), NAME)
 
@@ -90,7 +90,7 @@ class Packaging(unittest.TestCase):
     @unittest.skipUnless(DRAWER, "needs a build")
     def test_each_icon_of_a_fixed_size_is_the_drawing_in_that_size(self):
         with tempfile.TemporaryDirectory() as folder:
-            subprocess.run([DRAWER, ROOT / "app/qt/icons/app.svg", folder, *map(str, SIDES)], check=True)
+            subprocess.run([DRAWER, ROOT / "app/quick/icons/app.svg", folder, *map(str, SIDES)], check=True)
             self.assertEqual({path.name for path in (HERE / "icons").iterdir()}, {f"{side}.png" for side in SIDES})
             for side in SIDES:
                 kept = HERE / "icons" / f"{side}.png"

@@ -9,8 +9,8 @@ pintle_signing("${PINTLE_SIGN_IDENTITY}" deploy sign)
 
 set(icon ${CMAKE_CURRENT_BINARY_DIR}/Pintle.icns)
 add_custom_command(OUTPUT ${icon}
-    COMMAND make_app_icon ${PROJECT_SOURCE_DIR}/app/qt/icons/app.svg ${icon}
-    DEPENDS make_app_icon ${PROJECT_SOURCE_DIR}/app/qt/icons/app.svg
+    COMMAND make_app_icon ${PROJECT_SOURCE_DIR}/app/quick/icons/app.svg ${icon}
+    DEPENDS make_app_icon ${PROJECT_SOURCE_DIR}/app/quick/icons/app.svg
     VERBATIM)
 set_source_files_properties(${icon} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
 
@@ -25,7 +25,7 @@ get_filename_component(toolkit_programs ${qmake} DIRECTORY)
 find_program(PINTLE_MACDEPLOYQT macdeployqt HINTS ${toolkit_programs} REQUIRED)
 set(bundle $<TARGET_BUNDLE_DIR:Pintle>)
 add_custom_target(Pintle.app
-    COMMAND ${PINTLE_MACDEPLOYQT} ${bundle} -qmldir=${PROJECT_SOURCE_DIR}/app/qt/qml ${deploy}
+    COMMAND ${PINTLE_MACDEPLOYQT} ${bundle} -qmldir=${PROJECT_SOURCE_DIR}/app/quick/qml ${deploy}
     COMMAND codesign ${sign} ${bundle}
     COMMAND codesign --verify --deep --strict --verbose=1 ${bundle}
     DEPENDS Pintle

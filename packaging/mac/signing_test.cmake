@@ -17,7 +17,7 @@ expect("libraries" "${deploy}" "-codesign=Developer ID: A B" -hardened-runtime -
 expect("bundle" "${sign}" --force --identifier com.pintle.app --sign "Developer ID: A B" --options runtime --timestamp)
 
 file(READ ${CMAKE_CURRENT_LIST_DIR}/bundle.cmake bundle)
-foreach(use "qmldir=\\\${PROJECT_SOURCE_DIR}/app/qt/qml \\\${deploy}" "codesign \\\${sign} \\\${bundle}")
+foreach(use "qmldir=\\\${PROJECT_SOURCE_DIR}/app/quick/qml \\\${deploy}" "codesign \\\${sign} \\\${bundle}")
     if(NOT bundle MATCHES "${use}")
         message(SEND_ERROR "The bundle does not use the options: ${use}")
     endif()

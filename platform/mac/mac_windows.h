@@ -1,4 +1,4 @@
-// The program's windows, around views of the skin. Made by the root; main thread only.
+// The program's windows, around views of the user interface. Made by the root; main thread only.
 #pragma once
 
 #include <memory>

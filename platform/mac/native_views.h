@@ -1,5 +1,5 @@
-// The skin's views as this backend's windows hold them: the root hands in an implementation. Main thread
-// only.
+// The user interface's views as this backend's windows hold them: the root hands in an implementation. Main
+// thread only.
 #pragma once
 
 #include <functional>

@@ -14,9 +14,9 @@
 
 #include "platform/fake/fake_log.h"
 #include "platform/fake/virtual_scheduler.h"
-#include "platform/linux/dbus_instance_bus.h"
-#include "platform/linux/plist_coder.h"
-#include "platform/linux/plist_key_value_store.h"
+#include "platform/freedesktop/dbus_instance_bus.h"
+#include "platform/plist/plist_coder.h"
+#include "platform/plist/plist_key_value_store.h"
 #include "platform/posix/signal_recovery.h"
 #include "platform/qt/qt_main_queue.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/fake/fake_hardware_cursor.h"
-#include "platform/linux/hardware_cursor.h"
+#include "platform/x11/cursors/x11_hardware_cursor.h"
 
 namespace pintle {
 namespace {

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/dbus_instance_bus.h"
+#include "platform/freedesktop/dbus_instance_bus.h"
 #include "tests/support/temporary_folder.h"
 
 namespace pintle {

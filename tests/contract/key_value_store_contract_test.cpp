@@ -6,8 +6,8 @@
 #include "platform/fake/fake_key_value_store.h"
 #include "platform/fake/fake_log.h"
 #include "platform/fake/virtual_scheduler.h"
-#include "platform/linux/plist_coder.h"
-#include "platform/linux/plist_key_value_store.h"
+#include "platform/plist/plist_coder.h"
+#include "platform/plist/plist_key_value_store.h"
 #include "tests/support/temporary_folder.h"
 
 namespace pintle {

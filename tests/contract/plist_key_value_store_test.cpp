@@ -1,5 +1,5 @@
 // The preference file: damage, links, other processes, full disks and the pace of the disk.
-#include "platform/linux/plist_key_value_store.h"
+#include "platform/plist/plist_key_value_store.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -14,7 +14,7 @@
 
 #include "platform/fake/fake_log.h"
 #include "platform/fake/virtual_scheduler.h"
-#include "platform/linux/plist_coder.h"
+#include "platform/plist/plist_coder.h"
 #include "tests/contract/child_process.h"
 #include "tests/support/temporary_folder.h"
 

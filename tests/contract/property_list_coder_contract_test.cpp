@@ -11,8 +11,8 @@
 #include <string>
 
 #include "platform/fake/fake_property_list_coder.h"
-#include "platform/linux/plist_coder.h"
-#include "platform/linux/plist_guard.h"
+#include "platform/plist/plist_coder.h"
+#include "platform/plist/plist_guard.h"
 #include "tests/support/temporary_folder.h"
 
 namespace pintle {

@@ -1,4 +1,4 @@
-#include "platform/linux/user_directories.h"
+#include "platform/freedesktop/user_directories.h"
 
 #include <gtest/gtest.h>
 

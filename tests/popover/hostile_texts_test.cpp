@@ -11,7 +11,7 @@
 #include <optional>
 #include <set>
 
-#include "app/qt/shell_views_quick.h"
+#include "app/quick/shell_views_quick.h"
 #include "platform/fake/fake_appearance.h"
 #include "tests/app/model_world.h"
 

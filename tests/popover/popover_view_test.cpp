@@ -7,7 +7,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 
-#include "app/qt/shell_views_quick.h"
+#include "app/quick/shell_views_quick.h"
 #include "platform/fake/fake_appearance.h"
 #include "settings/notification_names.h"
 #include "tests/app/model_world.h"

@@ -1,4 +1,4 @@
-#include "app/qt/preview_images.h"
+#include "app/quick/preview_images.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "app/qt/symbol_icons.h"
+#include "app/quick/symbol_icons.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "app/qt/theme_rows_model.h"
+#include "app/quick/theme_rows_model.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

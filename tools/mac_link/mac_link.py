@@ -40,7 +40,7 @@ OBJECTIVE = ["-x", "objective-c++", "-fobjc-arc", "-fblocks", "-Wno-nullability-
 BACKEND = ["-Werror=unguarded-availability-new", "-Wno-nullability-completeness"]
 #: Libraries that a Mac's build takes from elsewhere: a stub for each, by the beginning of their symbols.
 THIRD_PARTY = {"hwy": "__ZN3hwy"}
-TOOLKIT = re.compile(r'^\s*#\s*(?:include|import)\s*[<"](?:Qt?[A-Z]|platform/qt/|app/qt/)', re.M)
+TOOLKIT = re.compile(r'^\s*#\s*(?:include|import)\s*[<"](?:Qt?[A-Z]|platform/qt/|app/quick/)', re.M)
 
 
 class Unavailable(Exception):

@@ -1,4 +1,4 @@
-// Alerts, one after the other, in the skin's views. Made by the root. Main thread only.
+// Alerts, one after the other, in the user interface's views. Made by the root. Main thread only.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,5 @@
-// The popover: a window without a frame, above the others and in no task bar, around the skin's view. Made by
-// the root. Main thread only.
+// The popover: a window without a frame, above the others and in no task bar, around the user interface's
+// view. Made by the root. Main thread only.
 #pragma once
 
 #include <memory>

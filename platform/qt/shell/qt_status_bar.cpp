@@ -114,8 +114,8 @@ class QtStatusItem : public QObject, public StatusItem {
         return desktop_.currentPress ? desktop_.currentPress() : std::nullopt;
     }
 
-    /// Makes the icon when the first host is there: the toolkit chooses the road only once, so it must not
-    /// be asked before.
+    /// Makes the icon when the first host is there: the toolkit chooses the kind of icon only once, so it
+    /// must not be asked before.
     void follow() {
         const TrayHosts now = desktop_.trayHosts ? desktop_.trayHosts() : TrayHosts{.notifier = true};
         // A window that was in a panel which has gone does not know where it is in the next one.

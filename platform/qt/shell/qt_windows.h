@@ -1,5 +1,5 @@
-// The program's windows with the desktop's own title bar around the skin's views, and the screens. Made by
-// the root. Main thread only.
+// The program's windows with the desktop's own title bar around the user interface's views, and the screens.
+// Made by the root. Main thread only.
 #pragma once
 
 #include <memory>

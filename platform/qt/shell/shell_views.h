@@ -1,11 +1,12 @@
-// The skin's views as the shell's backends see them: the root hands an implementation to the backends, which
-// give each view its place among the windows of the desktop. The skin draws, the backend owns the frame.
-// Main thread only; lengths are device-independent pixels.
+// The user interface's views as the shell's backends see them: the root hands an implementation to the
+// backends, which give each view its place among the windows of the desktop. The user interface draws, the
+// backend owns the frame. Main thread only; lengths are device-independent pixels.
 //
 // Who does what:
 //   - A view is made at the first call that asks for it and not before, because the program must be cheap
 //     until a window opens. It stays the implementer's, lives as long as the implementer and keeps its state
-//     while it is hidden. Views are made neither visible nor native (create(), winId()) by the skin.
+//     while it is hidden. Views are made neither visible nor native (create(), winId()) by the user
+//     interface.
 //   - The backend sets each view's flags, title, icon, position, size, mask and visibility, and activates it.
 //     The view never moves, resizes or shows itself.
 //   - The view is made with a format that has an alpha channel, so that it can follow isComposited without

@@ -1,5 +1,5 @@
 // What is made of the settings of real desktops.
-#include "platform/linux/appearance/look_rules.h"
+#include "platform/freedesktop/look_rules.h"
 
 #include <gtest/gtest.h>
 

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/linux/archiver.h"
+#include "platform/posix/archiver.h"
 #include "tests/contract/queue_worlds.h"
 #include "tests/support/temporary_folder.h"
 
@@ -96,7 +96,7 @@ TEST_F(ProcessRunnerTest, WhatIsNotThereIsAnError) {
 }
 
 TEST_F(ProcessRunnerTest, AMissingSubstituteIsAnErrorWithItsOwnWords) {
-    ProcessSubstitutes substitutes = linuxArchiver();
+    ProcessSubstitutes substitutes = limitedArchiver();
     substitutes["/usr/bin/tar"].executable = "/not/there";
     runner = makeQtProcessRunner(world.queue(), substitutes);
     start({"/usr/bin/tar", {}, {}, std::nullopt});

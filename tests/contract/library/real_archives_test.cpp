@@ -14,8 +14,8 @@
 #include <iterator>
 #include <map>
 
-#include "platform/linux/archiver.h"
-#include "platform/linux/unpack/confinement.h"
+#include "platform/posix/archiver.h"
+#include "platform/posix/unpack/confinement.h"
 #include "platform/qt/qt_process_runner.h"
 #include "tests/contract/queue_worlds.h"
 #include "tests/support/temporary_folder.h"
@@ -59,7 +59,8 @@ struct RealArchives : testing::Test {
     fs::path themes = folder.path() / "a/b/Themes";
     fs::path theme = themes / "banana";
     QtWorld world;
-    std::unique_ptr<ProcessRunner> runner = makeQtProcessRunner(world.queue(), linuxArchiver(UNPACK_PROGRAM));
+    std::unique_ptr<ProcessRunner> runner =
+        makeQtProcessRunner(world.queue(), limitedArchiver(UNPACK_PROGRAM));
     ThemeWork work;
 
     RealArchives() { fs::create_directories(themes); }
@@ -218,7 +219,7 @@ TEST_F(RealArchives, FoldersBeyondTheLongestPathLeaveNothingBehind) {
 }
 
 TEST_F(RealArchives, AMissingArchiverIsAReadableError) {
-    runner = makeQtProcessRunner(world.queue(), linuxArchiver("/not/there"));
+    runner = makeQtProcessRunner(world.queue(), limitedArchiver("/not/there"));
     EXPECT_EQ(extract("plain.tar"), "The program pintle-unpack is missing; install Pintle again");
 }
 
@@ -230,7 +231,7 @@ TEST_F(RealArchives, WithoutAKnownFolderNoProgramOfThatNameIsStarted) {
     const auto start = fs::current_path();
     fs::current_path(folder.path());
     for (const auto& program : {unpackProgram({}), unpackProgram("here"), fs::path("pintle-unpack")}) {
-        runner = makeQtProcessRunner(world.queue(), linuxArchiver(program));
+        runner = makeQtProcessRunner(world.queue(), limitedArchiver(program));
         EXPECT_EQ(extract("plain.tar"), "The program pintle-unpack is missing; install Pintle again")
             << program;
     }
@@ -268,7 +269,7 @@ TEST_F(RealArchives, NoArchiveChoosesAProgram) {
     const TemporaryFolder programs;
     fs::permissions(programs.path(), fs::perms(0777));
     const PlantedPrograms planted(programs.path());
-    auto archiver = linuxArchiver(UNPACK_PROGRAM);
+    auto archiver = limitedArchiver(UNPACK_PROGRAM);
     archiver.at("/usr/bin/tar").environment["PATH"] = programs.path().string() + ":/usr/bin:/bin";
     runner = makeQtProcessRunner(world.queue(), archiver);
     int seen = 0;

@@ -2,7 +2,7 @@
 #include <array>
 #include <sstream>
 
-#include "platform/linux/overlay/atspi_accessibility.h"
+#include "platform/freedesktop/atspi_accessibility.h"
 #include "tests/contract/overlay/child.h"
 #include "tests/contract/overlay/overlay_fixture.h"
 

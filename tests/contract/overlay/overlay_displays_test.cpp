@@ -1,6 +1,6 @@
 // Displays and the mouse in the program's coordinates: up is positive and the first screen carries the
 // origin.
-#include "platform/linux/overlay/x11_displays.h"
+#include "platform/x11/overlay/x11_displays.h"
 
 #include "tests/contract/overlay/overlay_fixture.h"
 

@@ -17,8 +17,8 @@
 #include "platform/fake/fake_key_value_store.h"
 #include "platform/fake/fake_log.h"
 #include "platform/fake/fake_workspace.h"
-#include "platform/linux/linux_desktop_names.h"
-#include "platform/linux/overlay/overlay_desktop.h"
+#include "platform/freedesktop/freedesktop_names.h"
+#include "platform/x11/overlay/overlay_desktop.h"
 #include "settings/cursor_settings.h"
 #include "tests/contract/overlay/onlooker.h"
 #include "tests/contract/x11/poll_queue.h"
@@ -138,7 +138,7 @@ class OverlayDesktopTest : public testing::Test {
     FakeKeyValueStore store;
     NotificationCenter notifications;
     CursorSettings settings{store, notifications};
-    DesktopNames names = makeLinuxDesktopNames();
+    DesktopNames names = makeFreedesktopNames();
     bool watched = false;
     std::unique_ptr<OverlayDesktop> desktop;
     std::unique_ptr<CursorOverlayManager> manager;

@@ -1,11 +1,11 @@
 // Hiding the pointer and identifying it on a real server, and what following a pointer costs.
 #include <X11/cursorfont.h>
 
-#include "platform/linux/overlay/overlay_connection.h"
-#include "platform/linux/overlay/x11_displays.h"
-#include "platform/linux/overlay/x11_overlay_surfaces.h"
-#include "platform/linux/overlay/x11_pointer.h"
-#include "platform/linux/overlay/x11_window_list.h"
+#include "platform/x11/overlay/overlay_connection.h"
+#include "platform/x11/overlay/x11_displays.h"
+#include "platform/x11/overlay/x11_overlay_surfaces.h"
+#include "platform/x11/overlay/x11_pointer.h"
+#include "platform/x11/windows/x11_window_list.h"
 #include "tests/contract/overlay/overlay_fixture.h"
 
 namespace pintle {

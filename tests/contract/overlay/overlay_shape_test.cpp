@@ -1,4 +1,4 @@
-#include "platform/linux/overlay/overlay_shape.h"
+#include "platform/x11/overlay/overlay_shape.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

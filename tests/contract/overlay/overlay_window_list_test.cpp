@@ -1,7 +1,7 @@
 // The windows of a real server as the rules about areas get them.
-#include "platform/linux/overlay/x11_window_list.h"
+#include "platform/x11/windows/x11_window_list.h"
 
-#include "platform/linux/overlay/x11_overlay_surfaces.h"
+#include "platform/x11/overlay/x11_overlay_surfaces.h"
 #include "tests/contract/overlay/overlay_fixture.h"
 
 namespace pintle {

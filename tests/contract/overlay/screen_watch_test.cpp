@@ -1,4 +1,4 @@
-#include "platform/linux/overlay/screen_watch.h"
+#include "platform/x11/overlay/screen_watch.h"
 
 #include <gtest/gtest.h>
 

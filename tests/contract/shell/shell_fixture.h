@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "app/qt/shell_desktop_x11.h"
+#include "app/quick/shell_desktop_x11.h"
 #include "platform/fake/fake_appearance.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_socket_watch.h"
@@ -26,7 +26,7 @@
 #include "platform/qt/shell/qt_popovers.h"
 #include "platform/qt/shell/qt_status_bar.h"
 #include "platform/qt/shell/qt_windows.h"
-#include "tests/contract/comego/loop_world.h"
+#include "tests/contract/session/loop_world.h"
 #include "tests/contract/test_bus.h"
 #include "tests/support/temporary_folder.h"
 

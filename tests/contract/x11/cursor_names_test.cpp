@@ -1,4 +1,4 @@
-#include "platform/linux/x11/cursor_names.h"
+#include "platform/x11/cursors/cursor_names.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

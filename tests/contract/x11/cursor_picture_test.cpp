@@ -1,4 +1,4 @@
-#include "platform/linux/x11/cursor_picture.h"
+#include "platform/x11/cursors/cursor_picture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/desktop_settings.h"
+#include "platform/x11/cursors/desktop_settings.h"
 
 #include <gtest/gtest.h>
 

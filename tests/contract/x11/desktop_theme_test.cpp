@@ -1,4 +1,4 @@
-#include "platform/linux/x11/desktop_theme.h"
+#include "platform/x11/cursors/desktop_theme.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/keeper_rules.h"
+#include "platform/x11/cursors/keeper_rules.h"
 
 #include <gtest/gtest.h>
 

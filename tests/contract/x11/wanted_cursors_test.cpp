@@ -1,11 +1,11 @@
-#include "platform/linux/x11/wanted_cursors.h"
+#include "platform/x11/cursors/wanted_cursors.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string_view>
 
-#include "platform/linux/x11/cursor_names.h"
+#include "platform/x11/cursors/cursor_names.h"
 
 namespace pintle::x11 {
 namespace {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/fake/fake_log.h"
-#include "platform/linux/x11/x11_window_server.h"
+#include "platform/x11/cursors/x11_window_server.h"
 #include "tests/contract/x11/poll_queue.h"
 #include "tests/contract/x11/x_test_client.h"
 #include "tests/contract/x11/x_test_server.h"

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <set>
 
-#include "platform/linux/x11/cursor_names.h"
+#include "platform/x11/cursors/cursor_names.h"
 #include "tests/contract/x11/x11_fixture.h"
 
 namespace pintle {

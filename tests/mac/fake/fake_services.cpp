@@ -9,7 +9,7 @@
 #include <list>
 #include <mutex>
 
-#include "platform/linux/plist_coder.h"
+#include "platform/plist/plist_coder.h"
 #include "tests/mac/fake/fake_string.h"
 #include "tests/mac/fake/fake_values.h"
 #include "tests/mac/fake/mac_world.h"

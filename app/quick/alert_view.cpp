@@ -1,0 +1,25 @@
+#include "app/quick/alert_view.h"
+
+#include <utility>
+
+#include "app/quick/translated.h"
+
+namespace pintle {
+
+void AlertView::show(const Alert& alert, std::function<void(int button)> chosen) {
+    message_ = translated(alert.message);
+    informativeText_ = translated(alert.informativeText);
+    buttons_.clear();
+    for (const auto& button : alert.buttons) buttons_.append(translated(button));
+    if (buttons_.isEmpty()) buttons_.append(translated("OK"));
+    warning_ = alert.style == AlertStyle::warning;
+    chosen_ = std::move(chosen);
+    Q_EMIT changed();
+}
+
+void AlertView::choose(int button) {
+    if (button < 0 || button >= buttons_.size()) return;
+    if (const auto chosen = std::exchange(chosen_, nullptr)) chosen(button);
+}
+
+}  // namespace pintle

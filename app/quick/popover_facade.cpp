@@ -1,0 +1,98 @@
+#include "app/quick/popover_facade.h"
+
+#include <QVariantMap>
+
+#include <numbers>
+
+#include "app/quick/symbol_icons.h"
+#include "app/quick/translated.h"
+
+namespace pintle {
+namespace {
+
+constexpr double springStep = 0.016;
+constexpr double angularFrequency = 2 * std::numbers::pi / PopoverModel::percentSpringResponse;
+
+QString icon(std::string_view symbol) {
+    const auto name = iconOfSymbol(symbol);
+    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+}
+
+}  // namespace
+
+PopoverFacade::PopoverFacade(PopoverModel& model, PreviewImages& previews, QObject* parent)
+    : QObject(parent),
+      model_(model),
+      rows_(model, previews),
+      finder_(model),
+      changed_(model.changed.observe([this] { Q_EMIT changed(); })) {}
+
+QString PopoverFacade::title() const { return translated(PopoverModel::title()); }
+QString PopoverFacade::logo() const { return icon(PopoverModel::logo); }
+
+QString PopoverFacade::update() const {
+    const auto button = model_.updateButton();
+    return button ? translated(*button) : QString();
+}
+
+QString PopoverFacade::updateIcon() const { return icon(symbol::update); }
+
+QVariantList PopoverFacade::headerButtons() const {
+    QVariantList buttons;
+    for (const auto& button : PopoverModel::headerButtons())
+        buttons.append(QVariantMap{{"icon", icon(button.symbol)}, {"name", translated(button.name)}});
+    return buttons;
+}
+
+QString PopoverFacade::unavailable() const {
+    const auto sentence = model_.unavailable();
+    return sentence ? translated(*sentence) : QString();
+}
+
+QVariantList PopoverFacade::filters() const {
+    QVariantList filters;
+    for (const auto& button : model_.filterButtons())
+        filters.append(QVariantMap{{"icon", icon(button.icon)}, {"title", translated(button.title)}});
+    return filters;
+}
+
+int PopoverFacade::filter() const {
+    const auto buttons = model_.filterButtons();
+    for (std::size_t index = 0; index < buttons.size(); ++index)
+        if (buttons[index].isSelected) return static_cast<int>(index);
+    return -1;
+}
+
+QString PopoverFacade::filterName() const { return translated(popover_text::filterName); }
+QString PopoverFacade::listName() const { return translated(popover_text::listName); }
+QString PopoverFacade::animatedHelp() const { return translated(row_text::animatedHelp); }
+QString PopoverFacade::deleteHelp() const { return translated(row_text::deleteHelp); }
+QString PopoverFacade::scaleText() const { return translated(model_.scaleText()); }
+QString PopoverFacade::percentText(int percent) { return translated(pintle::percentText(percent / 100.0)); }
+QString PopoverFacade::scaleName() const { return translated(popover_text::scaleName); }
+QString PopoverFacade::scaleIcon() const { return icon(symbol::scale); }
+
+double PopoverFacade::percentStiffness() { return angularFrequency * angularFrequency * springStep; }
+
+double PopoverFacade::percentFriction() {
+    return 2 * PopoverModel::percentSpringDamping * angularFrequency * springStep;
+}
+
+QString PopoverFacade::systemDefault() const { return translated(popover_text::systemDefault); }
+QString PopoverFacade::systemDefaultHelp() const { return translated(popover_text::systemDefaultHelp); }
+QString PopoverFacade::reset() const { return translated(popover_text::reset); }
+QString PopoverFacade::resetHelp() const { return translated(popover_text::resetHelp); }
+
+void PopoverFacade::pressHeader(int index) {
+    const auto buttons = PopoverModel::headerButtons();
+    if (index >= 0 && index < static_cast<int>(buttons.size()))
+        model_.press(buttons[static_cast<std::size_t>(index)].request);
+}
+
+void PopoverFacade::selectFilter(int index) {
+    const auto buttons = model_.filterButtons();
+    if (index >= 0 && index < static_cast<int>(buttons.size()))
+        model_.select(buttons[static_cast<std::size_t>(index)].filter);
+}
+
+}  // namespace pintle

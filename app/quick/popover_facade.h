@@ -1,0 +1,114 @@
+// The popover's model as its view sees it: texts translated, symbols as names of drawings, operations to
+// call. Decides nothing. Main thread only.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QVariantList>
+
+#include <vector>
+
+#include "app/popover_model.h"
+#include "app/quick/preview_images.h"
+#include "app/quick/row_finder.h"
+#include "app/quick/theme_rows_model.h"
+#include "base/subscription.h"
+
+namespace pintle {
+
+class PopoverFacade : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString logo READ logo CONSTANT)
+    Q_PROPERTY(QString update READ update NOTIFY changed)
+    Q_PROPERTY(QString updateIcon READ updateIcon CONSTANT)
+    Q_PROPERTY(QVariantList headerButtons READ headerButtons CONSTANT)
+    Q_PROPERTY(QString unavailable READ unavailable CONSTANT)
+    Q_PROPERTY(QVariantList filters READ filters CONSTANT)
+    Q_PROPERTY(int filter READ filter NOTIFY changed)
+    Q_PROPERTY(QString filterName READ filterName CONSTANT)
+    Q_PROPERTY(pintle::ThemeRowsModel* rows READ rows CONSTANT)
+    Q_PROPERTY(pintle::RowFinder* finder READ finder CONSTANT)
+    Q_PROPERTY(QString listName READ listName CONSTANT)
+    Q_PROPERTY(QString animatedHelp READ animatedHelp CONSTANT)
+    Q_PROPERTY(QString deleteHelp READ deleteHelp CONSTANT)
+    Q_PROPERTY(bool footerEnabled READ footerEnabled CONSTANT)
+    Q_PROPERTY(double scale READ scale NOTIFY changed)
+    Q_PROPERTY(double scaleFrom READ scaleFrom CONSTANT)
+    Q_PROPERTY(double scaleTo READ scaleTo CONSTANT)
+    Q_PROPERTY(double scaleStep READ scaleStep CONSTANT)
+    Q_PROPERTY(double scaleNotch READ scaleNotch CONSTANT)
+    Q_PROPERTY(int scalePercent READ scalePercent NOTIFY changed)
+    Q_PROPERTY(QString scaleText READ scaleText NOTIFY changed)
+    Q_PROPERTY(QString scaleName READ scaleName CONSTANT)
+    Q_PROPERTY(QString scaleIcon READ scaleIcon CONSTANT)
+    Q_PROPERTY(double percentStiffness READ percentStiffness CONSTANT)
+    Q_PROPERTY(double percentFriction READ percentFriction CONSTANT)
+    Q_PROPERTY(QString systemDefault READ systemDefault CONSTANT)
+    Q_PROPERTY(QString systemDefaultHelp READ systemDefaultHelp CONSTANT)
+    Q_PROPERTY(QString reset READ reset CONSTANT)
+    Q_PROPERTY(QString resetHelp READ resetHelp CONSTANT)
+
+  public:
+    /// Both must outlive the facade.
+    PopoverFacade(PopoverModel& model, PreviewImages& previews, QObject* parent = nullptr);
+
+    QString title() const;
+    QString logo() const;
+    /// Empty while there is no update.
+    QString update() const;
+    QString updateIcon() const;
+    /// Maps of "icon" and "name".
+    QVariantList headerButtons() const;
+    /// Empty where the pointer can change.
+    QString unavailable() const;
+    /// Maps of "icon" and "title".
+    QVariantList filters() const;
+    int filter() const;
+    QString filterName() const;
+    ThemeRowsModel* rows() { return &rows_; }
+    RowFinder* finder() { return &finder_; }
+    QString listName() const;
+    QString animatedHelp() const;
+    QString deleteHelp() const;
+    bool footerEnabled() const { return model_.footerEnabled(); }
+    double scale() const { return model_.cursorScale(); }
+    static double scaleFrom() { return PopoverModel::scaleRange.from; }
+    static double scaleTo() { return PopoverModel::scaleRange.to; }
+    static double scaleStep() { return PopoverModel::scaleRange.step; }
+    static double scaleNotch() { return PopoverModel::scaleNotch; }
+    int scalePercent() const { return static_cast<int>(model_.scalePercent()); }
+    QString scaleText() const;
+    /// Of a whole percentage on its way from one scale to the next.
+    Q_INVOKABLE static QString percentText(int percent);
+    QString scaleName() const;
+    QString scaleIcon() const;
+    /// The percentage's spring in the units of the views' own spring, which moves in steps of 16 ms.
+    static double percentStiffness();
+    static double percentFriction();
+    QString systemDefault() const;
+    QString systemDefaultHelp() const;
+    QString reset() const;
+    QString resetHelp() const;
+
+    Q_INVOKABLE void openDownloadPage() { model_.openDownloadPage(); }
+    /// `index` counts headerButtons() and filters().
+    Q_INVOKABLE void pressHeader(int index);
+    Q_INVOKABLE void selectFilter(int index);
+    Q_INVOKABLE void tap(const QString& themeId) { model_.buttonAction(themeId.toStdString()); }
+    Q_INVOKABLE void deleteTheme(const QString& themeId) { model_.deleteTheme(themeId.toStdString()); }
+    Q_INVOKABLE void slide(double value) { model_.sliderChanged(value); }
+    Q_INVOKABLE void resetToDefault() { model_.resetToDefault(); }
+    Q_INVOKABLE void resetScale() { model_.resetScale(); }
+
+  Q_SIGNALS:
+    void changed();
+
+  private:
+    PopoverModel& model_;
+    ThemeRowsModel rows_;
+    RowFinder finder_;
+    Subscription changed_;
+};
+
+}  // namespace pintle

@@ -1,0 +1,22 @@
+#include "app/quick/prepare_toolkit_mac.h"
+
+#include <QGuiApplication>
+
+#include "app/quick/root.h"
+#include "platform/qt/qt_process_runner.h"
+
+namespace pintle {
+
+std::optional<std::string> prepareToolkit() {
+    qputenv(kStayInBackground, "1");
+    QCoreApplication::setApplicationName(QStringLiteral("Pintle"));
+    // The program lives in the menu bar and ends when it is told to.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    return std::nullopt;
+}
+
+std::unique_ptr<ProcessRunner> makeRunnerForForeignPrograms(MainQueue& queue) {
+    return makeQtProcessRunner(queue, {}, {kStayInBackground});
+}
+
+}  // namespace pintle

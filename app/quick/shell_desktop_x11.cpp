@@ -1,0 +1,39 @@
+#include "app/quick/shell_desktop_x11.h"
+
+#include <utility>
+
+namespace pintle {
+
+ShellDesktop makeShellDesktop(X11Shell& x) {
+    ShellDesktop desktop;
+    if (auto* const presses = x.presses()) {
+        desktop.watchPresses = [presses](auto handler) { return presses->observe(std::move(handler)); };
+        desktop.currentPress = [&x] { return x.currentPress(); };
+    }
+    desktop.trayHosts = [&x] { return TrayHosts{x.hasNotifierHost(), x.hasEmbeddingTray()}; };
+    desktop.observeTrayHosts = [&x](auto changed) { return x.observeTrays(std::move(changed)); };
+    desktop.panelLook = [&x](NativeWindow icon) -> std::optional<PanelLook> {
+        const auto ground = x.groundOf(icon);
+        if (!ground) return std::nullopt;
+        return PanelLook{ground->dark, ground->foreground};
+    };
+    desktop.activate = toolkit_windows::activate;
+    desktop.leaveTaskbar = toolkit_windows::leaveTaskbar;
+    desktop.setInputArea = [](NativeWindow window, const QRect& area) {
+        toolkit_windows::setInputArea(window, area.x(), area.y(), area.width(), area.height());
+    };
+    const auto margins = [](const panels::Insets& insets) {
+        return QMargins(insets.left, insets.top, insets.right, insets.bottom);
+    };
+    desktop.frameExtents = [margins](NativeWindow window) {
+        return margins(toolkit_windows::frameExtents(window));
+    };
+    desktop.panelInsets = [&x, margins](const QString& screen) -> std::optional<QMargins> {
+        const auto insets = x.insetsOf(screen.toStdString());
+        if (!insets) return std::nullopt;
+        return margins(*insets);
+    };
+    return desktop;
+}
+
+}  // namespace pintle

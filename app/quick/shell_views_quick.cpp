@@ -1,0 +1,159 @@
+#include "app/quick/shell_views_quick.h"
+
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+
+#include <array>
+#include <map>
+
+#include "app/quick/panel_shadow.h"
+#include "app/quick/popover_facade.h"
+#include "app/quick/preview_images.h"
+#include "app/quick/refused_network.h"
+
+namespace pintle {
+namespace {
+
+constexpr int panelRadius = 12;
+
+/// The desktop's own font; where it has none, one that is drawn well at small sizes.
+QString fontFamily() {
+    auto asked = QGuiApplication::font().family();
+    if (QFontDatabase::hasFamily(asked)) return asked;
+    for (const char* family : {"Inter", "Noto Sans", "DejaVu Sans"})
+        if (QFontDatabase::hasFamily(QString::fromLatin1(family))) return QString::fromLatin1(family);
+    return asked;
+}
+
+QColor clearColour(const ViewLook& look) {
+    if (look.look().blendsWindows) return Qt::transparent;
+    return look.dark() ? QColor(0x1B, 0x1E, 0x1F) : QColor(0xF7, 0xF8, 0xF8);
+}
+
+}  // namespace
+
+struct ShellViewsQuick::Scenes {
+    RefusedNetwork network;
+    QQmlEngine engine;
+    PreviewImages previews;
+    PopoverModel* popoverModel = nullptr;
+    std::unique_ptr<PopoverFacade> popoverFacade;
+    std::unique_ptr<QQuickView> popover;
+    std::map<WindowContent, std::unique_ptr<QWindow>> windows;
+};
+
+ShellViewsQuick::ShellViewsQuick(Neighbours neighbours) : to_(std::move(neighbours)) {
+    // The renderer that runs everywhere and keeps no graphics driver in memory. Before the first window.
+    if (QQuickWindow::graphicsApi() != QSGRendererInterface::Software)
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QQuickWindow::setDefaultAlphaBuffer(true);
+    appearanceChanged_ = to_.appearance.observe([this] { followLook(); });
+    settingsChanged_ = to_.settings.changed.observe([this] { followLook(); });
+    followLook();
+}
+
+ShellViewsQuick::~ShellViewsQuick() = default;
+
+void ShellViewsQuick::followLook() {
+    const auto& desktop = to_.appearance.look();
+    const auto glass = glassBackground(to_.settings);
+    look_.setLook({.dark = desktop.dark,
+                   .glassMode = glass.isOn,
+                   .glassOpacity = glass.opacity,
+                   .blendsWindows = composited_,
+                   .nativelyHosted = nativelyHosted_,
+                   .reducedMotion = desktop.reducedMotion,
+                   .highContrast = desktop.highContrast,
+                   .textScale = desktop.textScale,
+                   // Fonts are looked through when there is something to draw with them.
+                   .fontFamily = scenes_ ? fontFamily() : QString()});
+    if (!scenes_ || !scenes_->popover) return;
+    scenes_->popover->setColor(clearColour(look_));
+    scenes_->popover->rootObject()->setProperty("shadowMargin", popoverShape().shadow.left());
+}
+
+void ShellViewsQuick::setComposited(bool composited) {
+    composited_ = composited;
+    followLook();
+}
+
+void ShellViewsQuick::setNativelyHosted() {
+    nativelyHosted_ = true;
+    followLook();
+}
+
+double ShellViewsQuick::popoverMaterial() const {
+    return nativelyHosted_ && look_.glass() ? look_.glassOpacity() : 0;
+}
+
+void ShellViewsQuick::setTitleStrip(WindowContent content, double height) {
+    if (auto* const view = qobject_cast<QQuickView*>(window(content)))
+        view->rootObject()->setProperty("titleStrip", height);
+}
+
+ShellViewsQuick::Scenes& ShellViewsQuick::scenes() {
+    if (!scenes_) {
+        offerToViews(look_);
+        scenes_ = std::make_unique<Scenes>();
+        scenes_->engine.setNetworkAccessManagerFactory(&scenes_->network);
+        followLook();
+        const double scale = qGuiApp->devicePixelRatio();
+        scenes_->engine.addImageProvider(PreviewImages::providerName,
+                                         scenes_->previews.makeProvider().release());
+        scenes_->engine.addImageProvider("shadow", PanelShadow::makeProvider(scale, panelRadius).release());
+    }
+    return *scenes_;
+}
+
+QWindow* ShellViewsQuick::popover() {
+    auto& made = scenes();
+    if (made.popover) return made.popover.get();
+    if (!made.popoverModel) {
+        made.popoverModel = &to_.popover();
+        made.popoverFacade = std::make_unique<PopoverFacade>(*made.popoverModel, made.previews);
+    }
+    auto view = std::make_unique<QQuickView>(&made.engine, nullptr);
+    view->setResizeMode(QQuickView::SizeRootObjectToView);
+    view->setColor(clearColour(look_));
+    view->setTitle(made.popoverFacade->title());
+    view->setInitialProperties({{"popover", QVariant::fromValue<QObject*>(made.popoverFacade.get())},
+                                {"shadowMargin", popoverShape().shadow.left()}});
+    view->setSource(QUrl("qrc:/qt-project.org/imports/Pintle/Popover.qml"));
+    if (view->status() != QQuickView::Ready) return nullptr;
+    made.popover = std::move(view);
+    return made.popover.get();
+}
+
+PopoverShape ShellViewsQuick::popoverShape() const {
+    const int margin = composited_ && !nativelyHosted_ ? PanelShadow::margin : 0;
+    return {QMargins(margin, margin, margin, margin), nativelyHosted_ ? 0 : panelRadius};
+}
+
+void ShellViewsQuick::popoverWillShow(bool animates) {
+    if (!popover()) return;
+    scenes_->popoverModel->onAppear();
+    QMetaObject::invokeMethod(scenes_->popover->rootObject(), "willShow", Q_ARG(bool, animates));
+}
+
+void ShellViewsQuick::popoverDidHide() {
+    // What is not seen keeps no pixels.
+    if (scenes_ && scenes_->popover) scenes_->popover->releaseResources();
+}
+
+QWindow* ShellViewsQuick::window(WindowContent content) {
+    auto& made = scenes();
+    const auto known = made.windows.find(content);
+    if (known != made.windows.end()) return known->second.get();
+    auto view = to_.makeWindow ? to_.makeWindow(made.engine, content) : nullptr;
+    if (!view) return nullptr;
+    return made.windows.emplace(content, std::move(view)).first->second.get();
+}
+
+QWindow* ShellViewsQuick::alert(const Alert& alert, std::function<void(int button)> chosen) {
+    return to_.makeAlert ? to_.makeAlert(scenes().engine, alert, std::move(chosen)) : nullptr;
+}
+
+}  // namespace pintle

@@ -1,0 +1,190 @@
+#include "platform/freedesktop/dbus_instance_bus.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QByteArray>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QString>
+#include <QVariant>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "base/signal.h"
+
+namespace pintle {
+namespace {
+
+constexpr int kProbeMilliseconds = 1000;
+constexpr int kCallMilliseconds = 2000;
+constexpr int kReleaseMilliseconds = 500;
+constexpr unsigned kDoNotQueue = 4;
+/// Answers to RequestName.
+constexpr unsigned kInQueue = 2;
+constexpr unsigned kExists = 3;
+
+std::optional<std::string> sessionBusAddress() {
+    const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    if (address && *address) {
+        // This form would start a bus of its own.
+        if (std::string_view(address).starts_with("autolaunch")) return std::nullopt;
+        return address;
+    }
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (!runtime || *runtime != '/') return std::nullopt;
+    const std::string socket = std::string(runtime) + "/bus";
+    if (::access(socket.c_str(), F_OK) != 0) return std::nullopt;
+    return "unix:path=" + socket;
+}
+
+std::string unescaped(std::string_view value) {
+    return QByteArray::fromPercentEncoding(QByteArray(value.data(), static_cast<qsizetype>(value.size())))
+        .toStdString();
+}
+
+/// The socket of the first entry of an address list when that is a local one.
+std::optional<std::pair<sockaddr_un, socklen_t>> localSocket(std::string_view address) {
+    address = address.substr(0, address.find(';'));
+    if (!address.starts_with("unix:")) return std::nullopt;
+    address.remove_prefix(5);
+    while (!address.empty()) {
+        const auto end = address.find(',');
+        const auto entry = address.substr(0, end);
+        address = end == std::string_view::npos ? std::string_view() : address.substr(end + 1);
+        const bool abstract = entry.starts_with("abstract=");
+        if (!abstract && !entry.starts_with("path=")) continue;
+        const std::string name = unescaped(entry.substr(entry.find('=') + 1));
+        sockaddr_un socket = {};
+        socket.sun_family = AF_UNIX;
+        if (name.empty() || name.size() + 1 >= sizeof socket.sun_path) return std::nullopt;
+        std::memcpy(socket.sun_path + (abstract ? 1 : 0), name.data(), name.size());
+        return std::pair{socket, static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size() + 1)};
+    }
+    return std::nullopt;
+}
+
+/// Whether someone behind the address speaks the protocol. The library's own first call has no time limit
+/// that can be set, and a stopped bus would hang the start for half a minute.
+bool answers(const std::string& address) {
+    const auto local = localSocket(address);
+    if (!local) return true;
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (fd < 0) return true;
+    bool alive = false;
+    if (::connect(fd, reinterpret_cast<const sockaddr*>(&local->first), local->second) == 0) {
+        std::string hello(1, '\0');
+        hello += "AUTH EXTERNAL " + QByteArray::number(::getuid()).toHex().toStdString() + "\r\n";
+        pollfd reply{fd, POLLIN, 0};
+        char first = 0;
+        alive = ::send(fd, hello.data(), hello.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(hello.size()) &&
+                ::poll(&reply, 1, kProbeMilliseconds) == 1 && ::recv(fd, &first, 1, 0) == 1;
+    }
+    ::close(fd);
+    return alive;
+}
+
+/// The object behind the name: other copies call its one method with the name of their message.
+class Mailbox : public QDBusVirtualObject {
+  public:
+    explicit Mailbox(QString interface) : interface_(std::move(interface)) {}
+    QString introspect(const QString&) const override {
+        return QStringLiteral(
+                   "<interface name=\"%1\"><method name=\"Post\"><arg name=\"name\" type=\"s\" "
+                   "direction=\"in\"/></method></interface>")
+            .arg(interface_);
+    }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (message.interface() != interface_ || message.member() != QLatin1String("Post") ||
+            message.signature() != QLatin1String("s"))
+            return false;
+        // The sender waits for this before it ends.
+        bus.send(message.createReply());
+        heard.emit(message.arguments().constFirst().toString().toStdString());
+        return true;
+    }
+    Signal<const std::string&> heard;
+
+  private:
+    const QString interface_;
+};
+
+class DbusInstanceBus : public InstanceBus {
+  public:
+    explicit DbusInstanceBus(const std::string& name)
+        : name_(QString::fromStdString(name)),
+          path_(QLatin1Char('/') + QString(name_).replace(QLatin1Char('.'), QLatin1Char('/'))),
+          mailbox_(name_) {}
+    ~DbusInstanceBus() override {
+        if (!connected_) return;
+        QDBusConnection(connectionName()).unregisterObject(path_);
+        // The bus notices a closed connection when it comes to it; a program that is started again right away
+        // must not find this one. The reply is the sign that it has let go.
+        ask("ReleaseName", {name_}, kReleaseMilliseconds);
+        QDBusConnection::disconnectFromBus(connectionName());
+    }
+
+    bool anotherCopyRuns() override {
+        if (!connected_) {
+            const auto address = sessionBusAddress();
+            if (!address || !answers(*address)) return false;
+            connected_ = true;
+            // The object is there before the name is, so that no message finds the name without it.
+            QDBusConnection::connectToBus(QString::fromStdString(*address), connectionName())
+                .registerVirtualObject(path_, &mailbox_);
+        }
+        const auto answer = ask("RequestName", {name_, kDoNotQueue}, kCallMilliseconds);
+        return answer == kExists || answer == kInQueue;
+    }
+
+    void post(const std::string& message) override {
+        const QDBusConnection bus(connectionName());
+        if (!bus.isConnected()) return;
+        auto call = QDBusMessage::createMethodCall(name_, path_, name_, QStringLiteral("Post"));
+        call.setArguments({QString::fromStdString(message)});
+        bus.call(call, QDBus::Block, kCallMilliseconds);
+    }
+
+    Subscription observe(const std::string& message, std::function<void()> heard) override {
+        return mailbox_.heard.observe([message, heard = std::move(heard)](const std::string& name) {
+            if (name == message) heard();
+        });
+    }
+
+  private:
+    /// A call to the bus itself; absent without an answer in time.
+    std::optional<unsigned> ask(const char* method, const QVariantList& arguments, int milliseconds) const {
+        const QDBusConnection bus(connectionName());
+        if (!bus.isConnected()) return std::nullopt;
+        auto call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method));
+        call.setArguments(arguments);
+        const auto reply = bus.call(call, QDBus::Block, milliseconds);
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return std::nullopt;
+        return reply.arguments().constFirst().toUInt();
+    }
+    QString connectionName() const { return QStringLiteral("instance ") + name_ + suffix_; }
+
+    const QString name_;
+    const QString path_;
+    Mailbox mailbox_;
+    /// Several of these in one process each have a connection of their own.
+    const QString suffix_ = QStringLiteral(" ") + QString::number(reinterpret_cast<quintptr>(this), 16);
+    bool connected_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<InstanceBus> makeDbusInstanceBus(const std::string& name) {
+    return std::make_unique<DbusInstanceBus>(name);
+}
+
+}  // namespace pintle

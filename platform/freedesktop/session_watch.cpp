@@ -1,0 +1,128 @@
+#include "platform/freedesktop/session_watch.h"
+
+#include <unistd.h>
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace pintle {
+namespace {
+
+const QString kLogin = QStringLiteral("org.freedesktop.login1");
+const QString kLoginPath = QStringLiteral("/org/freedesktop/login1");
+const QString kManager = QStringLiteral("org.freedesktop.login1.Manager");
+const QString kSession = QStringLiteral("org.freedesktop.login1.Session");
+const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
+
+}  // namespace
+
+class SessionWatch::Receiver : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit Receiver(SessionListener listener) : listener_(std::move(listener)) {
+        if (system_.isConnected()) {
+            system_.connect(kLogin, kLoginPath, kManager, QStringLiteral("PrepareForSleep"), this,
+                            SLOT(prepareForSleep(bool)));
+            findSession();
+        }
+        if (session_.isConnected())
+            for (const auto* interface :
+                 {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
+                  "org.mate.ScreenSaver", "org.xfce.ScreenSaver"})
+                session_.connect(QString(), QString(), QLatin1String(interface),
+                                 QStringLiteral("ActiveChanged"), this, SLOT(screenSaverChanged(bool)));
+    }
+
+  private Q_SLOTS:
+    void prepareForSleep(bool sleeping) { listener_.sleep(sleeping); }
+    void lock() { setLocked(true); }
+    void unlock() { setLocked(false); }
+    void screenSaverChanged(bool active) { setLocked(active); }
+    void sessionChanged(const QString& interface, const QVariantMap& changed, const QStringList&) {
+        const auto active = changed.constFind(QStringLiteral("Active"));
+        if (interface == kSession && active != changed.constEnd()) setActive(active->toBool());
+    }
+
+  private:
+    // The ways to learn the path of this process's session, each tried when the one before it failed.
+    void findSession() {
+        if (const auto id = qEnvironmentVariable("XDG_SESSION_ID"); !id.isEmpty())
+            questions_.push_back(managerCall(QStringLiteral("GetSession"), id));
+        questions_.push_back(
+            managerCall(QStringLiteral("GetSessionByPID"), static_cast<quint32>(::getpid())));
+        askNext();
+    }
+    static QDBusMessage managerCall(const QString& method, const QVariant& argument) {
+        auto call = QDBusMessage::createMethodCall(kLogin, kLoginPath, kManager, method);
+        call << argument;
+        return call;
+    }
+    void askNext() {
+        if (asked_ == questions_.size()) {
+            // The session of a program that was started outside of any: whatever session there is.
+            followSession(QString());
+            return;
+        }
+        auto* answer = new QDBusPendingCallWatcher(system_.asyncCall(questions_[asked_++]), this);
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+            answer->deleteLater();
+            const QDBusPendingReply<QDBusObjectPath> path = *answer;
+            if (path.isError())
+                askNext();
+            else
+                followSession(path.value().path());
+        });
+    }
+    void followSession(const QString& path) {
+        system_.connect(kLogin, path, kSession, QStringLiteral("Lock"), this, SLOT(lock()));
+        system_.connect(kLogin, path, kSession, QStringLiteral("Unlock"), this, SLOT(unlock()));
+        system_.connect(kLogin, path, kProperties, QStringLiteral("PropertiesChanged"), this,
+                        SLOT(sessionChanged(QString, QVariantMap, QStringList)));
+        if (path.isEmpty()) return;
+        auto call = QDBusMessage::createMethodCall(kLogin, path, kProperties, QStringLiteral("Get"));
+        call << kSession << QStringLiteral("Active");
+        auto* answer = new QDBusPendingCallWatcher(system_.asyncCall(call), this);
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+            answer->deleteLater();
+            const QDBusPendingReply<QDBusVariant> active = *answer;
+            if (!active.isError() && !active_) active_ = active.value().variant().toBool();
+        });
+    }
+    void setActive(bool active) {
+        if (active_ != active) {
+            active_ = active;
+            if (active) listener_.sessionActive();
+        }
+    }
+    // The session manager and the lock screen both tell of one lock.
+    void setLocked(bool locked) {
+        if (std::exchange(locked_, locked) != locked) listener_.lock(locked);
+    }
+
+    SessionListener listener_;
+    QDBusConnection system_ = QDBusConnection::systemBus();
+    QDBusConnection session_ = QDBusConnection::sessionBus();
+    std::vector<QDBusMessage> questions_;
+    std::size_t asked_ = 0;
+    std::optional<bool> active_;
+    bool locked_ = false;
+};
+
+SessionWatch::SessionWatch(SessionListener listener)
+    : receiver_(std::make_unique<Receiver>(std::move(listener))) {}
+SessionWatch::~SessionWatch() = default;
+
+}  // namespace pintle
+
+#include "session_watch.moc"

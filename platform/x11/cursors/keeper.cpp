@@ -1,0 +1,167 @@
+#include "platform/x11/cursors/keeper.h"
+
+#include <algorithm>
+
+namespace pintle::x11 {
+namespace {
+
+// Time for programs to show what was replaced by name.
+constexpr std::chrono::milliseconds kSettleTime{40};
+// A held button means a grab, whose cursor is not that of the window under the pointer.
+constexpr std::chrono::milliseconds kButtonTime{250};
+constexpr int kRoundsByName = 2;
+constexpr std::size_t kMostSettled = 4096;
+constexpr std::size_t kMostTouched = 1024;
+
+}  // namespace
+
+void Keeper::applied(const std::vector<WantedCursors::Change>& changes) {
+    const bool wasOn = on_;
+    on_ = desk_.wanted.hasTheme();
+    waiting_ = false;
+    timer_.end();
+    subject_ = {};
+    settled_.clear();
+    limit_.reset();
+    if (on_ != wasOn) desk_.watcher->listenToCursors(on_);
+    giveBackTouched(changes);
+    if (on_)
+        examine();
+    else
+        lastKnown_.reset();
+}
+
+void Keeper::giveBackTouched(const std::vector<WantedCursors::Change>& changes) {
+    for (const auto& [window, touched] : touched_) {
+        const auto name = touched.name;
+        const bool changed =
+            std::any_of(changes.begin(), changes.end(), [&](const auto& each) { return each.name == name; });
+        // What is set by the core protocol has been replaced by name already.
+        if (changed && touched.channel == CursorChannel::device)
+            desk_.registration->define(window, name, touched.channel);
+        if (!on_ && !changed) desk_.registration->undefine(window, touched.channel);
+    }
+    // A resting keeper does not see when a program takes its window back.
+    if (!on_) touched_.clear();
+}
+
+void Keeper::stop() {
+    on_ = false;
+    waiting_ = false;
+    timer_.end();
+    touched_.clear();
+}
+
+void Keeper::watcherReplaced() {
+    lastKnown_.reset();
+    if (!on_) return;
+    desk_.watcher->listenToCursors(true);
+    examine();
+}
+
+void Keeper::cursorShown(const ShownCursor& cursor) {
+    if (!on_) return;
+    lastKnown_ = cursor;
+    if (!waiting_ && !settled_.contains(cursor.serial)) examine();
+}
+
+KeeperFinding Keeper::judged(const ShownCursor& shown) {
+    const auto finding = judge(
+        shown, [this](std::string_view name) { return desk_.wanted.themePicture(name); },
+        [this](Fingerprint image) { return desk_.theme.nameOf(image); });
+    if (finding.verdict == KeeperVerdict::leave) {
+        if (settled_.size() >= kMostSettled) settled_.clear();
+        settled_.insert(shown.serial);
+    }
+    return finding;
+}
+
+void Keeper::examine() {
+    const auto shown = read();
+    if (!shown) return;
+    const auto finding = judged(*shown);
+    if (finding.verdict == KeeperVerdict::replace) startWith(*shown, finding.name, 0);
+}
+
+void Keeper::startWith(const ShownCursor& shown, std::string_view name, int rounds) {
+    const auto pointer = desk_.watcher->pointer();
+    if (!pointer || !limit_.allow(pointer->x, pointer->y, queue_.now())) return;
+    desk_.registration->replaceByName(name);
+    desk_.registration->connection().synchronize();
+    subject_ = {shown.serial, name, rounds + 1};
+    waitFor(kSettleTime);
+}
+
+void Keeper::waitFor(std::chrono::milliseconds time) {
+    waiting_ = true;
+    timer_ = queue_.after(time, [this] {
+        waiting_ = false;
+        examineAgain();
+        haveRead_();
+    });
+}
+
+void Keeper::examineAgain() {
+    const auto before = desk_.watcher->pointer();
+    const auto shown = read();
+    const auto after = desk_.watcher->pointer();
+    if (!shown || !before || !after) return;
+    const auto finding = judged(*shown);
+    if (finding.verdict == KeeperVerdict::leave) {
+        // An animation comes to be shown with a serial of its own before its frames.
+        settled_.insert(subject_.serial);
+        return;
+    }
+    if (finding.name != subject_.name) return startWith(*shown, finding.name, 0);
+    // Frames of an animation have serials of their own; a named cursor with another serial may be one that
+    // was made since, so it is replaced by name once more.
+    const bool same =
+        shown->name.empty() || shown->serial == subject_.serial || subject_.rounds >= kRoundsByName;
+    if (!same) return startWith(*shown, finding.name, subject_.rounds);
+    if (after->buttonPressed) return waitFor(kButtonTime);
+    if (before->deepest != after->deepest) return waitFor(kSettleTime);
+    replaceOnWindow(*shown, finding.name, after->deepest);
+}
+
+void Keeper::replaceOnWindow(const ShownCursor& shown, std::string_view name, xcb_window_t window) {
+    // Never a device cursor first where a program sets private cursors by the core protocol: it would hide
+    // all later ones.
+    auto outcome = Outcome::refused;
+    if (shown.name.empty()) outcome = tryOn(window, name, CursorChannel::core);
+    if (outcome == Outcome::refused) outcome = tryOn(window, name, CursorChannel::device);
+    // Something else decides, for instance a grab that began without a button.
+    if (outcome == Outcome::refused) settled_.insert(shown.serial);
+    if (outcome == Outcome::overtaken) waitFor(kSettleTime);
+}
+
+Keeper::Outcome Keeper::tryOn(xcb_window_t window, std::string_view name, CursorChannel channel) {
+    auto& registration = *desk_.registration;
+    auto& connection = registration.connection();
+    // All areas of a program's window may be one window of the server: a cursor that the program sets between
+    // the look and the answer would be covered by that of the area which the pointer has left.
+    const ServerGrab alone(connection);
+    const auto before = x11::shownCursor(connection, lastKnown_);
+    const auto pointer = pointerState(connection);
+    if (!before || !pointer || pointer->deepest != window) return Outcome::overtaken;
+    const auto finding = judged(*before);
+    if (finding.verdict == KeeperVerdict::leave) return Outcome::shows;
+    if (finding.name != name) return Outcome::overtaken;
+
+    registration.define(window, name, channel);
+    const auto after = x11::shownCursor(connection, lastKnown_);
+    // An animation shows nothing until its first frame is due. Nobody else can have set it.
+    const bool begins =
+        after && after->serial != before->serial && after->name == name && !after->fingerprint;
+    if (begins || (after && judged(*after).verdict == KeeperVerdict::leave)) {
+        if (touched_.size() >= kMostTouched) touched_.clear();
+        if (window != connection.root()) touched_.insert_or_assign(window, Touched{name, channel});
+        return Outcome::shows;
+    }
+    // A core cursor stays: it shows where the program gives its device cursor up. The root window without a
+    // device cursor would show the server's bare one.
+    if (channel == CursorChannel::device && window != connection.root())
+        registration.undefine(window, channel);
+    return Outcome::refused;
+}
+
+}  // namespace pintle::x11

@@ -1,0 +1,356 @@
+#include "platform/x11/cursors/x11_window_server.h"
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "base/lifetime.h"
+#include "platform/x11/cursors/cursor_names.h"
+#include "platform/x11/cursors/keeper.h"
+
+namespace pintle {
+namespace {
+
+using namespace x11;
+
+constexpr int kFailure = 1000;
+constexpr int kIllegalArgument = 1001;
+constexpr int kMostRounds = 64;
+
+/// The picture as the interface tells it: all frames in one strip, frame 0 on top, each as large as the
+/// first.
+std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture) {
+    const auto& frames = picture.frames();
+    const auto& first = frames.front();
+    const auto rowBytes = static_cast<std::size_t>(first.width) * 4;
+    const auto count = static_cast<std::int64_t>(frames.size());
+    auto strip = Bitmap::create(first.width, first.height * count, [&](std::span<std::uint8_t> bytes) {
+        std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
+        auto* at = bytes.data();
+        for (const auto& frame : frames) {
+            const auto used = static_cast<std::size_t>(std::min(frame.width, first.width)) * 4;
+            for (int y = 0; y < first.height; ++y, at += rowBytes)
+                if (y < frame.height) std::copy_n(frame.image.pixel(0, frame.top + y).data(), used, at);
+        }
+    });
+    if (!strip) return std::nullopt;
+    double delays = 0;
+    if (picture.isAnimated())
+        for (const auto& frame : frames) delays += frame.delay;
+    RegisteredCursor record;
+    record.identifier = identifier;
+    record.images = {std::move(*strip)};
+    record.size = {static_cast<double>(first.width), static_cast<double>(first.height)};
+    record.hotspot = {static_cast<double>(first.hotspotX), static_cast<double>(first.hotspotY)};
+    record.frameCount = frames.size();
+    record.frameDuration = delays / static_cast<double>(frames.size()) / 1000;
+    return record;
+}
+
+std::optional<std::string> processEnvironment(const std::string& name) {
+    const char* const value = std::getenv(name.c_str());
+    if (!value) return std::nullopt;
+    return value;
+}
+
+class X11WindowServer : public WindowServer {
+  public:
+    explicit X11WindowServer(X11WindowServerOptions options);
+    ~X11WindowServer() override;
+
+    bool provides(WindowServerFunction) override { return isUsable(); }
+    ConnectionId mainConnectionID() override;
+    RegistrationAnswer registerCursorWithImages(ConnectionId connection, const RegisteredCursor& cursor,
+                                                RegistrationPurpose purpose) override;
+    int coreCursorUnregisterAll(ConnectionId connection) override;
+    CopiedCursor copyRegisteredCursorImages(ConnectionId connection, const std::string& identifier) override;
+    void flush() override;
+
+  private:
+    bool isUsable() const { return desk_.registration && desk_.watcher && !lost_; }
+    std::string displayName() const;
+    void watchRegistration();
+    void watchWatcher();
+    void showOnRoot(const CursorPicture& picture);
+    void registrationReadable();
+    void handleNews();
+    void handleNewsSoon();
+    void desktopThemeChanged();
+    void refreshDesktopTheme();
+
+    /// After a connection broke. False when the functions are missing from now on.
+    bool reopenRegistration();
+    bool reopenWatcher();
+    void lose(std::string_view why);
+    void serverGone();
+    /// Ends things later: the call that finds a connection broken may come from its own watch.
+    template <typename T>
+    void endSoon(T thing) {
+        options_.queue.post([kept = std::make_shared<T>(std::move(thing))] {});
+    }
+
+    X11WindowServerOptions options_;
+    Environment environment_;
+    Desk desk_;
+    Keeper keeper_;
+    bool needsFlush_ = false;
+    bool desktopIsFresh_ = false;
+    bool newsExpected_ = false;
+    bool registrationReopened_ = false;
+    bool watcherReopened_ = false;
+    bool rootHasDeviceCursor_ = false;
+    bool lost_ = false;
+    bool dead_ = false;
+    Subscription registrationWatch_;
+    Subscription watcherWatch_;
+    Lifetime lifetime_;
+};
+
+X11WindowServer::X11WindowServer(X11WindowServerOptions options)
+    : options_(std::move(options)),
+      environment_(options_.environment ? options_.environment : processEnvironment),
+      desk_{nullptr, nullptr, {}, DesktopTheme(environment_)},
+      keeper_(options_.queue, desk_, [this] { handleNewsSoon(); }) {
+    const auto session = environment_("XDG_SESSION_TYPE");
+    const auto wayland = environment_("WAYLAND_DISPLAY");
+    const bool isWayland = (session && *session == "wayland") || (wayland && !wayland->empty());
+    if (isWayland && !options_.display) {
+        options_.log.system("[X11] Wayland session - cursor registration unavailable");
+        return;
+    }
+    bool reached = false;
+    desk_.registration = Registration::open(displayName(), reached);
+    if (desk_.registration) desk_.watcher = Watcher::open(displayName());
+    if (!isUsable()) {
+        options_.log.system(reached ? "[X11] The X server lacks extensions - cursor registration unavailable"
+                                    : "[X11] No X server - cursor registration unavailable");
+        return;
+    }
+    desk_.theme.choose(desk_.watcher->cursorTheme(environment_));
+    watchRegistration();
+    watchWatcher();
+    handleNewsSoon();
+}
+
+X11WindowServer::~X11WindowServer() {
+    keeper_.stop();
+    registrationWatch_.end();
+    watcherWatch_.end();
+}
+
+std::string X11WindowServer::displayName() const {
+    if (options_.display) return *options_.display;
+    return environment_("DISPLAY").value_or("");
+}
+
+void X11WindowServer::watchRegistration() {
+    registrationWatch_ = options_.watchReadable(desk_.registration->connection().descriptor(),
+                                                lifetime_.weakly([this] { registrationReadable(); }));
+}
+
+void X11WindowServer::watchWatcher() {
+    watcherWatch_ = options_.watchReadable(desk_.watcher->connection().descriptor(),
+                                           lifetime_.weakly([this] { handleNews(); }));
+}
+
+ConnectionId X11WindowServer::mainConnectionID() {
+    if (!isUsable()) return 0;
+    return xcb_get_setup(desk_.registration->connection().get())->resource_id_base;
+}
+
+RegistrationAnswer X11WindowServer::registerCursorWithImages(ConnectionId, const RegisteredCursor& cursor,
+                                                             RegistrationPurpose purpose) {
+    if (!isUsable()) return kFailure;
+    const auto names = namesOf(cursor.identifier);
+    if (purpose == RegistrationPurpose::original) {
+        if (!desktopIsFresh_) {
+            desk_.theme.choose(desk_.watcher->cursorTheme(environment_));
+            desktopIsFresh_ = true;
+        }
+        desk_.wanted.wantDesktop(names);
+        needsFlush_ = true;
+        return 0;
+    }
+    const auto picture = CursorPicture::of(cursor);
+    if (!picture) return kIllegalArgument;
+    if (names.empty()) return 0;
+    int error = desk_.registration->prepare(picture, names);
+    if (error != 0 && desk_.registration->connection().isBroken()) {
+        if (!reopenRegistration()) return kFailure;
+        error = desk_.registration->prepare(picture, names);
+    }
+    if (error != 0) return error;
+    desk_.wanted.wantTheme(names, picture);
+    needsFlush_ = true;
+    return 0;
+}
+
+int X11WindowServer::coreCursorUnregisterAll(ConnectionId) {
+    if (!isUsable()) return kFailure;
+    desk_.wanted.wantDesktopEverywhere();
+    needsFlush_ = true;
+    return 0;
+}
+
+CopiedCursor X11WindowServer::copyRegisteredCursorImages(ConnectionId, const std::string& identifier) {
+    const auto names = namesOf(identifier);
+    if (!isUsable() || names.empty()) return {kFailure, {}};
+    refreshDesktopTheme();
+    const auto picture = desk_.theme.picture(names.front());
+    if (!picture) return {kFailure, {}};
+    auto record = recordOf(identifier, *picture);
+    if (!record) return {kFailure, {}};
+    return {0, std::move(*record)};
+}
+
+void X11WindowServer::flush() {
+    if (!std::exchange(needsFlush_, false) || !isUsable()) return;
+    desktopIsFresh_ = false;
+    if (desk_.registration->connection().isBroken() && !reopenRegistration()) return;
+    if (desk_.watcher->connection().isBroken() && !reopenWatcher()) return;
+    refreshDesktopTheme();
+    const auto changes =
+        desk_.wanted.changes([this](std::string_view name) { return desk_.theme.picture(name); });
+    const auto sent = desk_.registration->send(changes);
+    needsFlush_ = false;
+    for (const auto& change : sent) {
+        desk_.wanted.sent(change);
+        if (change.name == kRootCursorName) showOnRoot(*change.picture);
+        if (options_.nameSent) options_.nameSent(change.name);
+    }
+    keeper_.applied(sent);
+    handleNewsSoon();
+}
+
+void X11WindowServer::showOnRoot(const CursorPicture& picture) {
+    auto& registration = *desk_.registration;
+    const auto root = registration.connection().root();
+    registration.define(root, kRootCursorName, CursorChannel::core);
+    // Some window managers set the root's cursor for the pointer device, which hides the other one. Where
+    // that is not so it is left alone: a device cursor of the root window can never be taken away again, and
+    // would hide the desktop's own from then on.
+    if (!rootHasDeviceCursor_) {
+        registration.connection().synchronize();
+        const auto shown = desk_.watcher->cursorOfRoot();
+        rootHasDeviceCursor_ = !shown || !shown->fingerprint || !picture.shows(*shown->fingerprint);
+    }
+    if (!rootHasDeviceCursor_) return;
+    registration.define(root, kRootCursorName, CursorChannel::device);
+    registration.connection().synchronize();
+}
+
+void X11WindowServer::registrationReadable() {
+    if (!isUsable()) return;
+    auto& connection = desk_.registration->connection();
+    // Only errors about windows and cursors that went away meanwhile arrive here.
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) continue;
+    if (!connection.isBroken()) return;
+    const bool hadSent = desk_.registration->hasSent();
+    if (!reopenRegistration()) return;
+    if (hadSent) flush();
+}
+
+void X11WindowServer::handleNewsSoon() {
+    if (std::exchange(newsExpected_, true)) return;
+    options_.queue.post(lifetime_.weakly([this] {
+        newsExpected_ = false;
+        handleNews();
+    }));
+}
+
+void X11WindowServer::handleNews() {
+    if (dead_ || !desk_.watcher) return;
+    for (int round = 0; round < kMostRounds; ++round) {
+        const auto news = desk_.watcher->takeNews();
+        if (desk_.watcher->connection().isBroken()) {
+            if (reopenWatcher()) keeper_.watcherReplaced();
+            return;
+        }
+        if (!news.cursor && !news.settingsChanged) return;
+        if (lost_) continue;
+        if (news.settingsChanged) desktopThemeChanged();
+        if (news.cursor) keeper_.cursorShown(*news.cursor);
+    }
+    handleNewsSoon();
+}
+
+void X11WindowServer::desktopThemeChanged() {
+    const auto before = desk_.theme.choice();
+    refreshDesktopTheme();
+    if (desk_.theme.choice() == before || !desk_.registration->hasSent()) return;
+    needsFlush_ = true;
+    flush();
+}
+
+void X11WindowServer::refreshDesktopTheme() {
+    const auto choice = desk_.watcher->cursorTheme(environment_);
+    if (choice != desk_.theme.choice()) desk_.theme.choose(choice);
+}
+
+bool X11WindowServer::reopenRegistration() {
+    bool reached = false;
+    auto fresh = Registration::open(displayName(), reached);
+    if (!reached && !desk_.watcher->connection().synchronize()) {
+        serverGone();
+        return false;
+    }
+    if (registrationReopened_ || !fresh) {
+        lose(
+            "[X11] The connection that registers cursors was closed again - cursor registration unavailable");
+        return false;
+    }
+    options_.log.system("[X11] The connection that registers cursors was closed - opened again");
+    registrationReopened_ = true;
+    needsFlush_ = needsFlush_ || desk_.registration->hasSent();
+    endSoon(std::pair(std::exchange(desk_.registration, std::move(fresh)), std::move(registrationWatch_)));
+    watchRegistration();
+    desk_.wanted.forgetSent();
+    return true;
+}
+
+bool X11WindowServer::reopenWatcher() {
+    if (dead_) return false;
+    auto fresh = Watcher::open(displayName());
+    if (!fresh && !desk_.registration->connection().synchronize()) {
+        serverGone();
+        return false;
+    }
+    if (watcherReopened_ || !fresh) {
+        lose(
+            "[X11] The connection that watches the pointer was closed again - cursor registration "
+            "unavailable");
+        return false;
+    }
+    options_.log.system("[X11] The connection that watches the pointer was closed - opened again");
+    watcherReopened_ = true;
+    endSoon(std::pair(std::exchange(desk_.watcher, std::move(fresh)), std::move(watcherWatch_)));
+    watchWatcher();
+    return true;
+}
+
+void X11WindowServer::lose(std::string_view why) {
+    if (std::exchange(lost_, true)) return;
+    options_.log.system(why);
+    keeper_.stop();
+    endSoon(std::move(registrationWatch_));
+    if (desk_.watcher->connection().isBroken()) endSoon(std::move(watcherWatch_));
+}
+
+void X11WindowServer::serverGone() {
+    if (std::exchange(dead_, true)) return;
+    lost_ = true;
+    options_.log.system("[X11] The X server is gone");
+    keeper_.stop();
+    endSoon(std::pair(std::move(registrationWatch_), std::move(watcherWatch_)));
+    if (options_.serverDied) options_.queue.post(options_.serverDied);
+}
+
+}  // namespace
+
+std::unique_ptr<WindowServer> makeX11WindowServer(X11WindowServerOptions options) {
+    return std::make_unique<X11WindowServer>(std::move(options));
+}
+
+}  // namespace pintle

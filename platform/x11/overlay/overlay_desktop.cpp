@@ -1,0 +1,107 @@
+#include "platform/x11/overlay/overlay_desktop.h"
+
+#include <cstdlib>
+
+#include "platform/freedesktop/atspi_accessibility.h"
+#include "platform/x11/overlay/overlay_connection.h"
+#include "platform/x11/overlay/x11_displays.h"
+#include "platform/x11/overlay/x11_overlay_surfaces.h"
+#include "platform/x11/overlay/x11_pointer.h"
+#include "platform/x11/windows/x11_window_list.h"
+
+namespace pintle {
+namespace {
+
+std::optional<std::string> variable(const std::string& name) {
+    const char* const value = std::getenv(name.c_str());
+    if (!value) return std::nullopt;
+    return value;
+}
+
+bool isWaylandSession() {
+    return !variable("WAYLAND_DISPLAY").value_or("").empty() || variable("XDG_SESSION_TYPE") == "wayland";
+}
+
+class X11OverlayDesktop : public OverlayDesktop {
+  public:
+    X11OverlayDesktop(const OverlayDesktopOptions& options,
+                      std::unique_ptr<overlay::OverlayConnection> connection, const std::string& display)
+        : connection_(std::move(connection)),
+          displays_(*connection_),
+          surfaces_(*connection_, displays_),
+          pointer_(
+              *connection_, display, variable,
+              options.screenWatched ? options.screenWatched : [] { return false; }),
+          windowList_(*connection_, displays_),
+          accessibility_(overlay::makeAtspiAccessibility(
+              [this] { return std::pair(displays_.originX(), displays_.originTop()); })),
+          screensChange_(
+              options.workspace.observe(WorkspaceEvent::screenParametersDidChange,
+                                        [this](const WorkspaceNotification&) { displays_.invalidate(); })),
+          queue_(options.queue),
+          watchReadable_(options.watchReadable),
+          endOfTurn_(options.queue.atEndOfTurn([this] { endTurn(); })) {
+        waitForNews();
+    }
+    /// Nothing stays hidden behind a program that ends.
+    ~X11OverlayDesktop() override { pointer_.flush(); }
+
+    Displays& displays() override { return displays_; }
+    OverlaySurfaces& surfaces() override { return surfaces_; }
+    Pointer& pointer() override { return pointer_; }
+    WindowList& windowList() override { return windowList_; }
+    Accessibility& accessibility() override { return *accessibility_; }
+
+  private:
+    void waitForNews() {
+        readable_ = watchReadable_(connection_->x().descriptor(), [this] {
+            connection_->drain();
+            // A dead connection is readable for ever.
+            if (connection_->isBroken()) readable_.end();
+        });
+    }
+    void endTurn() {
+        pointer_.flush();
+        // A mouse reports up to a thousand times a second, and each move of our window comes back as news:
+        // whoever follows the pointer takes them in with its next question.
+        if (!connection_->isFollowed() || isFollowedWithoutBeingWoken_) return;
+        isFollowedWithoutBeingWoken_ = true;
+        readable_.end();
+        lookAfterAWhile();
+    }
+    /// Also the latest moment at which a pointer shows again that work outside the queue has let go.
+    void lookAfterAWhile() {
+        later_ = queue_.after(std::chrono::milliseconds(100), [this] {
+            connection_->drain();
+            if (connection_->isFollowed()) return lookAfterAWhile();
+            isFollowedWithoutBeingWoken_ = false;
+            if (!connection_->isBroken()) waitForNews();
+        });
+    }
+
+    std::unique_ptr<overlay::OverlayConnection> connection_;
+    overlay::X11Displays displays_;
+    overlay::X11OverlaySurfaces surfaces_;
+    overlay::X11Pointer pointer_;
+    overlay::X11WindowList windowList_;
+    std::unique_ptr<Accessibility> accessibility_;
+    Subscription screensChange_;
+    MainQueue& queue_;
+    std::function<Subscription(int, std::function<void()>)> watchReadable_;
+    bool isFollowedWithoutBeingWoken_ = false;
+    Subscription readable_;
+    Timer later_;
+    Subscription endOfTurn_;
+};
+
+}  // namespace
+
+std::unique_ptr<OverlayDesktop> makeOverlayDesktop(const OverlayDesktopOptions& options) {
+    if (!options.display && isWaylandSession()) return nullptr;
+    const std::string display = options.display.value_or(variable("DISPLAY").value_or(""));
+    auto connection = overlay::OverlayConnection::open(display);
+    if (!connection) return nullptr;
+    return std::make_unique<X11OverlayDesktop>(options, std::move(connection), display);
+}
+
+}  // namespace pintle

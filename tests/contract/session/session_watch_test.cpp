@@ -1,0 +1,204 @@
+// Sleep, session and lock as the real services tell them: a mock of the session manager on a private system
+// bus, and lock screens on a private session bus.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "tests/contract/session/session_world.h"
+#include "tests/contract/test_bus.h"
+
+namespace pintle {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kWillSleep = "NSWorkspaceWillSleepNotification";
+constexpr const char* kDidWake = "NSWorkspaceDidWakeNotification";
+constexpr const char* kActive = "NSWorkspaceSessionDidBecomeActiveNotification";
+constexpr const char* kLocked = "com.apple.screenIsLocked";
+constexpr const char* kUnlocked = "com.apple.screenIsUnlocked";
+
+/// The buses that the code under test takes for those of the system and of the session, made once because the
+/// toolkit keeps its connections.
+struct Buses {
+    static Buses& shared() {
+        static Buses buses;
+        return buses;
+    }
+    Buses() {
+        ::setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus.address().c_str(), 1);
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", sessionBus.address().c_str(), 1);
+        logind = std::make_unique<QuietChild>(std::vector<std::string>{
+            "timeout", "300", "/usr/bin/python3", "-m", "dbusmock", "--system", "--template", "logind"});
+        system = QDBusConnection::connectToBus(QString::fromStdString(systemBus.address()), "test system");
+        session = QDBusConnection::connectToBus(QString::fromStdString(sessionBus.address()), "test session");
+        const bool there = ComegoWorld::until([this] {
+            return system.interface()->isServiceRegistered("org.freedesktop.login1").value() &&
+                   mock("AddSession", {"c1", "seat0", quint32(1000), "user", true});
+        });
+        if (!there || !mock("AddSession", {"c2", "seat1", quint32(1001), "stranger", true}))
+            throw std::runtime_error("no mock of the session manager");
+    }
+    bool call(const char* path, const char* interface, const char* method, const QVariantList& arguments) {
+        auto message = QDBusMessage::createMethodCall("org.freedesktop.login1", path, interface, method);
+        message.setArguments(arguments);
+        return system.call(message).type() == QDBusMessage::ReplyMessage;
+    }
+    bool mock(const char* method, const QVariantList& arguments) {
+        return call("/org/freedesktop/login1", "org.freedesktop.DBus.Mock", method, arguments);
+    }
+
+    ComegoWorld world;
+    TestBus systemBus;
+    TestBus sessionBus;
+    std::unique_ptr<QuietChild> logind;
+    QDBusConnection system{"none"};
+    QDBusConnection session{"none"};
+};
+
+struct SessionWatchTest : testing::Test {
+    Buses& buses = Buses::shared();
+    ComegoWorld world;
+    std::unique_ptr<Workspace> workspace;
+
+    /// Makes the workspace and waits until it follows its session: a lock is heard.
+    void watch(const char* sessionId = "c1") {
+        if (sessionId)
+            ::setenv("XDG_SESSION_ID", sessionId, 1);
+        else
+            ::unsetenv("XDG_SESSION_ID");
+        workspace = world.makeWorkspace(":9987");
+        ASSERT_TRUE(ComegoWorld::until([&] {
+            onSession("Lock");
+            return world.heard(kLocked);
+        }));
+        onSession("Unlock");
+        ASSERT_TRUE(world.untilHeard(kUnlocked));
+        // Its question about the session was sent with the subscriptions and is answered before this one.
+        setActive(true);
+        const auto told = toldSoFar();
+        if (sessionId) {
+            ASSERT_THAT(told, ElementsAre(kLocked, kUnlocked));
+        }
+    }
+    void onSession(const char* method, const char* session = "c1") {
+        const std::string path = std::string("/org/freedesktop/login1/session/") + session;
+        ASSERT_TRUE(buses.call(path.c_str(), "org.freedesktop.login1.Session", method, {}));
+    }
+    void setActive(bool active, const char* session = "c1") {
+        const std::string path = std::string("/org/freedesktop/login1/session/") + session;
+        ASSERT_TRUE(buses.call(path.c_str(), "org.freedesktop.DBus.Mock", "UpdateProperties",
+                               {"org.freedesktop.login1.Session", QVariantMap{{"Active", active}}}));
+    }
+    void sleep(bool sleeping) {
+        ASSERT_TRUE(buses.mock("EmitSignal", {"org.freedesktop.login1.Manager", "PrepareForSleep", "b",
+                                              QVariant::fromValue(QVariantList{sleeping})}));
+    }
+    void screenSaver(const char* interface, const char* path, bool active) {
+        auto signal = QDBusMessage::createSignal(path, interface, "ActiveChanged");
+        signal << active;
+        ASSERT_TRUE(buses.session.send(signal));
+    }
+    /// What was told until now; a sleep behind it is the mark.
+    std::vector<std::string> toldSoFar() {
+        sleep(true);
+        EXPECT_TRUE(world.untilHeard(kWillSleep));
+        auto before = world.told;
+        before.pop_back();
+        world.told.clear();
+        return before;
+    }
+};
+
+TEST_F(SessionWatchTest, SleepAndWakeAreTold) {
+    watch();
+    sleep(true);
+    sleep(false);
+    ASSERT_TRUE(world.untilHeard(kDidWake));
+    EXPECT_THAT(world.told, ElementsAre(kWillSleep, kDidWake));
+}
+
+TEST_F(SessionWatchTest, TheSessionThatBecomesActiveIsTold) {
+    watch();
+    setActive(false);
+    EXPECT_THAT(toldSoFar(), IsEmpty());
+    setActive(true);
+    EXPECT_THAT(toldSoFar(), ElementsAre(kActive));
+    setActive(true);
+    EXPECT_THAT(toldSoFar(), IsEmpty());
+}
+
+TEST_F(SessionWatchTest, TheSessionsOfOthersAreNotOurs) {
+    watch();
+    setActive(false, "c2");
+    setActive(true, "c2");
+    onSession("Lock", "c2");
+    EXPECT_THAT(toldSoFar(), IsEmpty());
+}
+
+TEST_F(SessionWatchTest, LockAndUnlockOfTheSessionAreTold) {
+    watch();
+    onSession("Lock");
+    onSession("Unlock");
+    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked));
+}
+
+TEST_F(SessionWatchTest, EachLockScreenIsHeard) {
+    watch();
+    for (const auto& [interface, path] : std::vector<std::pair<const char*, const char*>>{
+             {"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver"},
+             {"org.freedesktop.ScreenSaver", "/ScreenSaver"},
+             {"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver"},
+             {"org.cinnamon.ScreenSaver", "/org/cinnamon/ScreenSaver"},
+             {"org.mate.ScreenSaver", "/org/mate/ScreenSaver"},
+             {"org.xfce.ScreenSaver", "/org/xfce/ScreenSaver"}}) {
+        screenSaver(interface, path, true);
+        ASSERT_TRUE(world.untilHeard(kLocked)) << interface;
+        screenSaver(interface, path, false);
+        ASSERT_TRUE(world.untilHeard(kUnlocked)) << interface;
+        EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked)) << interface;
+    }
+}
+
+TEST_F(SessionWatchTest, OneLockThatTwoServicesTellIsOneLock) {
+    watch();
+    onSession("Lock");
+    ASSERT_TRUE(world.untilHeard(kLocked));
+    screenSaver("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", true);
+    screenSaver("org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", true);
+    screenSaver("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", false);
+    ASSERT_TRUE(world.untilHeard(kUnlocked));
+    onSession("Unlock");
+    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked));
+}
+
+TEST_F(SessionWatchTest, AProgramOutsideOfAnySessionHearsOfEveryOne) {
+    watch(nullptr);
+    onSession("Lock", "c2");
+    ASSERT_TRUE(world.untilHeard(kLocked));
+    onSession("Unlock", "c2");
+    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked));
+}
+
+TEST_F(SessionWatchTest, AfterItsEndNothingArrives) {
+    watch();
+    workspace.reset();
+    sleep(true);
+    auto second = std::make_unique<ComegoWorld>();
+    const auto other = second->makeWorkspace(":9987");
+    ASSERT_TRUE(ComegoWorld::until([&] {
+        sleep(true);
+        return second->heard(kWillSleep);
+    }));
+    EXPECT_THAT(world.told, IsEmpty());
+}
+
+}  // namespace
+}  // namespace pintle

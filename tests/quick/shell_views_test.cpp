@@ -1,0 +1,55 @@
+#include <gtest/gtest.h>
+
+#include <QQuickItem>
+#include <QQuickView>
+#include <QSignalSpy>
+#include <memory>
+#include <optional>
+
+#include "app/quick/shell_views_quick.h"
+#include "platform/fake/fake_appearance.h"
+#include "tests/app/model_world.h"
+
+namespace pintle {
+namespace {
+
+struct ShellViewsTest : testing::Test {
+    ModelWorld world;
+    FakeAppearance appearance;
+    std::optional<PopoverModel> model;
+    int asked = 0;
+    std::unique_ptr<ShellViewsQuick> views;
+
+    ShellViewsTest() {
+        world.start();
+        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+            [this]() -> PopoverModel& {
+                ++asked;
+                return model.emplace(PopoverModel::Neighbours{
+                    *world.viewModel, world.updates, world.settings, world.notifications,
+                    world.scheduler.mainQueue(), world.application, world.log});
+            },
+            appearance,
+            world.settings,
+            {},
+            {}});
+        views->setComposited(false);
+    }
+};
+
+TEST_F(ShellViewsTest, HoweverOftenThePopoverIsShownItsModelIsMadeOnceAndTheViewFollowsIt) {
+    ASSERT_NE(views->popover(), nullptr);
+    views->popoverWillShow(false);
+    views->popoverDidHide();
+    views->popoverWillShow(false);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(world.log.count("[POPOVER] ON APPEAR CALLED!!!"), 2u);
+
+    const auto* view = qobject_cast<QQuickView*>(views->popover());
+    const QSignalSpy told(view->rootObject()->property("popover").value<QObject*>(), SIGNAL(changed()));
+    model->select(CursorHandedness::leftHanded);
+    EXPECT_GT(told.count(), 0);
+}
+
+}  // namespace
+}  // namespace pintle
