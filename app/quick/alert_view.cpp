@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/alert_focus.h"
 #include "app/quick/translated.h"
 
 namespace pintle {
@@ -13,6 +14,8 @@ void AlertView::show(const Alert& alert, std::function<void(int button)> chosen)
     for (const auto& button : alert.buttons) buttons_.append(translated(button));
     if (buttons_.isEmpty()) buttons_.append(translated("OK"));
     warning_ = alert.style == AlertStyle::warning;
+    destructive_ = isDestructive(alert);
+    firstFocus_ = buttonWithKeyboard(alert);
     chosen_ = std::move(chosen);
     Q_EMIT changed();
 }

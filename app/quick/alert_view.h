@@ -18,8 +18,10 @@ class AlertView : public QObject {
     /// From the default one; never empty.
     Q_PROPERTY(QStringList buttons READ buttons NOTIFY changed)
     Q_PROPERTY(bool warning READ warning NOTIFY changed)
-    /// The default button does what cannot be undone.
+    /// The first button does what cannot be undone.
     Q_PROPERTY(bool destructive READ destructive NOTIFY changed)
+    /// The button that has the keyboard at first.
+    Q_PROPERTY(int firstFocus READ firstFocus NOTIFY changed)
 
   public:
     /// `chosen` runs once, with the number of the button counted from 0.
@@ -29,7 +31,8 @@ class AlertView : public QObject {
     const QString& informativeText() const { return informativeText_; }
     const QStringList& buttons() const { return buttons_; }
     bool warning() const { return warning_; }
-    bool destructive() const { return warning_ && buttons_.size() > 1; }
+    bool destructive() const { return destructive_; }
+    int firstFocus() const { return firstFocus_; }
 
     /// Out of range or a second time: nothing.
     Q_INVOKABLE void choose(int button);
@@ -43,6 +46,8 @@ class AlertView : public QObject {
     QString informativeText_;
     QStringList buttons_;
     bool warning_ = false;
+    bool destructive_ = false;
+    int firstFocus_ = 0;
     std::function<void(int)> chosen_;
 };
 

@@ -4,6 +4,7 @@
 
 #include <numbers>
 
+#include "app/list_keys.h"
 #include "app/quick/symbol_icons.h"
 #include "app/quick/translated.h"
 
@@ -12,6 +13,31 @@ namespace {
 
 constexpr double springStep = 0.016;
 constexpr double angularFrequency = 2 * std::numbers::pi / PopoverModel::percentSpringResponse;
+
+std::optional<ListKey> listKey(int key) {
+    switch (key) {
+        case Qt::Key_Down:
+            return ListKey::down;
+        case Qt::Key_Up:
+            return ListKey::up;
+        case Qt::Key_Home:
+            return ListKey::home;
+        case Qt::Key_End:
+            return ListKey::end;
+        case Qt::Key_PageDown:
+            return ListKey::pageDown;
+        case Qt::Key_PageUp:
+            return ListKey::pageUp;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Space:
+            return ListKey::tap;
+        case Qt::Key_Delete:
+            return ListKey::remove;
+        default:
+            return std::nullopt;
+    }
+}
 
 QString icon(std::string_view symbol) {
     const auto name = iconOfSymbol(symbol);
@@ -82,6 +108,20 @@ QString PopoverFacade::systemDefault() const { return translated(popover_text::s
 QString PopoverFacade::systemDefaultHelp() const { return translated(popover_text::systemDefaultHelp); }
 QString PopoverFacade::reset() const { return translated(popover_text::reset); }
 QString PopoverFacade::resetHelp() const { return translated(popover_text::resetHelp); }
+
+QVariantMap PopoverFacade::keyInList(int key, int marked, int entry, int count, int page, bool inSight) {
+    const auto known = listKey(key);
+    if (!known) return {{"known", false}};
+    const auto answer = answerKey(*known, {.marked = marked < 0 ? std::nullopt : std::optional(marked),
+                                           .entry = entry,
+                                           .count = count,
+                                           .page = page,
+                                           .inSight = inSight});
+    return {{"known", true},
+            {"marked", answer.marked.value_or(-1)},
+            {"taps", answer.act == ListAnswer::Act::tap},
+            {"removes", answer.act == ListAnswer::Act::remove}};
+}
 
 void PopoverFacade::pressHeader(int index) {
     const auto buttons = PopoverModel::headerButtons();

@@ -97,6 +97,10 @@ class PopoverFacade : public QObject {
     Q_INVOKABLE void selectFilter(int index);
     Q_INVOKABLE void tap(const QString& themeId) { model_.buttonAction(themeId.toStdString()); }
     Q_INVOKABLE void deleteTheme(const QString& themeId) { model_.deleteTheme(themeId.toStdString()); }
+    /// What a key of the toolkit's means in the list: a map of "known", "marked" (-1 for no row), "taps" and
+    /// "removes". Rows are counted from 0; `marked` is -1 while none is.
+    Q_INVOKABLE static QVariantMap keyInList(int key, int marked, int entry, int count, int page,
+                                             bool inSight);
     Q_INVOKABLE void slide(double value) { model_.sliderChanged(value); }
     Q_INVOKABLE void resetToDefault() { model_.resetToDefault(); }
     Q_INVOKABLE void resetScale() { model_.resetScale(); }

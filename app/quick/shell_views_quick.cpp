@@ -13,6 +13,7 @@
 #include "app/quick/popover_facade.h"
 #include "app/quick/preview_images.h"
 #include "app/quick/refused_network.h"
+#include "app/quick/visible_focus.h"
 
 namespace pintle {
 namespace {
@@ -123,6 +124,7 @@ QWindow* ShellViewsQuick::popover() {
                                 {"shadowMargin", popoverShape().shadow.left()}});
     view->setSource(QUrl("qrc:/qt-project.org/imports/Pintle/Popover.qml"));
     if (view->status() != QQuickView::Ready) return nullptr;
+    new VisibleFocus(*view);
     made.popover = std::move(view);
     return made.popover.get();
 }

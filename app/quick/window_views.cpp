@@ -6,6 +6,8 @@
 #include <QQuickView>
 #include <utility>
 
+#include "app/quick/visible_focus.h"
+
 namespace pintle {
 namespace {
 
@@ -21,6 +23,7 @@ std::unique_ptr<QQuickView> makeView(QQmlEngine& engine, const char* name, QObje
     view->setInitialProperties({{"model", QVariant::fromValue(&model)}});
     view->setSource(QUrl(QStringLiteral("qrc:/qt-project.org/imports/Pintle/%1.qml").arg(name)));
     if (view->status() != QQuickView::Ready) return nullptr;
+    new VisibleFocus(*view);
     return view;
 }
 

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QTest>
 
 #include "app/quick/shell_views_quick.h"
 #include "platform/fake/fake_appearance.h"
@@ -26,6 +27,8 @@ struct Spoken {
     bool checked = false;
     bool focusable = false;
 };
+
+constexpr auto classic = "bibata-modern-classic";
 
 struct PopoverViewTest : testing::Test {
     ModelWorld world;
@@ -66,6 +69,11 @@ struct PopoverViewTest : testing::Test {
         auto* spoken = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
         return spoken ? spoken->text(QAccessible::Name).toStdString() : std::string();
     }
+    /// What shows the mark of the keyboard's focus.
+    std::string ringed() const {
+        auto* const item = view->activeFocusItem();
+        return item && item->property("visualFocus").toBool() ? focused() : std::string();
+    }
     static void walk(QAccessibleInterface* at, std::vector<Spoken>& all) {
         if (at == nullptr || at->state().invisible) return;
         if (const auto name = at->text(QAccessible::Name); !name.isEmpty())
@@ -94,7 +102,75 @@ TEST_F(PopoverViewTest, OpensInTheListWithTheActiveThemeInView) {
     world.start();
     world.applyNow(ModelWorld::banana);
     show();
+    EXPECT_EQ(focused(), "Themes");
+    EXPECT_EQ(ringed(), "");
+    press(Qt::Key_Down);
     EXPECT_EQ(focused(), "Banana");
+    EXPECT_EQ(ringed(), "Banana");
+}
+
+TEST_F(PopoverViewTest, NoKeyActsOnARowThatIsNotMarked) {
+    install(ModelWorld::banana);
+    world.start();
+    world.applyNow(ModelWorld::banana);
+    show();
+    world.log.systemLines.clear();
+    for (const auto key : {Qt::Key_Delete, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) press(key);
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(world.theme(ModelWorld::banana).isDownloaded);
+    EXPECT_FALSE(world.log.has("[UI] BUTTON ACTION FIRED for theme: Banana"));
+}
+
+TEST_F(PopoverViewTest, APressWithTheMouseTakesTheMarkAway) {
+    install(classic);
+    show();
+    press(Qt::Key_Down);
+    EXPECT_EQ(ringed(), "Bibata Modern Classic");
+    QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(100, 88 + 52 + 26));
+    settle();
+    EXPECT_EQ(ringed(), "");
+    press(Qt::Key_Delete);
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(world.theme(classic).isDownloaded);
+    press(Qt::Key_Down);
+    EXPECT_EQ(ringed(), "Bibata Modern Ice");
+}
+
+TEST_F(PopoverViewTest, TabMarksTheRowThatItComesTo) {
+    show();
+    for (int stop = 0; stop < 8; ++stop) press(Qt::Key_Tab);
+    EXPECT_EQ(ringed(), "Bibata Modern Classic");
+}
+
+TEST_F(PopoverViewTest, AMarkThatWasScrolledAwayIsBroughtBackBeforeItIsActedOn) {
+    install(classic);
+    show();
+    press(Qt::Key_Down);
+    auto* const list = view->rootObject()->findChild<QQuickItem*>("themeList");
+    ASSERT_NE(list, nullptr);
+    list->setProperty("contentY", 1000);
+    settle();
+    press(Qt::Key_Delete);
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(world.theme(classic).isDownloaded);
+    EXPECT_EQ(list->property("contentY").toDouble(), 0);
+    press(Qt::Key_Delete);
+    world.scheduler.runUntilIdle();
+    EXPECT_FALSE(world.theme(classic).isDownloaded);
+}
+
+TEST_F(PopoverViewTest, AControlThatHasTheKeyboardUnseenShowsItBeforeItActs) {
+    show();
+    press(Qt::Key_Tab);
+    EXPECT_EQ(ringed(), "Cursor Size");
+    // As a window does that comes back to the front.
+    view->activeFocusItem()->setProperty("focusReason", Qt::ActiveWindowFocusReason);
+    EXPECT_EQ(ringed(), "");
+    press(Qt::Key_Right);
+    EXPECT_EQ(ringed(), "Cursor Size");
+    EXPECT_DOUBLE_EQ(world.settings.cursorScale(), 1.0);
+    press(Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(world.settings.cursorScale(), 1.05);
 }
 
 TEST_F(PopoverViewTest, TabGoesFromTheHeaderThroughFilterAndListToTheFooter) {
@@ -110,6 +186,8 @@ TEST_F(PopoverViewTest, TabGoesFromTheHeaderThroughFilterAndListToTheFooter) {
 
 TEST_F(PopoverViewTest, ArrowsMoveInTheListAndEnterTapsTheRow) {
     show();
+    press(Qt::Key_Down);
+    EXPECT_EQ(focused(), "Bibata Modern Classic");
     press(Qt::Key_Down);
     EXPECT_EQ(focused(), "Bibata Modern Ice");
     world.log.systemLines.clear();
@@ -128,6 +206,7 @@ TEST_F(PopoverViewTest, TheLastRowIsReachedByEndAndTheFirstByHome) {
 TEST_F(PopoverViewTest, DeleteDeletesADownloadedThemeOnly) {
     install(ModelWorld::ice);
     show();
+    press(Qt::Key_Down);
     press(Qt::Key_Delete);
     world.scheduler.runUntilIdle();
     EXPECT_TRUE(world.theme(ModelWorld::ice).isDownloaded);

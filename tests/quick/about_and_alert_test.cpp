@@ -114,12 +114,22 @@ TEST(AboutWindow, ALowWindowScrollsToTheLink) {
 const Alert kQuestion{
     AlertStyle::warning, "Reset Application?", "It cannot be undone.", {"Reset & Quit", "Cancel"}};
 
+const Alert kOffer{AlertStyle::informational, "New version", "", {"Download", "Later"}};
+
 TEST(AlertWindow, ReturnGivesTheDefaultAnswer) {
+    WindowWorld world(stillLook());
+    auto* const view = world.show(kOffer);
+    ASSERT_NE(view, nullptr);
+    QTest::keyClick(view, Qt::Key_Return);
+    EXPECT_THAT(world.chosen, ElementsAre(0));
+}
+
+TEST(AlertWindow, ReturnDestroysNothing) {
     WindowWorld world(stillLook());
     auto* const view = world.show(kQuestion);
     ASSERT_NE(view, nullptr);
     QTest::keyClick(view, Qt::Key_Return);
-    EXPECT_THAT(world.chosen, ElementsAre(0));
+    EXPECT_THAT(world.chosen, ElementsAre(1));
 }
 
 TEST(AlertWindow, TheButtonThatReturnWouldPressIsSeen) {
@@ -132,8 +142,8 @@ TEST(AlertWindow, TheButtonThatReturnWouldPressIsSeen) {
             ->property("visualFocus")
             .toBool();
     };
-    EXPECT_TRUE(ringed("Reset & Quit"));
-    EXPECT_FALSE(ringed("Cancel"));
+    EXPECT_TRUE(ringed("Cancel"));
+    EXPECT_FALSE(ringed("Reset & Quit"));
 }
 
 TEST(AlertWindow, EscapeGivesTheLastAnswer) {
@@ -157,14 +167,14 @@ TEST(AlertWindow, TheKeyboardGoesToTheOtherButtonWhoseAnswerReturnThenGives) {
     WindowWorld world(stillLook());
     auto* const view = world.show(kQuestion);
     ASSERT_NE(view, nullptr);
-    EXPECT_TRUE(toldNamed(*view, "Reset & Quit", QAccessible::Button).state.focused);
-    QTest::keyClick(view, Qt::Key_Tab);
     EXPECT_TRUE(toldNamed(*view, "Cancel", QAccessible::Button).state.focused);
+    QTest::keyClick(view, Qt::Key_Tab);
+    EXPECT_TRUE(toldNamed(*view, "Reset & Quit", QAccessible::Button).state.focused);
     QTest::keyClick(view, Qt::Key_Return);
-    EXPECT_THAT(world.chosen, ElementsAre(1));
+    EXPECT_THAT(world.chosen, ElementsAre(0));
 }
 
-TEST(AlertWindow, ItTellsItsTextsAndTheDefaultButtonStandsAtTheEndOfTheLine) {
+TEST(AlertWindow, ItTellsItsTextsAndTheFirstButtonStandsAtTheEndOfTheLine) {
     WindowWorld world(stillLook());
     auto* const view = world.show(kQuestion);
     ASSERT_NE(view, nullptr);

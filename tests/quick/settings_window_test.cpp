@@ -233,6 +233,23 @@ TEST_F(SettingsWindowTest, CancelAndEscapeCloseTheFieldAndForgetItsText) {
     EXPECT_TRUE(view->isVisible());
 }
 
+TEST_F(SettingsWindowTest, ReturnPressesWhatHasTheKeyboard) {
+    show({480, 1200});
+    tabTo("Add app to exclusion list");
+    key(Qt::Key_Return);
+    EXPECT_TRUE(world.settings.showAddAppField());
+    tabTo("Cancel");
+    key(Qt::Key_Return);
+    EXPECT_FALSE(world.settings.showAddAppField());
+    world.world.settings.addExcludedApp("Safari");
+    tabTo("Remove Safari");
+    key(Qt::Key_Return);
+    EXPECT_THAT(excluded(), IsEmpty());
+    tabTo("Reset Application");
+    key(Qt::Key_Return);
+    ASSERT_EQ(world.alerts.shown.size(), 1u);
+}
+
 TEST_F(SettingsWindowTest, AnOpenFieldStaysOpenWhileTheWindowIsHidden) {
     show({480, 1200});
     press("Add app to exclusion list");

@@ -1,4 +1,4 @@
-// A question or a message: icon, texts, and the buttons at the end of the last line, the default one last. In
+// A question or a message: icon, texts, and the buttons at the end of the last line, the first one last. In
 // the size it wants; texts that are too long for the window scroll.
 import QtQuick
 
@@ -24,11 +24,11 @@ Rectangle {
     Accessible.name: model.message
     Accessible.description: model.informativeText
 
-    function focusDefault() {
-        const first = repeater.itemAt(0);
+    function focusFirst() {
+        const first = repeater.itemAt(model.firstFocus);
         if (first) first.forceActiveFocus(Qt.TabFocusReason);
     }
-    Component.onCompleted: focusDefault()
+    Component.onCompleted: focusFirst()
     // The window comes up by itself and takes the keyboard: which button Return would press must be seen.
     Window.onActiveChanged: {
         const item = Window.activeFocusItem;
@@ -36,11 +36,9 @@ Rectangle {
     }
     Connections {
         target: view.model
-        function onChanged() { view.focusDefault(); }
+        function onChanged() { view.focusFirst(); }
     }
     Keys.onEscapePressed: model.chooseLast()
-    Keys.onReturnPressed: model.choose(0)
-    Keys.onEnterPressed: model.choose(0)
 
     Image {
         id: icon
@@ -123,7 +121,7 @@ Rectangle {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 20
         spacing: 8
-        // The default one stands at the end of the line, where the eye comes to last.
+        // The first one stands at the end of the line, where the eye comes to last.
         layoutDirection: Qt.RightToLeft
         Repeater {
             id: repeater
@@ -137,8 +135,6 @@ Rectangle {
                 danger: view.model.destructive && index === 0
                 prominent: index === 0 && !view.model.destructive
                 onClicked: view.model.choose(index)
-                Keys.onReturnPressed: view.model.choose(index)
-                Keys.onEnterPressed: view.model.choose(index)
             }
         }
     }

@@ -17,13 +17,14 @@ FocusScope {
     LayoutMirroring.childrenInherit: true
     Keys.onEscapePressed: Window.window.close()
 
-    /// The view is about to be seen: from its start, with the active theme in view.
+    /// The view is about to be seen: from its start, with the active theme in view. No row is marked until a
+    /// key asks for it.
     function willShow(animates: bool): void {
         root.popover.finder.clear();
-        list.byKeyboard = false;
-        list.forceActiveFocus(Qt.OtherFocusReason);
         const active = root.popover.rows.activeRow;
-        list.currentIndex = Math.max(0, active);
+        list.unmark();
+        list.entry = Math.max(0, active);
+        list.forceActiveFocus(Qt.OtherFocusReason);
         if (active > 0) list.positionViewAtIndex(active, ListView.Contain);
         else list.positionViewAtBeginning();
         if (animates && Theme.motion && Appearance.blendsWindows && !Theme.hosted) entrance.restart();
@@ -114,8 +115,10 @@ FocusScope {
             id: list
             objectName: "themeList"
 
-            /// Whether the last move was the keyboard's: then the current row shows the focus.
-            property bool byKeyboard: false
+            /// The row that the first arrow marks, and that Tab comes to, while none is marked.
+            property int entry: 0
+            /// The row that shows the keyboard's mark; -1 for none.
+            readonly property int marked: currentItem && currentItem.visualFocus ? currentIndex : -1
 
             anchors.top: fixedHead.active ? fixedHead.bottom : header.bottom
             anchors.bottom: footer.top
@@ -134,40 +137,54 @@ FocusScope {
             Accessible.name: root.popover.listName
 
             onActiveFocusChanged: {
-                if (activeFocus) return;
-                byKeyboard = false;
+                if (activeFocus) {
+                    if (currentIndex >= 0 && marked < 0 && currentItem.activeFocus) unmark();
+                    return;
+                }
                 root.popover.finder.clear();
+                // So that Tab finds a row that it can mark.
+                if (currentIndex < 0 && count > 0) currentIndex = Math.min(entry, count - 1);
             }
 
             function showFromStart(): void {
-                currentIndex = count > 0 ? 0 : -1;
+                entry = 0;
+                if (activeFocus) unmark();
+                else currentIndex = count > 0 ? 0 : -1;
                 positionViewAtBeginning();
                 if (Theme.motion) fade.restart();
             }
+            function unmark(): void {
+                if (currentIndex >= 0) entry = currentIndex;
+                if (currentItem) currentItem.focus = false;
+                currentIndex = -1;
+            }
             function go(to: int): void {
                 root.popover.finder.clear();
-                byKeyboard = true;
-                if (count === 0) return;
-                currentIndex = Math.max(0, Math.min(count - 1, to));
-                if (currentIndex === 0) positionViewAtBeginning();
-                else positionViewAtIndex(currentIndex, ListView.Contain);
+                mark(to, ListView.Contain);
+            }
+            /// Marks a row and brings it into sight.
+            function mark(to: int, mode: int): void {
+                if (to < 0 || to >= count) return;
+                currentIndex = to;
+                if (to === 0) positionViewAtBeginning();
+                else positionViewAtIndex(to, mode);
+                currentItem.forceActiveFocus(Qt.TabFocusReason);
+                // It may have had the keyboard already, unseen.
+                currentItem.focusReason = Qt.TabFocusReason;
+            }
+            function inSight(item: Item): bool {
+                return item !== null && item.y + item.height > contentY && item.y < contentY + height;
             }
             readonly property int page: Math.max(1, Math.floor(height / (currentItem ? currentItem.height : 52)) - 1)
 
             Keys.forwardTo: [chip]
             Keys.onPressed: event => {
-                switch (event.key) {
-                case Qt.Key_Down: go(currentIndex + 1); break;
-                case Qt.Key_Up: go(currentIndex - 1); break;
-                case Qt.Key_Home: go(0); break;
-                case Qt.Key_End: go(count - 1); break;
-                case Qt.Key_PageDown: go(currentIndex + page); break;
-                case Qt.Key_PageUp: go(currentIndex - page); break;
-                case Qt.Key_Tab:
-                case Qt.Key_Backtab: return;
-                default: byKeyboard = true; return;
-                }
+                const answer = root.popover.keyInList(event.key, marked, entry, count, page, inSight(currentItem));
+                if (!answer.known) return;
                 event.accepted = true;
+                if (answer.marked >= 0) go(answer.marked);
+                if (answer.taps) root.popover.tap(currentItem.themeId);
+                else if (answer.removes) root.popover.deleteTheme(currentItem.themeId);
             }
 
             NumberAnimation {
@@ -184,17 +201,17 @@ FocusScope {
                 x: 8
                 width: ListView.view.width - 16
                 popover: root.popover
-                byKeyboard: list.byKeyboard
-                Keys.forwardTo: [chip]
+                // What a key does to a row is the list's to say, before the control takes any for itself.
+                Keys.forwardTo: [chip, list]
                 onTapped: {
                     root.popover.finder.clear();
-                    list.currentIndex = index;
+                    list.entry = index;
                     root.popover.tap(themeId);
                 }
                 onDeleteAsked: root.popover.deleteTheme(themeId)
                 onPressed: {
-                    list.byKeyboard = false;
                     root.popover.finder.clear();
+                    list.unmark();
                 }
             }
 
@@ -216,9 +233,7 @@ FocusScope {
             width: Math.min(implicitWidth, parent.width - 32)
             finder: root.popover.finder
             onFound: row => {
-                list.byKeyboard = true;
-                list.currentIndex = row;
-                list.positionViewAtIndex(row, ListView.Center);
+                list.mark(row, ListView.Center);
             }
         }
 

@@ -91,8 +91,6 @@ Item {
             text: footer.popover.systemDefault
             Accessible.description: footer.popover.systemDefaultHelp
             onClicked: footer.popover.resetToDefault()
-            Keys.onReturnPressed: footer.popover.resetToDefault()
-            Keys.onEnterPressed: footer.popover.resetToDefault()
         }
         PushButton {
             id: reset
@@ -105,8 +103,6 @@ Item {
             text: footer.popover.reset
             Accessible.description: footer.popover.resetHelp
             onClicked: footer.popover.resetScale()
-            Keys.onReturnPressed: footer.popover.resetScale()
-            Keys.onEnterPressed: footer.popover.resetScale()
             Tip {
                 text: footer.popover.resetHelp
                 y: -height - 6

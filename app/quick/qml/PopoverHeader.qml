@@ -63,8 +63,6 @@ Item {
                 text: modelData.name
                 glyphSize: Theme.glyph(20)
                 onClicked: header.popover.pressHeader(index)
-                Keys.onReturnPressed: header.popover.pressHeader(index)
-                Keys.onEnterPressed: header.popover.pressHeader(index)
             }
         }
     }

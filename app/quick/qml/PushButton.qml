@@ -22,6 +22,8 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.name: text
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Row {

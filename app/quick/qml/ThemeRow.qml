@@ -33,12 +33,10 @@ T.ItemDelegate {
     required property string description
 
     required property var popover
-    /// Whether the list follows the keyboard now.
-    required property bool byKeyboard
 
     readonly property bool large: Theme.large
     readonly property bool pointed: pointer.hovered
-    readonly property bool focusShown: activeFocus && byKeyboard
+    readonly property bool focusShown: visualFocus
     readonly property bool hasStatus: status !== ""
     readonly property bool offersDelete: canDelete && (pointed || focusShown || remove.activeFocus)
     /// On line 2 the delete button takes the place of an error's text.
@@ -79,10 +77,6 @@ T.ItemDelegate {
     Accessible.onToggleAction: row.tapped()
 
     onClicked: tapped()
-    Keys.onReturnPressed: tapped()
-    Keys.onEnterPressed: tapped()
-    Keys.onSpacePressed: tapped()
-    Keys.onDeletePressed: if (canDelete) deleteAsked()
 
     function ink(tone: string): color {
         return tone === "danger" ? Theme.dangerInk : (tone === "accent" ? Theme.accentInk : Theme.text2);
@@ -404,8 +398,6 @@ T.ItemDelegate {
             danger: true
             text: row.popover.deleteHelp
             onClicked: row.deleteAsked()
-            Keys.onReturnPressed: row.deleteAsked()
-            Keys.onEnterPressed: row.deleteAsked()
             Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
         }
     }

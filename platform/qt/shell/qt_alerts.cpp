@@ -2,6 +2,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
 #include <algorithm>
 #include <deque>
@@ -21,7 +22,10 @@ class QtAlerts : public Alerts {
 
     void runModal(const Alert& alert, std::function<void(int button)> answered) override {
         waiting_.push_back({alert, std::move(answered)});
-        if (waiting_.size() == 1) showFirst();
+        if (waiting_.size() > 1) return;
+        // The answer to one alert may ask the next, while nothing has the keyboard yet.
+        if (!asker_) asker_ = QGuiApplication::focusWindow();
+        showFirst();
     }
 
   private:
@@ -64,7 +68,15 @@ class QtAlerts : public Alerts {
             // The answer may ask again; what waited longer is shown first.
             if (!waiting_.empty()) showFirst();
             question.answered(button);
+            if (waiting_.empty()) returnKeyboard();
         }));
+    }
+
+    void returnKeyboard() {
+        auto* const asker = std::exchange(asker_, nullptr).data();
+        if (!asker || !asker->isVisible()) return;
+        asker->requestActivate();
+        if (desktop_.activate) desktop_.activate(asker->winId());
     }
 
     ShellViews& views_;
@@ -72,6 +84,8 @@ class QtAlerts : public Alerts {
     const ShellDesktop& desktop_;
     std::deque<Question> waiting_;
     bool answering_ = false;
+    /// What had the keyboard before the first of the alerts that are up.
+    QPointer<QWindow> asker_;
     std::optional<shell::WindowHost> host_;
     Lifetime lifetime_;
 };

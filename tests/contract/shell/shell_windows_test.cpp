@@ -213,6 +213,34 @@ TEST_F(ShellTest, AlertsWaitTheirTurnAndAnswerOnce) {
     EXPECT_FALSE(views.alertView->isVisible());
 }
 
+TEST_F(ShellTest, AfterAnAlertTheKeyboardReturnsToTheWindowThatHadIt) {
+    const auto window = windows->makeWindow(aboutSpec());
+    const auto other = windows->makeWindow({.content = WindowContent::settings,
+                                            .contentSize = {300, 300},
+                                            .title = "Settings",
+                                            .styleMask = 32771,
+                                            .showsMiniaturizeAndZoom = false});
+    for (const auto* each : {&window, &other}) {
+        (*each)->setFrame({{each == &window ? 200.0 : 700.0, 100}, (*each)->frame().size});
+        (*each)->makeKeyAndOrderFront();
+        ASSERT_TRUE(until([&] { return (*each)->isKey(); }));
+    }
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(until([&] { return window->isKey(); }));
+    int answers = 0;
+    for (int time = 0; time < 2; ++time)
+        alerts->runModal({AlertStyle::warning, "again", "", {"Yes", "No"}}, [&](int) { ++answers; });
+    for (int time = 0; time < 2; ++time) {
+        ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.alertView.get(); }));
+        runFor(std::chrono::milliseconds(100));
+        views.chosen(0);
+        ASSERT_TRUE(until([&] { return answers == time + 1; }));
+    }
+    EXPECT_TRUE(until([&] { return window->isKey(); }));
+    runFor(std::chrono::milliseconds(300));
+    EXPECT_TRUE(window->isKey());
+}
+
 TEST_F(ShellTest, TheEndRunsTheHandlerOnceWithWindowsOpen) {
     const auto application = makeQtApplication({});
     int ends = 0;
