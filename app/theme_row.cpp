@@ -121,6 +121,7 @@ ThemeRow themeRow(const CursorThemeInfo* known, const std::string& id, bool isAc
     row.statusTone = toneOf(row.status);
     if (row.status == RowStatus::error) row.errorTooltip = theme.downloadError;
     setTile(row, theme);
+    if (known && !row.preview) row.drawing = themeDrawing(theme.name, theme.handedness);
     setProgress(row, theme);
 
     row.isActive = isActive;

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/theme_drawing.h"
 #include "app/user_text.h"
 #include "base/bitmap.h"
 #include "themes/cursor_theme_info.h"
@@ -54,6 +55,8 @@ struct ThemeRow {
     RowTone tileTone = RowTone::quiet;
     /// Present for `preview` only.
     std::optional<Bitmap> preview;
+    /// What stands for a known theme that has no preview; of no lines for any other row.
+    ThemeDrawing drawing;
 
     RowStatus status = RowStatus::none;
     /// Empty for `none`; then the author's line also holds the licence.

@@ -13,6 +13,7 @@
 #include "app/quick/popover_facade.h"
 #include "app/quick/preview_images.h"
 #include "app/quick/refused_network.h"
+#include "app/quick/theme_drawings.h"
 #include "app/quick/visible_focus.h"
 
 namespace pintle {
@@ -104,6 +105,8 @@ ShellViewsQuick::Scenes& ShellViewsQuick::scenes() {
         const double scale = qGuiApp->devicePixelRatio();
         scenes_->engine.addImageProvider(PreviewImages::providerName,
                                          scenes_->previews.makeProvider().release());
+        scenes_->engine.addImageProvider(ThemeDrawings::providerName,
+                                         ThemeDrawings::makeProvider().release());
         scenes_->engine.addImageProvider("shadow", PanelShadow::makeProvider(scale, panelRadius).release());
     }
     return *scenes_;

@@ -4,8 +4,8 @@
 #include <unordered_set>
 
 #include "app/quick/symbol_icons.h"
+#include "app/quick/theme_drawings.h"
 #include "app/quick/translated.h"
-#include "app/theme_monogram.h"
 
 namespace pintle {
 namespace {
@@ -108,6 +108,7 @@ QHash<int, QByteArray> ThemeRowsModel::roleNames() const {
             {TileRole, "tile"},
             {TileIconRole, "tileIcon"},
             {TileToneRole, "tileTone"},
+            {DrawingRole, "drawing"},
             {MonogramRole, "monogram"},
             {TintRole, "tint"},
             {PreviewRole, "preview"},
@@ -153,10 +154,12 @@ QVariant ThemeRowsModel::value(const Entry& entry, int role) const {
             return icon(row.tileSymbol);
         case TileToneRole:
             return nameOf(row.tileTone);
+        case DrawingRole:
+            return ThemeDrawings::address(row.drawing);
         case MonogramRole:
-            return QString::fromStdString(themeMonogram(row.name.argument).letters);
+            return QString::fromStdString(row.drawing.letters);
         case TintRole:
-            return static_cast<int>(themeMonogram(row.name.argument).tint);
+            return static_cast<int>(row.drawing.tint);
         case PreviewRole:
             return entry.preview;
         case StatusRole:

@@ -35,6 +35,8 @@ class ThemeRowsModel : public QAbstractListModel {
         TileIconRole,
         /// "quiet", "accent" or "danger"; the status' tone too.
         TileToneRole,
+        /// Address of the drawing that stands for the picture; empty where letters or nothing does.
+        DrawingRole,
         MonogramRole,
         /// The number of a TileTint.
         TintRole,

@@ -122,7 +122,8 @@ TEST_F(ThemeRowsModelTest, GivesDrawingsByNameAndTonesInWords) {
     const int row = rowOf(ModelWorld::ice);
     EXPECT_EQ(value(row, ThemeRowsModel::TileRole), "download");
     EXPECT_EQ(value(row, ThemeRowsModel::TileIconRole), "download");
-    EXPECT_EQ(value(row, ThemeRowsModel::MonogramRole), "BM");
+    EXPECT_EQ(value(row, ThemeRowsModel::MonogramRole), "");
+    EXPECT_EQ(value(row, ThemeRowsModel::DrawingRole), "image://drawings/1-1-s-16191a-ffffff");
     EXPECT_EQ(value(row, ThemeRowsModel::HandIconRole), "hand-right");
     EXPECT_EQ(value(row, ThemeRowsModel::StatusRole), "Click to download");
     EXPECT_EQ(value(row, ThemeRowsModel::MarkRole), "circle");

@@ -47,11 +47,11 @@ QtObject {
     readonly property color tileBottom: dark ? "#2F3536" : "#D9DFDE"
     /// The letters and the plate of a theme without a picture, by the number of its tint.
     readonly property var tintInks: dark
-        ? ["#B4BFBF", "#D3DADA", "#A6CCDC", "#DFBD86", "#E0A6A2", "#A3CBA0", "#A2BDE6", "#C2B3E3", "#92CDC7"]
-        : ["#55625F", "#2E3837", "#3C6377", "#7A5410", "#8F3F3B", "#3D6B3A", "#37598B", "#61508A", "#2F6A66"]
+        ? ["#B4BFBF", "#92CDC7", "#C2B3E3", "#A2BDE6", "#A3CBA0", "#E0A6A2"]
+        : ["#55625F", "#2F6A66", "#61508A", "#37598B", "#3D6B3A", "#8F3F3B"]
     readonly property var tintPlates: dark
-        ? ["#1AB4BFBF", "#24D3DADA", "#1FA6CCDC", "#1FDFBD86", "#1FE0A6A2", "#1FA3CBA0", "#1FA2BDE6", "#1FC2B3E3", "#1F92CDC7"]
-        : ["#1455625F", "#242E3837", "#1A3C6377", "#1F9A6A14", "#1A8F3F3B", "#1A3D6B3A", "#1A37598B", "#1A61508A", "#1A2F6A66"]
+        ? ["#1AB4BFBF", "#1F92CDC7", "#1FC2B3E3", "#1FA2BDE6", "#1FA3CBA0", "#1FE0A6A2"]
+        : ["#1455625F", "#1A2F6A66", "#1A61508A", "#1A37598B", "#1A3D6B3A", "#1A8F3F3B"]
 
     readonly property color knob: dark ? "#EEF1F1" : "#FFFFFF"
     readonly property color tipBg: dark ? "#EEF1F1" : "#1B1E1F"

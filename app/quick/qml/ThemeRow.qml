@@ -17,6 +17,7 @@ T.ItemDelegate {
     required property string tile
     required property string tileIcon
     required property string tileTone
+    required property string drawing
     required property string monogram
     required property int tint
     required property string preview
@@ -41,7 +42,11 @@ T.ItemDelegate {
     readonly property bool offersDelete: canDelete && (pointed || focusShown || remove.activeFocus)
     /// On line 2 the delete button takes the place of an error's text.
     readonly property bool statusShown: hasStatus && !(offersDelete && error !== "")
-    readonly property bool tileShowsAction: tile === "download" && (tileTone !== "quiet" || pointed || focusShown)
+    readonly property bool attended: pointed || focusShown
+    readonly property bool tileShowsAction: tile === "download" && tileTone !== "quiet"
+    /// Whether the theme's own drawing or letters fill the tile.
+    readonly property bool drawn: (tile === "download" && !tileShowsAction || tile === "pending") && drawing !== ""
+    readonly property bool lettered: tile === "download" && !tileShowsAction && monogram !== ""
 
     /// False while the row takes another theme's values, which are not to fade in.
     property bool settled: true
@@ -121,6 +126,7 @@ T.ItemDelegate {
                 visible: row.tile === "download" || row.tile === "warning"
                 color: row.tile === "warning" ? Theme.dangerSoft
                      : row.tileShowsAction ? Theme.accentSoft
+                     : row.attended ? Theme.accentSoft
                      : row.monogram === "" ? Theme.well : Theme.tintPlates[row.tint]
                 Behavior on color { enabled: row.settled; ColorAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
             }
@@ -128,8 +134,8 @@ T.ItemDelegate {
                 anchors.centerIn: parent
                 textFormat: Text.PlainText
                 text: row.monogram
-                visible: row.tile === "download" && opacity > 0
-                opacity: row.tileShowsAction ? 0 : 1
+                visible: opacity > 0
+                opacity: row.lettered ? 1 : 0
                 font.family: Theme.family
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
@@ -142,11 +148,19 @@ T.ItemDelegate {
                 anchors.centerIn: parent
                 glyph: row.tileIcon
                 size: 20
-                opacity: row.tile !== "download" || row.tileShowsAction || row.monogram === "" ? 1 : 0
-                visible: row.tile !== "preview" && opacity > 0
+                opacity: row.tile === "preview" || row.drawn || row.lettered ? 0 : 1
+                visible: opacity > 0
                 color: row.tile === "warning" ? Theme.danger
                      : row.tileShowsAction ? Theme.accent : Theme.iconRest
                 Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+            }
+            Image {
+                anchors.centerIn: parent
+                visible: row.drawn
+                source: row.drawing
+                sourceSize: Qt.size(26, 26)
+                smooth: false
+                Accessible.ignored: true
             }
             Image {
                 x: Math.round((parent.width - width) / 2)
@@ -349,7 +363,7 @@ T.ItemDelegate {
                         anchors.verticalCenter: statusText.verticalCenter
                         glyph: row.tileIcon
                         size: Theme.glyph(12)
-                        color: row.pointed ? Theme.accent : Theme.iconRest
+                        color: row.attended ? Theme.accent : Theme.iconRest
                     }
                     Text {
                         id: statusText
@@ -366,7 +380,7 @@ T.ItemDelegate {
                         font.family: Theme.family
                         font.pixelSize: Theme.sizeCaption
                         font.weight: row.statusTone === "quiet" ? Font.Normal : Font.Medium
-                        color: row.statusTone === "quiet" && row.pointed ? Theme.accentInk : row.ink(row.statusTone)
+                        color: row.statusTone === "quiet" && row.attended ? Theme.accentInk : row.ink(row.statusTone)
                         Accessible.ignored: true
                     }
                 }
