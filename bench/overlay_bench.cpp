@@ -168,8 +168,6 @@ class Overlay {
 
 int main(int argc, char** argv) {
     const double seconds = argc > 1 ? std::strtod(argv[1], nullptr) : 30;
-    ::unsetenv("WAYLAND_DISPLAY");
-    ::unsetenv("XDG_SESSION_TYPE");
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
     QCoreApplication application(argc, argv);
     const pintle::XTestServer server;

@@ -37,9 +37,13 @@ class DependenciesTest(unittest.TestCase):
         self.assertEqual(len(complaints("platform/freedesktop/a.cpp", '#include "platform/x11/a.h"')), 1)
 
     def test_the_root_includes_backends_but_no_fake(self):
-        self.assertEqual(complaints("app/quick/main.cpp", '#include "platform/x11/a.h"', '#include "app/a.h"',
+        self.assertEqual(complaints("app/root/main.cpp", '#include "platform/x11/a.h"', '#include "app/a.h"',
                                     "#include <QApplication>"), [])
-        self.assertEqual(len(complaints("app/quick/main.cpp", '#include "platform/fake/a.h"')), 1)
+        self.assertEqual(len(complaints("app/root/main.cpp", '#include "platform/fake/a.h"')), 1)
+
+    def test_the_views_include_the_toolkits_backend_only(self):
+        self.assertEqual(complaints("app/quick/a.cpp", '#include "platform/qt/a.h"'), [])
+        self.assertEqual(len(complaints("app/quick/a.cpp", '#include "platform/x11/a.h"')), 1)
 
     def test_the_core_names_no_toolkit_and_no_window_system(self):
         for header in ("<QString>", "<QtCore/QString>", "<X11/Xlib.h>", "<xcb/xcb.h>", "<qglobal.h>",

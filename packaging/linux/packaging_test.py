@@ -52,7 +52,7 @@ class Packaging(unittest.TestCase):
         self.assertEqual(component.findtext("summary"), self.entry()["Comment"])
 
     def test_the_windows_carry_the_name_of_the_entry(self):
-        root = (ROOT / "app/quick/root_linux.cpp").read_text()
+        root = (ROOT / "app/root/backend_freedesktop.cpp").read_text()
         named = re.search(r'setDesktopFileName\(QStringLiteral\("([^"]+)"\)\)', root)
         self.assertEqual(named and named.group(1), NAME)
 

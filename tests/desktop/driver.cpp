@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "app/quick/root.h"
+#include "app/root/root.h"
 #include "platform/qt/qt_socket_watch.h"
 
 namespace {

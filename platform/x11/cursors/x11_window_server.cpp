@@ -113,13 +113,6 @@ X11WindowServer::X11WindowServer(X11WindowServerOptions options)
       environment_(options_.environment ? options_.environment : processEnvironment),
       desk_{nullptr, nullptr, {}, DesktopTheme(environment_)},
       keeper_(options_.queue, desk_, [this] { handleNewsSoon(); }) {
-    const auto session = environment_("XDG_SESSION_TYPE");
-    const auto wayland = environment_("WAYLAND_DISPLAY");
-    const bool isWayland = (session && *session == "wayland") || (wayland && !wayland->empty());
-    if (isWayland && !options_.display) {
-        options_.log.system("[X11] Wayland session - cursor registration unavailable");
-        return;
-    }
     bool reached = false;
     desk_.registration = Registration::open(displayName(), reached);
     if (desk_.registration) desk_.watcher = Watcher::open(displayName());

@@ -16,8 +16,7 @@
 namespace pintle {
 
 struct X11WindowServerOptions {
-    /// Absent: the one of the environment, unless the session is Wayland's. A display named here is used in
-    /// any session.
+    /// Absent: the one of the environment.
     std::optional<std::string> display;
     /// Both outlive the window server.
     MainQueue& queue;

@@ -18,10 +18,6 @@ std::optional<std::string> variable(const std::string& name) {
     return value;
 }
 
-bool isWaylandSession() {
-    return !variable("WAYLAND_DISPLAY").value_or("").empty() || variable("XDG_SESSION_TYPE") == "wayland";
-}
-
 class X11OverlayDesktop : public OverlayDesktop {
   public:
     X11OverlayDesktop(const OverlayDesktopOptions& options,
@@ -97,7 +93,6 @@ class X11OverlayDesktop : public OverlayDesktop {
 }  // namespace
 
 std::unique_ptr<OverlayDesktop> makeOverlayDesktop(const OverlayDesktopOptions& options) {
-    if (!options.display && isWaylandSession()) return nullptr;
     const std::string display = options.display.value_or(variable("DISPLAY").value_or(""));
     auto connection = overlay::OverlayConnection::open(display);
     if (!connection) return nullptr;

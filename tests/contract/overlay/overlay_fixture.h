@@ -64,8 +64,6 @@ class OverlayDesktopTest : public testing::Test {
         ::setenv("XCURSOR_PATH", overlayThemesFolder().path().c_str(), 1);
         ::setenv("XCURSOR_THEME", "A", 1);
         ::unsetenv("XCURSOR_SIZE");
-        ::unsetenv("WAYLAND_DISPLAY");
-        ::unsetenv("XDG_SESSION_TYPE");
         settings.setUseSystemCursorForMissing(false);
         workspace.frontmost = RunningApplication{"editor", 7};
         backdrop = onlooker.window({0, 0, kWidth, kHeight}, kBackdrop);

@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "app/quick/shell_desktop_x11.h"
+#include "app/root/shell_desktop_x11.h"
 #include "platform/fake/fake_appearance.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_socket_watch.h"

@@ -8,9 +8,9 @@
 #include <memory>
 
 #include "app/about_window_model.h"
-#include "app/quick/native_views_qt.h"
 #include "app/quick/shell_views_quick.h"
 #include "app/quick/window_views.h"
+#include "app/root/native_views_qt.h"
 #include "app/settings_window_model.h"
 #include "platform/fake/fake_appearance.h"
 #include "platform/fake/fake_login_item_service.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/quick/native_views_qt.h"
+#include "app/root/native_views_qt.h"
 
 namespace pintle {
 namespace {

@@ -1,10 +1,10 @@
-#include "app/quick/prepare_toolkit_mac.h"
+#include "app/root/prepare_toolkit_mac.h"
 
 #include <gtest/gtest.h>
 
 #include <QGuiApplication>
 
-#include "app/quick/root.h"
+#include "app/root/root.h"
 #include "tests/contract/queue_worlds.h"
 #include "tests/support/temporary_folder.h"
 

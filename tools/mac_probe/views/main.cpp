@@ -17,9 +17,9 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "app/quick/native_views_qt.h"
-#include "app/quick/prepare_toolkit_mac.h"
-#include "app/quick/root.h"
+#include "app/root/native_views_qt.h"
+#include "app/root/prepare_toolkit_mac.h"
+#include "app/root/root.h"
 #include "platform/mac/mac_application.h"
 #include "platform/mac/mac_overlay_surfaces.h"
 #include "platform/mac/mac_popovers.h"

@@ -1,8 +1,8 @@
-#include "app/quick/prepare_toolkit_mac.h"
+#include "app/root/prepare_toolkit_mac.h"
 
 #include <QGuiApplication>
 
-#include "app/quick/root.h"
+#include "app/root/desktop_backend.h"
 #include "platform/qt/qt_process_runner.h"
 
 namespace pintle {

@@ -1,4 +1,4 @@
-#include "app/quick/shell_desktop_x11.h"
+#include "app/root/shell_desktop_x11.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "app/quick/native_views_qt.h"
+#include "app/root/native_views_qt.h"
 
 #include <QEvent>
 #include <QObject>

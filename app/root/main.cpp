@@ -2,7 +2,7 @@
 #include <QApplication>
 #include <cstdio>
 
-#include "app/quick/root.h"
+#include "app/root/root.h"
 
 int main(int argc, char** argv) {
     if (const auto obstacle = pintle::prepareToolkit()) {
