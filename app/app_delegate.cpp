@@ -71,6 +71,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     showPopoverRequest_ = instances.observe(kShowPopoverNotification, lifetime_.weakly([this] {
         if (popover_ && !popover_->isShown()) togglePopover();
     }));
+    olderCopy_ = instances.observeOlderCopy(lifetime_.weakly([this] {
+        if (std::exchange(isRedundant_, true)) return;
+        to_.early.log.system("[PINTLEAPP] A copy that started earlier runs - ending");
+        to_.application.terminate();
+    }));
     to_.composition.refreshLoginItem(to_.login);
     to_.installSignalRecovery();
     desktop_.emplace(to_.makeDesktop());
@@ -256,9 +261,10 @@ void AppDelegate::quitApp() {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    // A copy that found another one has changed nothing, and puts nothing back under the other one's feet.
     if (std::exchange(hasTerminated_, true) || !desktop_) return;
     stopOverlay();
+    // A copy that found another one puts nothing back under the other one's feet.
+    if (isRedundant_) return;
     if (boolValue(to_.early.preferences, CursorSettings::restoreOnQuitKey)) {
         auto& changer = to_.composition.changer();
         auto& applier = to_.composition.applier();

@@ -66,7 +66,8 @@ class AppDelegate {
     /// Shut-down; everything pending is written and sent on return. Only its first call does anything.
     void applicationWillTerminate();
 
-    /// Another copy runs: it was told, this one has been asked to end and has made nothing.
+    /// Another copy runs and this one has been asked to end: at the start, where it has made nothing, or
+    /// later, where it leaves everything as it stands.
     bool isRedundant() const { return isRedundant_; }
 
     void setupMenuBar();
@@ -119,6 +120,7 @@ class AppDelegate {
     std::unique_ptr<ShellWindow> aboutWindow_;
 
     Subscription showPopoverRequest_;
+    Subscription olderCopy_;
     Subscription openSettingsRequest_;
     Subscription openAboutRequest_;
     Subscription quitAppRequest_;

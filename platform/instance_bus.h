@@ -19,6 +19,9 @@ class InstanceBus {
     virtual void post(const std::string& name) = 0;
     /// Calls `heard` on the main queue for each such message of another copy until the handle ends.
     virtual Subscription observe(const std::string& name, std::function<void()> heard) = 0;
+    /// Calls `found` on the main queue when a copy that started before this one turns out to run after all,
+    /// as it can once copies reach each other again. This copy is then the second one.
+    virtual Subscription observeOlderCopy(std::function<void()> found) = 0;
 };
 
 }  // namespace pintle

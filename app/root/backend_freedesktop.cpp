@@ -54,7 +54,7 @@ EarlyBackend makeEarlyBackend() {
     const auto preferences = makePreferencePath(environment, early.bundle);
     early.preferences = makePlistKeyValueStore(preferences, *early.propertyLists, *early.log, *early.queue,
                                                *early.background);
-    early.instances = makeDbusInstanceBus(early.bundle.identifier);
+    early.instances = makeDbusInstanceBus(early.bundle.identifier, *early.queue, *early.background);
     early.loginItems = makeAbsentLoginItemService();
     early.loginAgent = makeAutostartEntry(preferences.parent_path());
     early.loginAgentRole = LoginAgentRole::standsInForService;

@@ -37,12 +37,16 @@ class FakeInstanceBus : public InstanceBus {
             if (arrived == name) heard();
         });
     }
+    Subscription observeOlderCopy(std::function<void()> found) override {
+        return olderCopies.observe(std::move(found));
+    }
     /// A message of another copy.
     void hear(const std::string& name) { messages.emit(name); }
 
     bool another = false;
     std::vector<std::string> posted;
     Signal<const std::string&> messages;
+    Signal<> olderCopies;
 };
 
 }  // namespace pintle

@@ -10,14 +10,20 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QString>
+#include <QTimer>
 #include <QVariant>
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <optional>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
+#include "base/lifetime.h"
 #include "base/signal.h"
 
 namespace pintle {
@@ -26,17 +32,28 @@ namespace {
 constexpr int kProbeMilliseconds = 1000;
 constexpr int kCallMilliseconds = 2000;
 constexpr int kReleaseMilliseconds = 500;
+constexpr auto kFirstRetry = std::chrono::seconds(1);
+constexpr auto kLastRetry = std::chrono::seconds(30);
+/// Flags of RequestName.
+constexpr unsigned kWaitForIt = 0;
 constexpr unsigned kDoNotQueue = 4;
 /// Answers to RequestName.
 constexpr unsigned kInQueue = 2;
 constexpr unsigned kExists = 3;
+
+/// Without the bus's identity: one that is started again at its old place has a new one.
+std::string withoutIdentity(std::string address) {
+    for (auto at = address.find(",guid="); at != std::string::npos; at = address.find(",guid=", at))
+        address.erase(at, std::min(address.find_first_of(",;", at + 1), address.size()) - at);
+    return address;
+}
 
 std::optional<std::string> sessionBusAddress() {
     const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
     if (address && *address) {
         // This form would start a bus of its own.
         if (std::string_view(address).starts_with("autolaunch")) return std::nullopt;
-        return address;
+        return withoutIdentity(address);
     }
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (!runtime || *runtime != '/') return std::nullopt;
@@ -91,19 +108,44 @@ bool answers(const std::string& address) {
     return alive;
 }
 
-/// The object behind the name: other copies call its one method with the name of their message.
+/// When a process started, in ticks since the system did, and its id: earlier processes are less. Absent for
+/// one that cannot be seen.
+using Age = std::pair<unsigned long long, unsigned>;
+std::optional<Age> ageOf(unsigned pid) {
+    std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
+    std::string line;
+    if (!std::getline(file, line)) return std::nullopt;
+    // The program's name, in parentheses, may hold anything.
+    const auto name = line.rfind(')');
+    if (name == std::string::npos) return std::nullopt;
+    std::istringstream rest(line.substr(name + 1));
+    constexpr int kFieldsBetween = 19;
+    std::string skipped;
+    for (int i = 0; i < kFieldsBetween; ++i) rest >> skipped;
+    unsigned long long start = 0;
+    if (!(rest >> start)) return std::nullopt;
+    return Age{start, pid};
+}
+
+/// The object behind the name. Other copies call its two methods: with the name of their message, or to have
+/// the name.
 class Mailbox : public QDBusVirtualObject {
   public:
     explicit Mailbox(QString interface) : interface_(std::move(interface)) {}
     QString introspect(const QString&) const override {
         return QStringLiteral(
                    "<interface name=\"%1\"><method name=\"Post\"><arg name=\"name\" type=\"s\" "
-                   "direction=\"in\"/></method></interface>")
+                   "direction=\"in\"/></method><method name=\"GiveWay\"/></interface>")
             .arg(interface_);
     }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        if (message.interface() != interface_ || message.member() != QLatin1String("Post") ||
-            message.signature() != QLatin1String("s"))
+        if (message.interface() != interface_) return false;
+        if (message.member() == QLatin1String("GiveWay") && message.signature().isEmpty()) {
+            bus.send(message.createReply());
+            wanted.emit(message.service());
+            return true;
+        }
+        if (message.member() != QLatin1String("Post") || message.signature() != QLatin1String("s"))
             return false;
         // The sender waits for this before it ends.
         bus.send(message.createReply());
@@ -111,6 +153,8 @@ class Mailbox : public QDBusVirtualObject {
         return true;
     }
     Signal<const std::string&> heard;
+    /// With the name of the connection that asks.
+    Signal<const QString&> wanted;
 
   private:
     const QString interface_;
@@ -118,10 +162,18 @@ class Mailbox : public QDBusVirtualObject {
 
 class DbusInstanceBus : public InstanceBus {
   public:
-    explicit DbusInstanceBus(const std::string& name)
+    DbusInstanceBus(const std::string& name, MainQueue& queue, BackgroundTasks& background)
         : name_(QString::fromStdString(name)),
           path_(QLatin1Char('/') + QString(name_).replace(QLatin1Char('.'), QLatin1Char('/'))),
-          mailbox_(name_) {}
+          mailbox_(name_),
+          queue_(queue),
+          background_(background) {
+        disconnected_.setSingleShot(true);
+        disconnected_.callOnTimeout([this] { lookForTheBus(kFirstRetry); });
+        wanted_ = mailbox_.wanted.observe([this](const QString& sender) {
+            if (isOlderThanThis(sender)) olderCopies_.emit();
+        });
+    }
     ~DbusInstanceBus() override {
         if (!connected_) return;
         QDBusConnection(connectionName()).unregisterObject(path_);
@@ -134,11 +186,11 @@ class DbusInstanceBus : public InstanceBus {
     bool anotherCopyRuns() override {
         if (!connected_) {
             const auto address = sessionBusAddress();
-            if (!address || !answers(*address)) return false;
-            connected_ = true;
-            // The object is there before the name is, so that no message finds the name without it.
-            QDBusConnection::connectToBus(QString::fromStdString(*address), connectionName())
-                .registerVirtualObject(path_, &mailbox_);
+            if (!address || !answers(*address)) {
+                lookForTheBus(kFirstRetry);
+                return false;
+            }
+            connectTo(*address);
         }
         const auto answer = ask("RequestName", {name_, kDoNotQueue}, kCallMilliseconds);
         return answer == kExists || answer == kInQueue;
@@ -158,7 +210,64 @@ class DbusInstanceBus : public InstanceBus {
         });
     }
 
+    Subscription observeOlderCopy(std::function<void()> found) override {
+        return olderCopies_.observe(std::move(found));
+    }
+
   private:
+    void connectTo(const std::string& address) {
+        connected_ = true;
+        // The object is there before the name is, so that no message finds the name without it.
+        auto bus = QDBusConnection::connectToBus(QString::fromStdString(address), connectionName());
+        bus.registerVirtualObject(path_, &mailbox_);
+        bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                    QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                    &disconnected_, SLOT(start()));
+        if (!bus.isConnected()) lookForTheBus(kFirstRetry);
+    }
+
+    /// Looks after a while, and again after longer ones until there is one.
+    void lookForTheBus(std::chrono::seconds wait) {
+        retry_ = queue_.after(wait, [this, wait] {
+            const auto again = [this, wait] { lookForTheBus(std::min(wait * 2, kLastRetry)); };
+            const auto address = sessionBusAddress();
+            if (!address) {
+                again();
+                return;
+            }
+            runInBackground(
+                background_, queue_, lifetime_, Priority::utility, [address] { return answers(*address); },
+                [this, again, address](bool alive) {
+                    if (alive)
+                        joinAgain(*address);
+                    else
+                        again();
+                });
+        });
+    }
+
+    void joinAgain(const std::string& address) {
+        if (connected_) QDBusConnection::disconnectFromBus(connectionName());
+        connectTo(address);
+        const auto answer = ask("RequestName", {name_, kWaitForIt}, kCallMilliseconds);
+        if (answer != kInQueue && answer != kExists) return;
+        // An owner whose age cannot be told stays: it would not believe that this one is older.
+        if (isOlderThanThis(name_, true)) {
+            olderCopies_.emit();
+            return;
+        }
+        const auto giveWay = QDBusMessage::createMethodCall(name_, path_, name_, QStringLiteral("GiveWay"));
+        QDBusConnection(connectionName()).send(giveWay);
+    }
+
+    /// Of the process behind a name on the bus.
+    bool isOlderThanThis(const QString& name, bool unknown = false) const {
+        const auto pid = ask("GetConnectionUnixProcessID", {name}, kCallMilliseconds);
+        const auto other = pid ? ageOf(*pid) : std::nullopt;
+        const auto own = ageOf(static_cast<unsigned>(::getpid()));
+        return other && own ? *other < *own : unknown;
+    }
+
     /// A call to the bus itself; absent without an answer in time.
     std::optional<unsigned> ask(const char* method, const QVariantList& arguments, int milliseconds) const {
         const QDBusConnection bus(connectionName());
@@ -176,15 +285,24 @@ class DbusInstanceBus : public InstanceBus {
     const QString name_;
     const QString path_;
     Mailbox mailbox_;
+    MainQueue& queue_;
+    BackgroundTasks& background_;
     /// Several of these in one process each have a connection of their own.
     const QString suffix_ = QStringLiteral(" ") + QString::number(reinterpret_cast<quintptr>(this), 16);
     bool connected_ = false;
+    /// Started by the connection when it breaks.
+    QTimer disconnected_;
+    Signal<> olderCopies_;
+    Subscription wanted_;
+    Timer retry_;
+    Lifetime lifetime_;
 };
 
 }  // namespace
 
-std::unique_ptr<InstanceBus> makeDbusInstanceBus(const std::string& name) {
-    return std::make_unique<DbusInstanceBus>(name);
+std::unique_ptr<InstanceBus> makeDbusInstanceBus(const std::string& name, MainQueue& queue,
+                                                 BackgroundTasks& background) {
+    return std::make_unique<DbusInstanceBus>(name, queue, background);
 }
 
 }  // namespace pintle

@@ -30,6 +30,8 @@ class MacInstanceBus : public InstanceBus {
             });
         });
     }
+    // The list of running programs is the desktop's own; copies cannot lose sight of each other.
+    Subscription observeOlderCopy(std::function<void()>) override { return {}; }
 
   private:
     const std::string bundleIdentifier_;

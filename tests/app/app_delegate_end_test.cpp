@@ -135,6 +135,24 @@ TEST_F(EndTest, ADelegateThatNeverStartedTearsNothingDown) {
     EXPECT_THAT(shell.transcript, IsEmpty());
 }
 
+TEST_F(EndTest, ACopyThatFindsAnOlderOneEndsAndPutsNothingBack) {
+    startWithTheme();
+    world.store.set("restoreOnQuit", true);
+    const auto before = restores();
+    forget();
+    bus.olderCopies.emit();
+    bus.olderCopies.emit();
+    EXPECT_EQ(startingWith("application"), std::vector<std::string>{"application terminate"});
+    EXPECT_TRUE(startingWith("bus post").empty()) << "nobody asked for the other one's popover";
+    EXPECT_TRUE(delegate->isRedundant());
+    shell.application.end();
+    EXPECT_TRUE(isThemed());
+    EXPECT_EQ(restores(), before);
+    delegate.reset();
+    composition.reset();
+    EXPECT_TRUE(isThemed());
+}
+
 TEST_F(EndTest, AQuitThatIsAskedForTwiceEndsOnce) {
     start().quitApp();
     delegate->quitApp();

@@ -18,6 +18,7 @@
 #include "platform/plist/plist_coder.h"
 #include "platform/plist/plist_key_value_store.h"
 #include "platform/posix/signal_recovery.h"
+#include "platform/qt/qt_background_tasks.h"
 #include "platform/qt/qt_main_queue.h"
 
 namespace {
@@ -82,16 +83,22 @@ int writePreferences(const char* file, const std::string& key, long count) {
 /// helper post NAME MESSAGE: a second copy, which tells the first one and ends at once. 3: there is no first.
 int postAndEnd(const std::string& name, const std::string& message, int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    const auto bus = pintle::makeDbusInstanceBus(name);
+    const auto queue = pintle::makeQtMainQueue();
+    const auto background = pintle::makeQtBackgroundTasks();
+    const auto bus = pintle::makeDbusInstanceBus(name, *queue, *background);
     if (!bus->anotherCopyRuns()) return 3;
     bus->post(message);
     _exit(0);
 }
 
-/// helper hold NAME REPORT_FD: a first copy that runs until it is killed.
+/// helper hold NAME REPORT_FD: a copy that runs until it is killed or finds an older one, and then ends
+/// with 4.
 int holdName(const std::string& name, int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    const auto bus = pintle::makeDbusInstanceBus(name);
+    const auto queue = pintle::makeQtMainQueue();
+    const auto background = pintle::makeQtBackgroundTasks();
+    const auto bus = pintle::makeDbusInstanceBus(name, *queue, *background);
+    const auto older = bus->observeOlderCopy([] { QCoreApplication::exit(4); });
     const bool alone = !bus->anotherCopyRuns();
     if (write(reportTo, alone ? "a" : "b", 1) != 1) _exit(9);
     return QCoreApplication::exec();

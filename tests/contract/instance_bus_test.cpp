@@ -11,11 +11,16 @@
 #include <QEventLoop>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/freedesktop/dbus_instance_bus.h"
+#include "platform/qt/qt_background_tasks.h"
+#include "platform/qt/qt_main_queue.h"
 #include "tests/support/temporary_folder.h"
 
 namespace pintle {
@@ -45,15 +50,20 @@ class InstanceBusTest : public ::testing::Test {
         else
             ::unsetenv(name);
     }
+    std::unique_ptr<InstanceBus> makeBus(const std::string& name) {
+        return makeDbusInstanceBus(name, *queue_, *background_);
+    }
     /// Asks a fresh object, which must answer no and soon.
-    static void expectNoAndSoon() {
+    void expectNoAndSoon() {
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_FALSE(makeDbusInstanceBus(kName)->anotherCopyRuns());
+        EXPECT_FALSE(makeBus(kName)->anotherCopyRuns());
         EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
     }
     std::optional<std::string> address_;
     std::optional<std::string> runtime_;
     TemporaryFolder folder_;
+    std::unique_ptr<MainQueue> queue_ = makeQtMainQueue();
+    std::unique_ptr<BackgroundTasks> background_ = makeQtBackgroundTasks();
 };
 
 TEST_F(InstanceBusTest, WithoutABusTheAnswerIsNo) { expectNoAndSoon(); }
@@ -86,6 +96,9 @@ class WithBus : public InstanceBusTest {
   protected:
     void SetUp() override {
         InstanceBusTest::SetUp();
+        startBus();
+    }
+    void startBus() {
         int ends[2];
         ASSERT_EQ(::pipe(ends), 0);
         const std::string address = "unix:path=" + (folder_.path() / "bus").string();
@@ -104,39 +117,43 @@ class WithBus : public InstanceBusTest {
         if (printed.empty()) GTEST_SKIP() << "no dbus-daemon";
         ::setenv("DBUS_SESSION_BUS_ADDRESS", printed.c_str(), 1);
     }
+    void endBus() {
+        if (pid_ <= 0) return;
+        ::kill(pid_, SIGCONT);
+        ::kill(pid_, SIGTERM);
+        ::waitpid(pid_, nullptr, 0);
+        pid_ = -1;
+        std::filesystem::remove(folder_.path() / "bus");
+    }
     void TearDown() override {
-        if (pid_ > 0) {
-            ::kill(pid_, SIGCONT);
-            ::kill(pid_, SIGTERM);
-            ::waitpid(pid_, nullptr, 0);
-        }
+        endBus();
         InstanceBusTest::TearDown();
     }
     pid_t pid_ = -1;
 };
 
 TEST_F(WithBus, TheFirstCopyIsAloneAndTheSecondFindsIt) {
-    auto first = makeDbusInstanceBus(kName);
+    auto first = makeBus(kName);
     EXPECT_FALSE(first->anotherCopyRuns());
     EXPECT_FALSE(first->anotherCopyRuns());
-    auto second = makeDbusInstanceBus(kName);
+    auto second = makeBus(kName);
     EXPECT_TRUE(second->anotherCopyRuns());
     first.reset();
     EXPECT_FALSE(second->anotherCopyRuns());
 }
 
 TEST_F(WithBus, AnotherNameIsNoCopy) {
-    const auto other = makeDbusInstanceBus("com.pintle.other");
+    const auto other = makeBus("com.pintle.other");
     EXPECT_FALSE(other->anotherCopyRuns());
-    EXPECT_FALSE(makeDbusInstanceBus(kName)->anotherCopyRuns());
+    EXPECT_FALSE(makeBus(kName)->anotherCopyRuns());
 }
 
 TEST_F(WithBus, TheSocketInTheRuntimeFolderIsFoundWithoutAnAddress) {
     ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
     ::setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
-    const auto first = makeDbusInstanceBus(kName);
+    const auto first = makeBus(kName);
     EXPECT_FALSE(first->anotherCopyRuns());
-    EXPECT_TRUE(makeDbusInstanceBus(kName)->anotherCopyRuns());
+    EXPECT_TRUE(makeBus(kName)->anotherCopyRuns());
 }
 
 TEST_F(WithBus, AStoppedBusDoesNotHangTheStart) {
@@ -145,11 +162,9 @@ TEST_F(WithBus, AStoppedBusDoesNotHangTheStart) {
 }
 
 TEST_F(WithBus, ABusThatDiesDoesNotEndThisProcess) {
-    const auto first = makeDbusInstanceBus(kName);
+    const auto first = makeBus(kName);
     EXPECT_FALSE(first->anotherCopyRuns());
-    ::kill(pid_, SIGTERM);
-    ::waitpid(pid_, nullptr, 0);
-    pid_ = -1;
+    endBus();
     EXPECT_FALSE(first->anotherCopyRuns());
 }
 
@@ -180,7 +195,7 @@ pid_t startHelper(std::vector<std::string> arguments) {
 }
 
 TEST_F(WithBus, AMessageOfASecondCopyThatEndsAtOnceIsHeardByTheFirst) {
-    const auto first = makeDbusInstanceBus(kName);
+    const auto first = makeBus(kName);
     ASSERT_FALSE(first->anotherCopyRuns());
     int heard = 0;
     int other = 0;
@@ -194,7 +209,7 @@ TEST_F(WithBus, AMessageOfASecondCopyThatEndsAtOnceIsHeardByTheFirst) {
 }
 
 TEST_F(WithBus, AMessageWaitsForAFirstCopyThatIsBusy) {
-    const auto first = makeDbusInstanceBus(kName);
+    const auto first = makeBus(kName);
     ASSERT_FALSE(first->anotherCopyRuns());
     int heard = 0;
     const auto watch = first->observe("show", [&] { ++heard; });
@@ -206,7 +221,7 @@ TEST_F(WithBus, AMessageWaitsForAFirstCopyThatIsBusy) {
 }
 
 TEST_F(WithBus, AfterTheHandleEndedNothingIsHeard) {
-    const auto first = makeDbusInstanceBus(kName);
+    const auto first = makeBus(kName);
     ASSERT_FALSE(first->anotherCopyRuns());
     int heard = 0;
     auto watch = first->observe("show", [&] { ++heard; });
@@ -224,7 +239,7 @@ TEST_F(WithBus, AKilledFirstCopyLeavesItsPlaceToTheNext) {
     char answer = 0;
     ASSERT_EQ(::read(ends[0], &answer, 1), 1);
     EXPECT_EQ(answer, 'a');
-    const auto next = makeDbusInstanceBus(kName);
+    const auto next = makeBus(kName);
     EXPECT_TRUE(next->anotherCopyRuns());
     ::kill(killed, SIGKILL);
     ::waitpid(killed, nullptr, 0);
@@ -238,8 +253,104 @@ TEST_F(WithBus, AKilledFirstCopyLeavesItsPlaceToTheNext) {
     ::close(ends[1]);
 }
 
+/// A copy in another process, asked before this returns.
+struct HeldCopy {
+    HeldCopy() {
+        EXPECT_EQ(::pipe(ends), 0);
+        pid = startHelper({"hold", kName, std::to_string(ends[1])});
+        EXPECT_EQ(::read(ends[0], &answer, 1), 1);
+    }
+    ~HeldCopy() {
+        if (pid > 0) {
+            ::kill(pid, SIGKILL);
+            ::waitpid(pid, nullptr, 0);
+        }
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+    int exitCode() {
+        const int code = exitCodeOf(pid);
+        if (code != -1) pid = -1;
+        return code;
+    }
+    int ends[2] = {};
+    pid_t pid = -1;
+    /// 'a': no other copy was there, 'b': one was.
+    char answer = 0;
+};
+
+TEST_F(WithBus, ABusThatComesBackIsJoinedAgain) {
+    const auto first = makeBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    int heard = 0;
+    int older = 0;
+    const auto watch = first->observe("show", [&] { ++heard; });
+    const auto olderWatch = first->observeOlderCopy([&] { ++older; });
+    for (int round = 1; round <= 2; ++round) {
+        endBus();
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        startBus();
+        EXPECT_TRUE(eventually([&] { return exitCodeOf(startHelper({"post", kName, "show"})) == 0; }));
+        EXPECT_TRUE(eventually([&] { return heard == round; }));
+    }
+    EXPECT_EQ(older, 0);
+}
+
+TEST_F(WithBus, ABusThatComesAfterTheStartIsJoined) {
+    endBus();
+    const auto first = makeBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    startBus();
+    EXPECT_TRUE(eventually([&] { return exitCodeOf(startHelper({"post", kName, "show"})) == 0; }));
+}
+
+TEST_F(WithBus, ACopyThatStartedWhileTheBusWasGoneEndsWhenTheFirstComesBack) {
+    const auto first = makeBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    int older = 0;
+    const auto olderWatch = first->observeOlderCopy([&] { ++older; });
+    endBus();
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    startBus();
+    HeldCopy second;
+    EXPECT_EQ(second.answer, 'a') << "the first one is not back yet";
+    EXPECT_EQ(second.exitCode(), 4);
+    // The name falls to the first one, so that a third is no first.
+    EXPECT_TRUE(eventually([&] { return exitCodeOf(startHelper({"post", kName, "show"})) == 0; }));
+    EXPECT_EQ(older, 0);
+}
+
+TEST_F(WithBus, OfTwoCopiesWithoutABusTheFirstKeepsItsPlace) {
+    endBus();
+    const auto first = makeBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    int older = 0;
+    const auto olderWatch = first->observeOlderCopy([&] { ++older; });
+    HeldCopy second;
+    EXPECT_EQ(second.answer, 'a');
+    startBus();
+    EXPECT_EQ(second.exitCode(), 4);
+    EXPECT_TRUE(eventually([&] { return exitCodeOf(startHelper({"post", kName, "show"})) == 0; }));
+    EXPECT_EQ(older, 0);
+}
+
+TEST_F(WithBus, AYoungerCopyCannotSendTheFirstAway) {
+    const auto first = makeBus(kName);
+    ASSERT_FALSE(first->anotherCopyRuns());
+    int older = 0;
+    const auto olderWatch = first->observeOlderCopy([&] { ++older; });
+    const pid_t caller = ::fork();
+    if (caller == 0) {
+        ::execlp("dbus-send", "dbus-send", "--session", "--print-reply", "--reply-timeout=500",
+                 "--dest=com.pintle.app", "/com/pintle/app", "com.pintle.app.GiveWay", nullptr);
+        ::_exit(127);
+    }
+    EXPECT_EQ(exitCodeOf(caller), 0) << "there is no such method";
+    EXPECT_EQ(older, 0);
+}
+
 TEST_F(InstanceBusTest, WithoutABusAMessageIsLostAndNothingHangs) {
-    const auto bus = makeDbusInstanceBus(kName);
+    const auto bus = makeBus(kName);
     EXPECT_FALSE(bus->anotherCopyRuns());
     int heard = 0;
     const auto watch = bus->observe("show", [&] { ++heard; });
