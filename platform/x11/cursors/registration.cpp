@@ -19,7 +19,10 @@ std::unique_ptr<Registration> Registration::open(const std::string& display, boo
 }
 
 Registration::Registration(std::unique_ptr<XConnection> connection)
-    : connection_(std::move(connection)), maker_(*connection_), mark_(connection_->atom(kMark)) {}
+    : connection_(std::move(connection)),
+      maker_(*connection_),
+      mark_(connection_->atom(kMark)),
+      window_(xcb_generate_id(connection_->get())) {}
 
 int Registration::prepare(const PicturePtr& picture, std::span<const std::string_view> names) {
     std::vector<std::string_view> missing;
@@ -99,16 +102,31 @@ void Registration::makePermanent() {
     auto* const c = connection_->get();
     permanent_ = true;
     xcb_set_close_down_mode(c, XCB_CLOSE_DOWN_RETAIN_PERMANENT);
-    window_ = xcb_generate_id(c);
     xcb_create_window(c, 0, window_, connection_->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
     xcb_change_property(c, XCB_PROP_MODE_REPLACE, window_, mark_, XCB_ATOM_WINDOW, 32, 1, &window_);
 
-    // Ids are given out again: a value left behind may name a stranger's window. Only a window that names
-    // itself is a registration.
     const auto earlier = connection_->windowProperty(connection_->root(), mark_);
-    if (earlier != 0 && earlier != window_ && connection_->windowProperty(earlier, mark_) == earlier)
-        predecessor_ = earlier;
+    if (earlier != 0 && earlier != window_ && isRegistration(earlier)) predecessor_ = earlier;
+}
+
+bool Registration::isRegistration(xcb_window_t window) {
+    auto* const c = connection_->get();
+    // Ids are given out again, and properties can be written by anybody. Other programs make something else
+    // first than a window that shows nothing.
+    const auto ownPart = xcb_get_setup(c)->resource_id_mask;
+    if ((window & ownPart) != (window_ & ownPart)) return false;
+    if (connection_->windowProperty(window, mark_) != window) return false;
+    const auto attributesAsked = xcb_get_window_attributes(c, window);
+    const auto geometryAsked = xcb_get_geometry(c, window);
+    const auto treeAsked = xcb_query_tree(c, window);
+    const Reply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(c, attributesAsked, nullptr));
+    const Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(c, geometryAsked, nullptr));
+    const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(c, treeAsked, nullptr));
+    return attributes && geometry && tree && attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY &&
+           attributes->map_state == XCB_MAP_STATE_UNMAPPED && geometry->width == 1 && geometry->height == 1 &&
+           tree->parent == connection_->root();
 }
 
 void Registration::endPredecessor() {

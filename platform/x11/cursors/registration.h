@@ -52,6 +52,8 @@ class Registration {
     explicit Registration(std::unique_ptr<XConnection> connection);
     void makePermanent();
     void endPredecessor();
+    /// Whether only a registration can have made this window.
+    bool isRegistration(xcb_window_t window);
     /// A cursor of the picture in force for `name`, with its name; 0 when there is none. Every use takes a
     /// new one: a change by name, whoever makes it, turns existing ids of that name into the new cursor, and
     /// a window whose cursor is the same object as its parent's loses it.
@@ -66,8 +68,9 @@ class Registration {
     /// Nameless until they are sent, so that nobody's change by name reaches them.
     std::map<std::string_view, Made> prepared_;
     std::map<std::string_view, PicturePtr> inForce_;
-    xcb_atom_t mark_;
-    xcb_window_t window_ = 0;
+    const xcb_atom_t mark_;
+    /// The first id of this connection.
+    const xcb_window_t window_;
     xcb_window_t predecessor_ = 0;
     bool permanent_ = false;
     bool announced_ = false;
