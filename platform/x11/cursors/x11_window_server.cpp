@@ -79,6 +79,9 @@ class X11WindowServer : public WindowServer {
     void handleNewsSoon();
     void desktopThemeChanged();
     void refreshDesktopTheme();
+    /// What was wanted is not left to the end of some later turn: a click in the toolkit is no turn of the
+    /// queue.
+    void flushSoon();
 
     /// After a connection broke. False when the functions are missing from now on.
     bool reopenRegistration();
@@ -163,7 +166,7 @@ RegistrationAnswer X11WindowServer::registerCursorWithImages(ConnectionId, const
             desktopIsFresh_ = true;
         }
         desk_.wanted.wantDesktop(names);
-        needsFlush_ = true;
+        flushSoon();
         return 0;
     }
     const auto picture = CursorPicture::of(cursor);
@@ -176,14 +179,14 @@ RegistrationAnswer X11WindowServer::registerCursorWithImages(ConnectionId, const
     }
     if (error != 0) return error;
     desk_.wanted.wantTheme(names, picture);
-    needsFlush_ = true;
+    flushSoon();
     return 0;
 }
 
 int X11WindowServer::coreCursorUnregisterAll(ConnectionId) {
     if (!isUsable()) return kFailure;
     desk_.wanted.wantDesktopEverywhere();
-    needsFlush_ = true;
+    flushSoon();
     return 0;
 }
 
@@ -215,6 +218,11 @@ void X11WindowServer::flush() {
     }
     keeper_.applied(sent);
     handleNewsSoon();
+}
+
+void X11WindowServer::flushSoon() {
+    if (std::exchange(needsFlush_, true)) return;
+    options_.queue.post(lifetime_.weakly([this] { flush(); }));
 }
 
 void X11WindowServer::showOnRoot(const CursorPicture& picture) {

@@ -27,7 +27,9 @@ class X11OverlayDesktop : public OverlayDesktop {
           surfaces_(*connection_, displays_),
           pointer_(
               *connection_, display, variable,
-              options.screenWatched ? options.screenWatched : [] { return false; }),
+              options.screenWatched ? options.screenWatched : [] { return false; },
+              // A click in the toolkit is no turn of the queue.
+              [&queue = options.queue] { queue.post([] {}); }),
           windowList_(*connection_, displays_),
           accessibility_(overlay::makeAtspiAccessibility(
               [this] { return std::pair(displays_.originX(), displays_.originTop()); })),
@@ -65,7 +67,6 @@ class X11OverlayDesktop : public OverlayDesktop {
         readable_.end();
         lookAfterAWhile();
     }
-    /// Also the latest moment at which a pointer shows again that work outside the queue has let go.
     void lookAfterAWhile() {
         later_ = queue_.after(std::chrono::milliseconds(100), [this] {
             connection_->drain();

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <span>
+#include <utility>
 
 #include "platform/x11/cursors/cursor_names.h"
 
@@ -36,20 +37,32 @@ bool isFingerprintName(std::string_view name) {
 }  // namespace
 
 X11Pointer::X11Pointer(OverlayConnection& connection, const std::string& display,
-                       x11::Environment environment, std::function<bool()> screenWatched)
+                       x11::Environment environment, std::function<bool()> screenWatched,
+                       std::function<void()> flushWanted)
     : connection_(connection),
       settings_(x11::Watcher::open(display)),
       environment_(std::move(environment)),
       theme_(environment_),
-      screenWatched_(std::move(screenWatched)) {}
+      screenWatched_(std::move(screenWatched)),
+      flushWanted_(std::move(flushWanted)) {}
 
 void X11Pointer::show(DisplayId) {
     if (hidings_ > 0) --hidings_;
+    askForFlush();
 }
 
-void X11Pointer::hide(DisplayId) { ++hidings_; }
+void X11Pointer::hide(DisplayId) {
+    ++hidings_;
+    askForFlush();
+}
+
+void X11Pointer::askForFlush() {
+    if ((hidings_ > 0) == hiddenAtServer_ || !flushWanted_) return;
+    if (!std::exchange(askedForFlush_, true)) flushWanted_();
+}
 
 void X11Pointer::flush() {
+    askedForFlush_ = false;
     const bool hidden = hidings_ > 0;
     if (hidden != hiddenAtServer_) {
         hiddenAtServer_ = hidden;

@@ -17,8 +17,9 @@ namespace pintle::overlay {
 class X11Pointer : public Pointer {
   public:
     /// `screenWatched` answers whether somebody watches the screen; X11 itself has no such question.
+    /// `flushWanted` runs at the first change after a flush that the server has to learn of.
     X11Pointer(OverlayConnection& connection, const std::string& display, x11::Environment environment,
-               std::function<bool()> screenWatched);
+               std::function<bool()> screenWatched, std::function<void()> flushWanted = {});
 
     void show(DisplayId display) override;
     void hide(DisplayId display) override;
@@ -34,6 +35,7 @@ class X11Pointer : public Pointer {
     void flush();
 
   private:
+    void askForFlush();
     std::optional<std::string> nameFor(std::string_view shownName, x11::Fingerprint fingerprint);
 
     OverlayConnection& connection_;
@@ -43,6 +45,8 @@ class X11Pointer : public Pointer {
     std::function<bool()> screenWatched_;
     int hidings_ = 0;
     bool hiddenAtServer_ = false;
+    std::function<void()> flushWanted_;
+    bool askedForFlush_ = false;
     std::optional<std::uint32_t> readSerial_;
     std::optional<SystemCursor> read_;
 };

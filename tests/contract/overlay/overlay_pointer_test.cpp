@@ -49,6 +49,22 @@ TEST_F(OverlayPointerTest, OneCountServesAllDisplays) {
     EXPECT_FALSE(nothingIsDrawn());
 }
 
+TEST_F(OverlayPointerTest, WhatTheServerHasToLearnAsksForAFlushOnce) {
+    int asked = 0;
+    overlay::X11Pointer asking{*connection, x.display(), [](const std::string&) { return std::nullopt; },
+                               [] { return false; }, [&] { ++asked; }};
+    asking.show(1);
+    EXPECT_EQ(asked, 0) << "nothing was hidden";
+    asking.hide(1);
+    asking.hide(2);
+    EXPECT_EQ(asked, 1);
+    asking.flush();
+    asking.show(1);
+    EXPECT_EQ(asked, 1) << "it stays hidden";
+    asking.show(2);
+    EXPECT_EQ(asked, 2);
+}
+
 TEST_F(OverlayPointerTest, ShowingMoreOftenThanWasHiddenNeverGoesBelowZero) {
     onlooker.move(150, 150);
     pointer.hide(1);

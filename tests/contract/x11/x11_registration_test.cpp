@@ -121,6 +121,28 @@ TEST_F(X11Registration, TheDesktopsCursorNeverShowsBetweenTwoSets) {
     EXPECT_EQ(shownPixel(), themePixel(11));
 }
 
+TEST_F(X11Registration, AChangeOutsideOfAnyTurnAsksForOne) {
+    const auto window = client->window(0, 0);
+    client->define(window, client->cursor("left_ptr"));
+    client->warp(50, 50);
+    start();
+    apply(10);
+    settle();
+    EXPECT_EQ(registerTheme(themeCursor(kArrow, 11)), 0);
+    queue.runOnce(std::chrono::milliseconds(0));
+    EXPECT_EQ(shownPixel(), themePixel(11));
+    settle();
+    unregisterAll();
+    queue.runOnce(std::chrono::milliseconds(0));
+    EXPECT_EQ(shownPixel(), kThemeA + 0x10);
+    settle();
+    EXPECT_EQ(registerTheme(themeCursor(kArrow, 12)), 0);
+    settle();
+    EXPECT_EQ(registerOriginal(kArrow), 0);
+    queue.runOnce(std::chrono::milliseconds(0));
+    EXPECT_EQ(shownPixel(), kThemeA + 0x10);
+}
+
 TEST_F(X11Registration, AFlushWithoutChangesSendsNothing) {
     start();
     server->flush();
