@@ -64,13 +64,13 @@ void syncFolder(const std::filesystem::path& folder) {
 /// A new file, its name begun with `start` and found at random, because two programs may write at the same
 /// time; nothing that is there is opened or removed. Not mkostemp: the mode is that of any new file of this
 /// user, and nothing but making one applies the umask in a program of several threads.
-int createBeside(const std::filesystem::path& start, std::filesystem::path& name) {
+int createBeside(const std::filesystem::path& start, mode_t mode, std::filesystem::path& name) {
     std::random_device random;
     int fd = -1;
     for (int i = 0; i < kMostNames; ++i) {
         name = start;
         name += std::to_string(random());
-        fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+        fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
         if (fd >= 0 || errno != EEXIST) break;
     }
     return fd;
@@ -78,10 +78,10 @@ int createBeside(const std::filesystem::path& start, std::filesystem::path& name
 
 }  // namespace
 
-Status replaceOwnFile(const std::filesystem::path& file, std::span<const std::uint8_t> bytes) {
+Status replaceOwnFile(const std::filesystem::path& file, std::span<const std::uint8_t> bytes, mode_t mode) {
     const auto folder = file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
     std::filesystem::path neighbour;
-    const int fd = createBeside(folder / ("." + file.filename().string() + ".new-"), neighbour);
+    const int fd = createBeside(folder / ("." + file.filename().string() + ".new-"), mode, neighbour);
     if (fd < 0) return errorOf(errno);
     if (!writeAndSync(fd, bytes) || ::rename(neighbour.c_str(), file.c_str()) != 0) {
         const int code = errno;
