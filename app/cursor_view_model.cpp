@@ -69,6 +69,17 @@ void CursorViewModel::setSelectedFilter(CursorHandedness filter) {
     changed.emit();
 }
 
+void CursorViewModel::readStrip(const std::string& themeId, const Lifetime& lifetime,
+                                std::function<void(std::vector<StripCursor>)> done) const {
+    runInBackground(
+        to_.background, to_.mainQueue, lifetime, Priority::userInitiated,
+        [folder = to_.store.themeDirectory(themeId)] {
+            const auto cursors = folder ? ThemeStore::findCursorsDirectoryNonisolated(*folder) : std::nullopt;
+            return cursors ? readThemeStrip(*cursors) : std::vector<StripCursor>();
+        },
+        std::move(done));
+}
+
 void CursorViewModel::resetAllData() {
     detection_ = std::make_unique<Lifetime>();
     to_.fullReset.run();

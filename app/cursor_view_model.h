@@ -3,12 +3,14 @@
 // Main thread only.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "app/full_reset.h"
+#include "app/theme_strip.h"
 #include "apply/application_pipeline.h"
 #include "base/lifetime.h"
 #include "base/signal.h"
@@ -85,6 +87,11 @@ class CursorViewModel {
                                                         double scale) {
         return pintle::makePreloaded(name, images, scale);
     }
+
+    /// Reads the theme's strip in the background, past everything that is kept and without log lines. `done`
+    /// is called on the main queue if the owner of `lifetime` still lives.
+    void readStrip(const std::string& themeId, const Lifetime& lifetime,
+                   std::function<void(std::vector<StripCursor>)> done) const;
 
     /// Examines the downloaded themes that have not been examined before, in the background, and marks every
     /// row by what is known.

@@ -135,6 +135,10 @@ class PopoverModel {
     /// Whether slider, "System Default" and "Reset" do anything.
     bool footerEnabled() const { return session_ == Session::pointerCanChange; }
 
+    /// What the parts of the popover that read for themselves work with.
+    CursorViewModel& viewModel() const { return to_.viewModel; }
+    MainQueue& mainQueue() const { return to_.mainQueue; }
+
     /// rowIds() is another list: filter or catalog have changed.
     Signal<> rowsReplaced;
     /// The rows of these ids have new values; some may not be listed now. Comes before rowsReplaced when one

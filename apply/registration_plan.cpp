@@ -28,8 +28,7 @@ Picture pictureOf(const PreloadedCursor& cursor) {
     if (cursor.frames.size() <= 1) return {cursor.image};
     // Thinning keeps the seconds per frame: a long animation plays faster rather than being stretched.
     const auto frames = framesToSend(cursor.frames);
-    return {composeStrip(frames).value_or(cursor.image), frames.size(),
-            cursor.frameDuration > kShortestFrame ? cursor.frameDuration : kShortestFrame};
+    return {composeStrip(frames).value_or(cursor.image), frames.size(), secondsToSend(cursor)};
 }
 
 const PreloadedCursor* firstOf(const CursorsByName& cursors, std::span<const std::string_view> names) {
@@ -52,6 +51,10 @@ std::vector<Bitmap> framesToSend(std::span<const Bitmap> frames) {
     for (std::size_t i = 0; i < kMaxFrames; ++i)
         kept.push_back(frames[static_cast<std::size_t>(std::trunc(step * static_cast<double>(i)))]);
     return kept;
+}
+
+double secondsToSend(const PreloadedCursor& cursor) {
+    return cursor.frameDuration > kShortestFrame ? cursor.frameDuration : kShortestFrame;
 }
 
 std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCursor>& cursors) {

@@ -45,4 +45,7 @@ std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCurs
 /// The frames that are sent: all of them up to 24, else 24 spread over the whole animation.
 std::vector<Bitmap> framesToSend(std::span<const Bitmap> frames);
 
+/// The seconds per frame that are sent for an animated cursor.
+double secondsToSend(const PreloadedCursor& cursor);
+
 }  // namespace pintle

@@ -51,6 +51,7 @@ PopoverFacade::PopoverFacade(PopoverModel& model, PreviewImages& previews, QObje
       model_(model),
       rows_(model, previews),
       finder_(model),
+      strips_(model),
       changed_(model.changed.observe([this] { Q_EMIT changed(); })) {}
 
 QString PopoverFacade::title() const { return translated(PopoverModel::title()); }

@@ -11,6 +11,7 @@
 #include "app/popover_model.h"
 #include "app/quick/preview_images.h"
 #include "app/quick/row_finder.h"
+#include "app/quick/strip_images.h"
 #include "app/quick/theme_rows_model.h"
 #include "base/subscription.h"
 
@@ -29,6 +30,7 @@ class PopoverFacade : public QObject {
     Q_PROPERTY(QString filterName READ filterName CONSTANT)
     Q_PROPERTY(pintle::ThemeRowsModel* rows READ rows CONSTANT)
     Q_PROPERTY(pintle::RowFinder* finder READ finder CONSTANT)
+    Q_PROPERTY(pintle::StripImages* strips READ strips CONSTANT)
     Q_PROPERTY(QString listName READ listName CONSTANT)
     Q_PROPERTY(QString animatedHelp READ animatedHelp CONSTANT)
     Q_PROPERTY(QString deleteHelp READ deleteHelp CONSTANT)
@@ -68,6 +70,7 @@ class PopoverFacade : public QObject {
     QString filterName() const;
     ThemeRowsModel* rows() { return &rows_; }
     RowFinder* finder() { return &finder_; }
+    StripImages* strips() { return &strips_; }
     QString listName() const;
     QString animatedHelp() const;
     QString deleteHelp() const;
@@ -112,6 +115,7 @@ class PopoverFacade : public QObject {
     PopoverModel& model_;
     ThemeRowsModel rows_;
     RowFinder finder_;
+    StripImages strips_;
     Subscription changed_;
 };
 

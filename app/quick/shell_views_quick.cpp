@@ -118,6 +118,8 @@ QWindow* ShellViewsQuick::popover() {
     if (!made.popoverModel) {
         made.popoverModel = &to_.popover();
         made.popoverFacade = std::make_unique<PopoverFacade>(*made.popoverModel, made.previews);
+        made.engine.addImageProvider(StripImages::providerName,
+                                     made.popoverFacade->strips()->makeProvider().release());
     }
     auto view = std::make_unique<QQuickView>(&made.engine, nullptr);
     view->setResizeMode(QQuickView::SizeRootObjectToView);
@@ -145,7 +147,9 @@ void ShellViewsQuick::popoverWillShow(bool animates) {
 
 void ShellViewsQuick::popoverDidHide() {
     // What is not seen keeps no pixels.
-    if (scenes_ && scenes_->popover) scenes_->popover->releaseResources();
+    if (!scenes_ || !scenes_->popover) return;
+    scenes_->popoverFacade->strips()->clear();
+    scenes_->popover->releaseResources();
 }
 
 QWindow* ShellViewsQuick::window(WindowContent content) {

@@ -31,7 +31,7 @@ void wait(Picture& picture, qint64 milliseconds) {
     QElapsedTimer clock;
     clock.start();
     while (clock.elapsed() < milliseconds) {
-        picture.world.scheduler.runUntilIdle();
+        picture.world.scheduler.advance(std::chrono::milliseconds(20));
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     }
 }

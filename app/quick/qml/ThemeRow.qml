@@ -1,6 +1,7 @@
 // One theme in the popover's list: tile, name and marks, texts, progress, and the mark of the active one. Two
 // layouts: one line of texts at the usual text sizes, texts under each other at large ones.
 import QtQuick
+import QtQuick.Window
 import QtQuick.Templates as T
 
 T.ItemDelegate {
@@ -43,6 +44,16 @@ T.ItemDelegate {
     /// On line 2 the delete button takes the place of an error's text.
     readonly property bool statusShown: hasStatus && !(offersDelete && error !== "")
     readonly property bool attended: pointed || focusShown
+    /// The theme that is attended; empty for none.
+    readonly property string attendedId: attended && !waits ? themeId : ""
+    property string lastAttended
+    onAttendedIdChanged: {
+        if (lastAttended !== "") popover.strips.leave(lastAttended);
+        lastAttended = attendedId;
+        if (attendedId !== "") popover.strips.attend(attendedId);
+    }
+    Component.onDestruction: if (lastAttended !== "") popover.strips.leave(lastAttended)
+    readonly property bool showsStrip: !waits && popover.strips.themeId === themeId
     readonly property bool tileShowsAction: tile === "download" && tileTone !== "quiet"
     /// Whether the theme's own drawing or letters fill the tile.
     readonly property bool drawn: (tile === "download" && !tileShowsAction || tile === "pending") && drawing !== ""
@@ -289,6 +300,8 @@ T.ItemDelegate {
                     id: second
                     readonly property real statusRoom: row.statusShown ? statusText.implicitWidth + statusGlyph.room : 0
                     y: nameLine.height + 2
+                    opacity: row.showsStrip ? 0 : 1
+                    Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
                     width: parent.width
                     height: Math.max(authorText.visible ? authorText.height : 0, statusText.height)
 
@@ -384,6 +397,15 @@ T.ItemDelegate {
                         Accessible.ignored: true
                     }
                 }
+            }
+            ThemeStrip {
+                anchors.left: parent.left
+                y: Math.round(stack.y + second.y + (second.height - height) / 2)
+                visible: row.showsStrip
+                // Six cursors and the gaps between them, clear of the delete button.
+                side: Math.min(Theme.glyph(18), Math.floor((parent.width - Math.max(column.kept, 36)) / 8.5))
+                cursors: row.showsStrip ? row.popover.strips.cursors : []
+                seen: row.ListView.view !== null && row.ListView.view.inSight(row) && row.Window.visibility !== Window.Hidden
             }
             ProgressStripe {
                 id: bar
