@@ -9,6 +9,7 @@
 #include <array>
 #include <map>
 
+#include "app/quick/panel_edge.h"
 #include "app/quick/panel_shadow.h"
 #include "app/quick/popover_facade.h"
 #include "app/quick/preview_images.h"
@@ -33,6 +34,15 @@ QString fontFamily() {
 QColor clearColour(const ViewLook& look) {
     if (look.look().blendsWindows) return Qt::transparent;
     return look.dark() ? QColor(0x1B, 0x1E, 0x1F) : QColor(0xF7, 0xF8, 0xF8);
+}
+
+/// The window keeps its alpha channel whatever the colour: a compositor may come later, and a window that was
+/// made without one stays opaque for it.
+void clearWith(QQuickView& view, const QColor& colour) {
+    view.setColor(colour);
+    auto format = view.requestedFormat();
+    format.setAlphaBufferSize(8);
+    view.setFormat(format);
 }
 
 }  // namespace
@@ -73,7 +83,7 @@ void ShellViewsQuick::followLook() {
                    // Fonts are looked through when there is something to draw with them.
                    .fontFamily = scenes_ ? fontFamily() : QString()});
     if (!scenes_ || !scenes_->popover) return;
-    scenes_->popover->setColor(clearColour(look_));
+    clearWith(*scenes_->popover, clearColour(look_));
     scenes_->popover->rootObject()->setProperty("shadowMargin", popoverShape().shadow.left());
 }
 
@@ -108,6 +118,7 @@ ShellViewsQuick::Scenes& ShellViewsQuick::scenes() {
         scenes_->engine.addImageProvider(ThemeDrawings::providerName,
                                          ThemeDrawings::makeProvider().release());
         scenes_->engine.addImageProvider("shadow", PanelShadow::makeProvider(scale, panelRadius).release());
+        scenes_->engine.addImageProvider("edge", PanelEdge::makeProvider(scale, panelRadius).release());
     }
     return *scenes_;
 }
@@ -123,7 +134,7 @@ QWindow* ShellViewsQuick::popover() {
     }
     auto view = std::make_unique<QQuickView>(&made.engine, nullptr);
     view->setResizeMode(QQuickView::SizeRootObjectToView);
-    view->setColor(clearColour(look_));
+    clearWith(*view, clearColour(look_));
     view->setTitle(made.popoverFacade->title());
     view->setInitialProperties({{"popover", QVariant::fromValue<QObject*>(made.popoverFacade.get())},
                                 {"shadowMargin", popoverShape().shadow.left()}});

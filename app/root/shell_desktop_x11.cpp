@@ -1,6 +1,7 @@
 #include "app/root/shell_desktop_x11.h"
 
 #include <utility>
+#include <vector>
 
 namespace pintle {
 
@@ -21,6 +22,14 @@ ShellDesktop makeShellDesktop(X11Shell& x) {
     desktop.leaveTaskbar = toolkit_windows::leaveTaskbar;
     desktop.setInputArea = [](NativeWindow window, const QRect& area) {
         toolkit_windows::setInputArea(window, area.x(), area.y(), area.width(), area.height());
+    };
+    desktop.setShape = [](NativeWindow window, const QRegion& shape) {
+        std::vector<xcb_rectangle_t> parts;
+        for (const QRect& part : shape)
+            parts.push_back({static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
+                             static_cast<std::uint16_t>(part.width()),
+                             static_cast<std::uint16_t>(part.height())});
+        toolkit_windows::setShape(window, parts);
     };
     const auto margins = [](const panels::Insets& insets) {
         return QMargins(insets.left, insets.top, insets.right, insets.bottom);

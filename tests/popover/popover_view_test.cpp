@@ -7,6 +7,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>
+#include <functional>
 
 #include "app/quick/shell_views_quick.h"
 #include "platform/fake/fake_appearance.h"
@@ -275,6 +276,29 @@ TEST_F(PopoverViewTest, TellsAssistiveTechnologyTheNameRoleAndStateOfEverything)
     EXPECT_FALSE(find(QAccessible::ListItem, "Bibata Modern Amber")->checked);
     EXPECT_EQ(find(QAccessible::ListItem, "Bibata Modern Amber")->description,
               "Abdulkaiz Khatri, GPL-3.0, Right, Click to download");
+}
+
+TEST_F(PopoverViewTest, ALongVersionLeavesLogoAndNameFree) {
+    world.start();
+    world.publishVersion(std::string(60, '9').c_str());
+    show();
+    const auto rectOf = [&](QAccessible::Role role, const std::string& start) {
+        QRect found;
+        const std::function<void(QAccessibleInterface*)> look = [&](QAccessibleInterface* at) {
+            if (at == nullptr || at->state().invisible) return;
+            if (at->role() == role && at->text(QAccessible::Name).toStdString().starts_with(start))
+                found = at->rect();
+            for (int child = 0; child < at->childCount(); ++child) look(at->child(child));
+        };
+        look(QAccessible::queryAccessibleInterface(view));
+        return found;
+    };
+    const auto update = rectOf(QAccessible::Button, "Update 99");
+    const auto title = rectOf(QAccessible::Heading, "Pintle");
+    ASSERT_TRUE(update.isValid() && title.isValid());
+    EXPECT_GT(update.left(), title.right());
+    EXPECT_LT(update.right(), rectOf(QAccessible::Button, "Settings").left());
+    EXPECT_GE(title.width(), 36);
 }
 
 TEST_F(PopoverViewTest, ADownloadIsAProgressBarNamedLikeItsTheme) {

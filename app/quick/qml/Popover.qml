@@ -30,6 +30,11 @@ FocusScope {
         if (animates && Theme.motion && Appearance.blendsWindows && !Theme.hosted) entrance.restart();
     }
 
+    function digits(colour): string {
+        const two = part => Math.round(part * 255).toString(16).padStart(2, "0");
+        return two(colour.a) + two(colour.r) + two(colour.g) + two(colour.b);
+    }
+
     ParallelAnimation {
         id: entrance
         NumberAnimation { target: panel; property: "opacity"; from: 0; to: 1; duration: Theme.quick; easing.type: Easing.OutQuad }
@@ -240,11 +245,23 @@ FocusScope {
         // The edge lies over everything, so that a row that is cut off never paints over it.
         Rectangle {
             anchors.fill: parent
-            visible: !Theme.hosted
+            visible: !Theme.hosted && Appearance.blendsWindows
             radius: Theme.radius
             color: "transparent"
             border.width: 1
             border.color: Theme.outline
+        }
+        // Where nothing blends the corners are cut in steps.
+        BorderImage {
+            anchors.fill: parent
+            visible: !Theme.hosted && !Appearance.blendsWindows
+            source: visible ? "image://edge/" + root.digits(Theme.outline) : ""
+            border.left: Theme.radius + 2
+            border.right: Theme.radius + 2
+            border.top: Theme.radius + 2
+            border.bottom: Theme.radius + 2
+            smooth: false
+            Accessible.ignored: true
         }
     }
 }

@@ -20,6 +20,7 @@ Item {
         color: Theme.accent
     }
     Text {
+        id: title
         anchors.left: logo.right
         anchors.leftMargin: 8
         anchors.right: buttons.left
@@ -45,6 +46,8 @@ Item {
 
         UpdateButton {
             visible: header.showsUpdate && text !== ""
+            // What logo, name and the three buttons leave.
+            width: Math.min(implicitWidth, header.width - 148 - logo.width - Math.ceil(title.implicitWidth))
             text: header.popover.update
             iconName: header.popover.updateIcon
             onClicked: header.popover.openDownloadPage()

@@ -30,6 +30,8 @@ T.Button {
             Text {
                 id: words
                 anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, button.width - Theme.glyph(16) - 4 - 20)
+                elide: Text.ElideRight
                 textFormat: Text.PlainText
                 text: button.text
                 font.family: Theme.family
@@ -39,6 +41,10 @@ T.Button {
                 Accessible.ignored: true
             }
         }
+    }
+    Tip {
+        text: button.text
+        visible: words.truncated && (button.hovered || button.visualFocus) && !button.pressed
     }
     background: Item {
         Rectangle {

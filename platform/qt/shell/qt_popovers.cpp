@@ -1,14 +1,14 @@
 #include "platform/qt/shell/qt_popovers.h"
 
-#include <QBitmap>
 #include <QEvent>
 #include <QGuiApplication>
-#include <QPainter>
 #include <QRegion>
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <utility>
 
+#include "base/round_corner.h"
 #include "base/subscription.h"
 #include "platform/qt/shell/qt_status_bar.h"
 #include "platform/qt/shell/shell_geometry.h"
@@ -17,15 +17,18 @@
 namespace pintle {
 namespace {
 
+/// In whole pixels.
 QRegion roundedRectangle(const QSize& size, int radius) {
-    QBitmap drawn(size);
-    drawn.clear();
-    QPainter painter(&drawn);
-    painter.setBrush(Qt::color1);
-    painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
-    painter.end();
-    return QRegion(drawn);
+    const auto insets = cornerInsets(std::min({radius, size.width() / 2, size.height() / 2}));
+    const int corner = static_cast<int>(insets.size());
+    QRegion region(0, corner, size.width(), size.height() - 2 * corner);
+    for (int row = 0; row < corner; ++row) {
+        const int cut = insets[static_cast<std::size_t>(row)];
+        const QRect line(cut, row, size.width() - 2 * cut, 1);
+        region += line;
+        region += line.translated(0, size.height() - 1 - 2 * row);
+    }
+    return region;
 }
 
 /// Sees the presses on the program's other windows, which nobody reports as presses elsewhere.
@@ -110,9 +113,18 @@ class QtPopover : public Popover {
         view->setMinimumSize(window.size());
         view->setMaximumSize(window.size());
         view->setGeometry(window);
-        view->setMask(composited_ || shape.cornerRadius == 0
-                          ? QRegion()
-                          : roundedRectangle(window.size(), shape.cornerRadius));
+        cutCorners(composited_ ? 0 : shape.cornerRadius);
+    }
+    /// In the screen's own pixels: those of the toolkit are too coarse for a corner where they are larger.
+    void cutCorners(int radius) {
+        auto* const view = host_->view();
+        if (!desktop_.setShape) return;
+        view->create();
+        const qreal ratio = view->devicePixelRatio();
+        desktop_.setShape(
+            view->winId(),
+            radius == 0 ? QRegion()
+                        : roundedRectangle((QSizeF(view->size()) * ratio).toSize(), qRound(radius * ratio)));
     }
     /// A press on the shadow is a press on what lies below it.
     void limitInput() {

@@ -5,6 +5,7 @@
 
 #include <QMargins>
 #include <QRect>
+#include <QRegion>
 #include <QString>
 #include <cstdint>
 #include <functional>
@@ -51,6 +52,8 @@ struct ShellDesktop {
     std::function<void(NativeWindow)> leaveTaskbar;
     /// Only this part of the window takes the pointer.
     std::function<void(NativeWindow, const QRect&)> setInputArea;
+    /// Cuts the window to this region, in its pixels; an empty one is the whole window.
+    std::function<void(NativeWindow, const QRegion&)> setShape;
     /// What the window manager will draw around a window that is not shown yet. May wait for its answer for a
     /// moment.
     std::function<QMargins(NativeWindow)> frameExtents;

@@ -35,7 +35,8 @@ struct PopoverShape {
     /// to the pointer. The backend makes the window that much larger than the frame it was given, so that the
     /// panel itself stands on the frame. Not used without a compositor: there the panel fills the window.
     QMargins shadow;
-    /// Of the panel's corners. Without a compositor the window is cut to a rectangle with such corners.
+    /// Of the panel's corners. Without a compositor the window is cut to a rectangle with such corners, in
+    /// the steps of cornerInsets().
     int cornerRadius = 0;
 };
 

@@ -86,6 +86,20 @@ void setInputArea(std::uintptr_t window, int x, int y, int width, int height) {
     xcb_flush(c);
 }
 
+void setShape(std::uintptr_t id, const std::vector<xcb_rectangle_t>& parts) {
+    auto* const c = connection();
+    if (!c) return;
+    const auto* const extension = xcb_get_extension_data(c, &xcb_shape_id);
+    if (!extension || !extension->present) return;
+    const auto window = static_cast<xcb_window_t>(id);
+    if (parts.empty())
+        xcb_shape_mask(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window, 0, 0, XCB_PIXMAP_NONE);
+    else
+        xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED, window,
+                             0, 0, static_cast<std::uint32_t>(parts.size()), parts.data());
+    xcb_flush(c);
+}
+
 panels::Insets frameExtents(std::uintptr_t id) {
     auto* const c = connection();
     if (!c) return {};

@@ -87,6 +87,8 @@ void activate(std::uintptr_t window);
 void leaveTaskbar(std::uintptr_t window);
 /// Only this part, in pixels of the window, takes the pointer.
 void setInputArea(std::uintptr_t window, int x, int y, int width, int height);
+/// Cuts the window to these rectangles of its pixels; none are the whole window.
+void setShape(std::uintptr_t window, const std::vector<xcb_rectangle_t>& parts);
 /// What the window manager will draw around it; waits for the answer up to some hundredths of a second.
 panels::Insets frameExtents(std::uintptr_t window);
 }  // namespace toolkit_windows
