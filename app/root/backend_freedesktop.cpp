@@ -49,6 +49,7 @@ EarlyBackend makeEarlyBackend() {
     early.directories = makeUserDirectories(environment);
     early.log = makeSystemLog();
     early.queue = makeQtMainQueue();
+    early.hints = makeGlibcProcessHints();
     early.background = makeQtBackgroundTasks();
     early.propertyLists = makePlistCoder();
     const auto preferences = makePreferencePath(environment, early.bundle);
@@ -74,7 +75,6 @@ DesktopBackend makeDesktopBackend(EarlyBackend& early) {
     backend.http = makeQtHttpClient(*early.queue);
     backend.processes = makeQtProcessRunner(*early.queue, limitedArchiver());
     backend.images = makeQtImageService();
-    backend.hints = makeGlibcProcessHints();
     backend.hardwareCursor = makeHardwareCursor();
     backend.names = makeFreedesktopNames();
     backend.session =

@@ -90,6 +90,7 @@ EarlyBackend makeEarlyBackend() {
     early.directories = readUserDirectories();
     early.log = makeMacLog();
     early.queue = makeMacMainQueue();
+    early.hints = makeMacProcessHints();
     early.background = makeQtBackgroundTasks();
     early.propertyLists = makeMacPropertyListCoder();
     early.preferences = makeMacKeyValueStore(early.bundle.identifier);
@@ -109,7 +110,6 @@ DesktopBackend makeDesktopBackend(EarlyBackend& early) {
         .http = makeQtHttpClient(*early.queue),
         .processes = makeRunnerForForeignPrograms(*early.queue),
         .images = makeMacImageService(),
-        .hints = makeMacProcessHints(),
         .hardwareCursor = makeMacHardwareCursor(),
         .names = {},
         .session = makeSession(*early.queue),

@@ -35,6 +35,8 @@ struct EarlyBackend {
     UserDirectories directories;
     std::unique_ptr<Log> log;
     std::unique_ptr<MainQueue> queue;
+    /// Used by background work, so it outlives the threads.
+    std::unique_ptr<ProcessHints> hints;
     std::unique_ptr<BackgroundTasks> background;
     std::unique_ptr<PropertyListCoder> propertyLists;
     std::unique_ptr<KeyValueStore> preferences;
@@ -55,7 +57,6 @@ struct DesktopBackend {
     std::unique_ptr<HttpClient> http;
     std::unique_ptr<ProcessRunner> processes;
     std::unique_ptr<ImageService> images;
-    std::unique_ptr<ProcessHints> hints;
     std::unique_ptr<HardwareCursor> hardwareCursor;
     DesktopNames names;
     DesktopSession session;

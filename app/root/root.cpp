@@ -137,7 +137,7 @@ ShellPlatform Root::makeDesktop() {
             .hardwareCursor = *backend.hardwareCursor,
             .images = *backend.images,
             .propertyLists = *early_.propertyLists,
-            .hints = *backend.hints,
+            .hints = *early_.hints,
             .workspace = *backend.session.workspace,
             .names = backend.names,
             .http = *backend.http,
