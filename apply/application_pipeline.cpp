@@ -108,6 +108,11 @@ void ApplicationPipeline::resetToDefault() {
     to_.preferences.remove(CursorSettings::themeIdKey);
     to_.applier.customCursors().clear();
     to_.applier.resetToSystemDefaults();
+    earlierRunMayShow_ = false;
+}
+
+void ApplicationPipeline::putBackWhatAnEarlierRunReplaced() {
+    if (std::exchange(earlierRunMayShow_, false)) to_.applier.restoreUnlessRegistered();
 }
 
 void ApplicationPipeline::applyLastUsedTheme() {
@@ -119,6 +124,7 @@ void ApplicationPipeline::applyLastUsedTheme() {
         const auto* row = to_.themes.find(*id);
         if (row && row->isDownloaded) {
             const auto theme = *row;
+            earlierRunMayShow_ = true;
             applyTheme(theme);
             to_.log.system(fmt::format("Auto-applied last theme: {}", theme.name));
             return;
@@ -132,7 +138,10 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
                                                     CacheUse useCache, std::int64_t generation, Done done) {
     if (!generations_->isLatest(generation)) return done(false);
     const auto cursorsFolder = to_.store.findCursorsDirectory(themeFolder);
-    if (!cursorsFolder) return done(false);
+    if (!cursorsFolder) {
+        putBackWhatAnEarlierRunReplaced();
+        return done(false);
+    }
 
     auto themeId = themeFolder.filename().string();
     if (useCache == CacheUse::yes && cachedThemeId_ == themeId && !cachedCursorData_.empty())
@@ -142,8 +151,13 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
         to_.background, to_.mainQueue, lifetime_, Priority::userInitiated,
         [folder = *cursorsFolder, scale] { return loadEssentialSet(folder, scale); },
         [this, themeId = std::move(themeId), scale, generation, done = std::move(done)](EssentialSet loaded) {
-            if (!loaded.listed || !generations_->isLatest(generation)) return done(false);
+            if (!generations_->isLatest(generation)) return done(false);
+            if (!loaded.listed) {
+                putBackWhatAnEarlierRunReplaced();
+                return done(false);
+            }
             const bool applied = to_.applier.applyCursorsFromPreloaded(loaded.cursors, scale);
+            putBackWhatAnEarlierRunReplaced();
             done(applied);
             loadFullSet(std::make_shared<const EssentialSet>(std::move(loaded)), themeId, scale, generation);
         });

@@ -80,6 +80,9 @@ class ApplicationPipeline {
     void loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId, double scale,
                      std::int64_t generation);
     bool applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale, std::int64_t generation);
+    /// After the first answer to the start's request: a theme that is registered takes the place of what an
+    /// earlier run left, and with any other the desktop's own cursors come back.
+    void putBackWhatAnEarlierRunReplaced();
     void keepInCache(std::string themeId, NamedImages images, std::int64_t generation);
 
     const Neighbours to_;
@@ -87,6 +90,8 @@ class ApplicationPipeline {
     std::shared_ptr<GenerationCounter> generations_ = std::make_shared<GenerationCounter>();
     /// Tells a request that waits to be recorded whether a reset came after it.
     int resets_ = 0;
+    /// From the start's own request until its answer.
+    bool earlierRunMayShow_ = false;
     std::optional<CursorThemeInfo> currentTheme_;
     /// How many apply requests of a theme have not ended; its applying mark ends with the last.
     std::map<std::string, int> applying_;

@@ -72,6 +72,10 @@ void CursorApplier::resetToSystemDefaults() {
     currentScale_ = 1.0;
 }
 
+void CursorApplier::restoreUnlessRegistered() {
+    if (!changer_.isActive()) changer_.restoreSystemState();
+}
+
 void CursorApplier::mapCursorsToSystemTypes() {
     pintle::mapCursorsToSystemTypes(appliedCursors_, customCursors());
 }

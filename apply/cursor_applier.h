@@ -35,6 +35,9 @@ class CursorApplier {
     /// Shows the set; true when it is showing by registration, overlay or in-process replacement.
     bool applyCursorsFromPreloaded(const std::vector<PreloadedCursor>& cursors, double scale);
     void resetToSystemDefaults();
+    /// Brings the desktop's own cursors back when nothing of this run is registered: what shows then is what
+    /// an earlier run, which had no orderly end, left behind.
+    void restoreUnlessRegistered();
 
     /// Fills the role map from the applied map; roles without a candidate keep what they have.
     void mapCursorsToSystemTypes();

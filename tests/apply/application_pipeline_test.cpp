@@ -441,6 +441,36 @@ TEST_F(PipelineTest, AtStartAStoredThemeThatIsNoLongerDownloadedRestoresTheDeskt
     EXPECT_FALSE(world.store.object("currentThemeId"));
 }
 
+TEST_F(PipelineTest, AtStartAStoredThemeThatIsRefusedBringsBackWhatADeadRunReplaced) {
+    for (const bool isReadable : {true, false}) {
+        CursorWorld next;
+        next.writeTheme(kIce, kIceColour);
+        next.themes.loadThemes();
+        std::filesystem::remove(next.themesDirectory() / kIce / "cursors" / "left_ptr");
+        if (!isReadable) next.removeFiles(kIce);
+        next.store.set("currentThemeId", kIce);
+        RegisteredCursor leftBehind;
+        leftBehind.identifier = kArrow;
+        next.windowServer.registered.emplace(kArrow, leftBehind);
+        next.pipeline.applyLastUsedTheme();
+        next.scheduler.runUntilIdle();
+        EXPECT_FALSE(next.windowServer.registered.contains(kArrow)) << isReadable;
+        EXPECT_EQ(next.windowServer.count(WindowServerFunction::coreCursorUnregisterAll), 1u);
+        // Later in the same run a theme that is refused leaves what is in force alone.
+        next.windowServer.calls.clear();
+        next.pipeline.applyTheme(next.theme(kIce));
+        next.scheduler.runUntilIdle();
+        EXPECT_EQ(next.windowServer.count(WindowServerFunction::coreCursorUnregisterAll), 0u);
+    }
+}
+
+TEST_F(PipelineTest, AtStartAStoredThemeThatIsRegisteredIsNotTakenAwayAgain) {
+    world.store.set("currentThemeId", kIce);
+    world.pipeline.applyLastUsedTheme();
+    world.scheduler.runUntilIdle();
+    EXPECT_TRUE(world.windowServer.registered.contains(kArrow));
+}
+
 TEST_F(PipelineTest, AtStartWithoutAStoredThemeTheDesktopIsRestored) {
     world.pipeline.applyLastUsedTheme();
     EXPECT_EQ(world.log.systemLines.back(), "No theme to apply - using system default");
