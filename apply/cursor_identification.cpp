@@ -68,11 +68,11 @@ std::string identifyByDirectComparison(std::span<const KnownCursor> known, const
                                        const std::string& currentCursorName,
                                        const std::function<AlphaSignature()>& signature,
                                        const std::function<std::optional<std::string>()>& accessibility) {
-    if (!current.present) return "left_ptr";
     for (const KnownCursor& each : known)
         if (std::equal(each.encoded.begin(), each.encoded.end(), current.encoded.begin(),
                        current.encoded.end()))
             return each.name;
+    if (!current.present) return "left_ptr";
     const AlphaSignature mask = signature();
     if (std::all_of(mask.begin(), mask.end(), [](std::uint8_t alpha) { return alpha == 0; }))
         return currentCursorName;

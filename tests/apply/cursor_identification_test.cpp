@@ -60,6 +60,15 @@ TEST(CursorIdentification, WithoutACurrentCursorTheAnswerIsTheArrow) {
     EXPECT_EQ(q.answer(), "left_ptr");
 }
 
+TEST(CursorIdentification, AnEncodingThatIsKnownAnswersEvenWithoutACurrentCursor) {
+    const std::vector<std::uint8_t> encoding = {7};
+    Question q;
+    q.known = {{"xterm", encoding, mask(0)}};
+    q.current.present = false;
+    q.current.encoded = encoding;
+    EXPECT_EQ(q.answer(), "xterm");
+}
+
 TEST(CursorIdentification, AnImageWhoseMaskIsEmptyKeepsThePreviousName) {
     Question q;
     q.known = {{"left_ptr", {9}, mask(0)}};
