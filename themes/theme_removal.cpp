@@ -46,6 +46,8 @@ void ThemeRemoval::finish(const std::string& id, const Status& status) {
     forgetAnimationAnswer(id, to_.preferences);
     if (row) {
         row->isDownloaded = false;
+        // As the record of examined themes says from now on.
+        row->isAnimated = false;
         row->previewImage.reset();
         row->downloadError.reset();
         to_.themes.replace(std::move(*row));

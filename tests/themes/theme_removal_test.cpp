@@ -37,12 +37,14 @@ TEST_F(ThemeRemovalTest, TheFolderTheErrorAndTheMarksGo) {
     auto row = world.row("banana");
     ASSERT_TRUE(row.previewImage);
     row.downloadError = "Delete failed: earlier";
+    row.isAnimated = true;
     world.themes.replace(row);
     remove("banana");
     EXPECT_THAT(world.log.systemLines, ElementsAre("[DELETE] [banana] Deleted successfully"));
     EXPECT_THAT(world.onDisk(), ElementsAre("fuchsia"));
     EXPECT_FALSE(world.row("banana").isDownloaded);
     EXPECT_FALSE(world.row("banana").previewImage);
+    EXPECT_FALSE(world.row("banana").isAnimated);
     EXPECT_EQ(world.row("banana").downloadError, std::nullopt);
     EXPECT_EQ(world.settings.themeError("banana"), std::nullopt);
     EXPECT_EQ(animationAnswers(world.store), (AnimationAnswers{{"fuchsia", true}}));
