@@ -10,6 +10,7 @@
 #include <QDBusVariant>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <QVariantMap>
 #include <optional>
 #include <utility>
@@ -30,7 +31,10 @@ class SessionWatch::Receiver : public QObject {
     Q_OBJECT
 
   public:
-    explicit Receiver(SessionListener listener) : listener_(std::move(listener)) {
+    Receiver(SessionListener listener, std::chrono::milliseconds patience) : listener_(std::move(listener)) {
+        requested_.setSingleShot(true);
+        requested_.setInterval(patience);
+        connect(&requested_, &QTimer::timeout, this, &Receiver::askWhetherLocked);
         if (system_.isConnected()) {
             system_.connect(kLogin, kLoginPath, kManager, QStringLiteral("PrepareForSleep"), this,
                             SLOT(prepareForSleep(bool)));
@@ -46,12 +50,21 @@ class SessionWatch::Receiver : public QObject {
 
   private Q_SLOTS:
     void prepareForSleep(bool sleeping) { listener_.sleep(sleeping); }
-    void lock() { setLocked(true); }
+    // The signal asks for a lock screen, and there may be none to answer it.
+    void lock() {
+        if (!locked_) requested_.start();
+        setLocked(true);
+    }
     void unlock() { setLocked(false); }
-    void screenSaverChanged(bool active) { setLocked(active); }
+    void screenSaverChanged(bool active) {
+        requested_.stop();
+        setLocked(active);
+    }
     void sessionChanged(const QString& interface, const QVariantMap& changed, const QStringList&) {
         const auto active = changed.constFind(QStringLiteral("Active"));
         if (interface == kSession && active != changed.constEnd()) setActive(active->toBool());
+        const auto locked = changed.constFind(QStringLiteral("LockedHint"));
+        if (interface == kSession && locked != changed.constEnd()) setLocked(locked->toBool());
     }
 
   private:
@@ -89,14 +102,27 @@ class SessionWatch::Receiver : public QObject {
         system_.connect(kLogin, path, kSession, QStringLiteral("Unlock"), this, SLOT(unlock()));
         system_.connect(kLogin, path, kProperties, QStringLiteral("PropertiesChanged"), this,
                         SLOT(sessionChanged(QString, QVariantMap, QStringList)));
-        if (path.isEmpty()) return;
-        auto call = QDBusMessage::createMethodCall(kLogin, path, kProperties, QStringLiteral("Get"));
-        call << kSession << QStringLiteral("Active");
+        path_ = path;
+        ask(QStringLiteral("Active"), [this](bool active) {
+            if (!active_) active_ = active;
+        });
+    }
+    void askWhetherLocked() {
+        ask(QStringLiteral("LockedHint"), [this](bool locked) {
+            if (!locked) setLocked(false);
+        });
+    }
+    /// Asks for a property of this process's session, when it has one.
+    template <typename Answered>
+    void ask(const QString& property, Answered answered) {
+        if (path_.isEmpty()) return;
+        auto call = QDBusMessage::createMethodCall(kLogin, path_, kProperties, QStringLiteral("Get"));
+        call << kSession << property;
         auto* answer = new QDBusPendingCallWatcher(system_.asyncCall(call), this);
-        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, answered] {
             answer->deleteLater();
-            const QDBusPendingReply<QDBusVariant> active = *answer;
-            if (!active.isError() && !active_) active_ = active.value().variant().toBool();
+            const QDBusPendingReply<QDBusVariant> value = *answer;
+            if (!value.isError()) answered(value.value().variant().toBool());
         });
     }
     void setActive(bool active) {
@@ -107,6 +133,7 @@ class SessionWatch::Receiver : public QObject {
     }
     // The session manager and the lock screen both tell of one lock.
     void setLocked(bool locked) {
+        if (!locked) requested_.stop();
         if (std::exchange(locked_, locked) != locked) listener_.lock(locked);
     }
 
@@ -115,12 +142,14 @@ class SessionWatch::Receiver : public QObject {
     QDBusConnection session_ = QDBusConnection::sessionBus();
     std::vector<QDBusMessage> questions_;
     std::size_t asked_ = 0;
+    QString path_;
     std::optional<bool> active_;
     bool locked_ = false;
+    QTimer requested_;
 };
 
-SessionWatch::SessionWatch(SessionListener listener)
-    : receiver_(std::make_unique<Receiver>(std::move(listener))) {}
+SessionWatch::SessionWatch(SessionListener listener, std::chrono::milliseconds patience)
+    : receiver_(std::make_unique<Receiver>(std::move(listener), patience)) {}
 SessionWatch::~SessionWatch() = default;
 
 }  // namespace pintle

@@ -2,6 +2,7 @@
 // service may be missing. Main thread.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -17,7 +18,9 @@ struct SessionListener {
 /// toolkit's application object.
 class SessionWatch {
   public:
-    explicit SessionWatch(SessionListener listener);
+    /// `patience`: how long a request to lock the session counts while nothing says that it was carried out.
+    explicit SessionWatch(SessionListener listener,
+                          std::chrono::milliseconds patience = std::chrono::seconds(5));
     ~SessionWatch();
 
   private:

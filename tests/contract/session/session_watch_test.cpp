@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "platform/freedesktop/session_watch.h"
 #include "tests/contract/session/session_world.h"
 #include "tests/contract/test_bus.h"
 
@@ -92,10 +93,11 @@ struct SessionWatchTest : testing::Test {
         const std::string path = std::string("/org/freedesktop/login1/session/") + session;
         ASSERT_TRUE(buses.call(path.c_str(), "org.freedesktop.login1.Session", method, {}));
     }
-    void setActive(bool active, const char* session = "c1") {
+    void setActive(bool active, const char* session = "c1") { setProperty("Active", active, session); }
+    void setProperty(const char* name, bool value, const char* session = "c1") {
         const std::string path = std::string("/org/freedesktop/login1/session/") + session;
         ASSERT_TRUE(buses.call(path.c_str(), "org.freedesktop.DBus.Mock", "UpdateProperties",
-                               {"org.freedesktop.login1.Session", QVariantMap{{"Active", active}}}));
+                               {"org.freedesktop.login1.Session", QVariantMap{{name, value}}}));
     }
     void sleep(bool sleeping) {
         ASSERT_TRUE(buses.mock("EmitSignal", {"org.freedesktop.login1.Manager", "PrepareForSleep", "b",
@@ -148,6 +150,36 @@ TEST_F(SessionWatchTest, LockAndUnlockOfTheSessionAreTold) {
     onSession("Lock");
     onSession("Unlock");
     EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked));
+}
+
+TEST_F(SessionWatchTest, TheSessionsOwnWordAboutItsLockIsHeard) {
+    watch();
+    setProperty("LockedHint", true);
+    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked));
+    setProperty("LockedHint", false);
+    EXPECT_THAT(toldSoFar(), ElementsAre(kUnlocked));
+    onSession("Lock");
+    setProperty("LockedHint", true);
+    setProperty("LockedHint", false);
+    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked)) << "without the signal of an unlock";
+}
+
+TEST_F(SessionWatchTest, ARequestToLockThatNothingCarriesOutEnds) {
+    ::setenv("XDG_SESSION_ID", "c1", 1);
+    std::vector<bool> locks;
+    const SessionWatch quick({[](bool) {}, [] {}, [&](bool locked) { locks.push_back(locked); }},
+                             std::chrono::milliseconds(1));
+    ASSERT_TRUE(ComegoWorld::until([&] {
+        if (locks.empty()) onSession("Lock");
+        return locks.size() == 2;
+    }));
+    EXPECT_THAT(locks, ElementsAre(true, false));
+    setProperty("LockedHint", true);
+    ASSERT_TRUE(ComegoWorld::until([&] { return locks.size() == 3; }));
+    onSession("Lock");
+    setProperty("LockedHint", false);
+    ASSERT_TRUE(ComegoWorld::until([&] { return locks.size() == 4; }));
+    EXPECT_THAT(locks, ElementsAre(true, false, true, false));
 }
 
 TEST_F(SessionWatchTest, EachLockScreenIsHeard) {
