@@ -1,5 +1,7 @@
 #include "platform/freedesktop/desktop_entry.h"
 
+#include <algorithm>
+
 namespace pintle {
 namespace {
 
@@ -41,11 +43,14 @@ std::string unescaped(std::string_view value) {
     return text;
 }
 
-}  // namespace
+/// What starts a program whose name the reader of the entry cannot look up.
+constexpr std::string_view kShell = "sh";
+constexpr std::string_view kShellOption = "-c";
+constexpr std::string_view kShellScript = "exec \"$0\"";
 
-std::string execValue(std::string_view program) {
+std::string quoted(std::string_view argument) {
     std::string value = "\"";
-    for (const char c : program) switch (c) {
+    for (const char c : argument) switch (c) {
             case '"':
                 value += "\\\\\"";
                 break;
@@ -76,28 +81,47 @@ std::string execValue(std::string_view program) {
     return value + "\"";
 }
 
-std::optional<std::string> execProgram(std::string_view value) {
-    const std::string command = unescaped(value);
-    std::size_t at = command.find_first_not_of(' ');
-    if (at == std::string::npos) return std::nullopt;
-    const bool quoted = command[at] == '"';
-    if (quoted) ++at;
-    std::string program;
+/// Takes the first argument from the command, whose string escapes are undone. Absent without a sound one.
+std::optional<std::string> takeArgument(std::string_view& command) {
+    command.remove_prefix(std::min(command.find_first_not_of(' '), command.size()));
+    const bool isQuoted = command.starts_with('"');
+    std::string argument;
+    std::size_t at = isQuoted ? 1 : 0;
     for (; at < command.size(); ++at) {
         const char c = command[at];
-        if (quoted ? c == '"' : c == ' ') break;
-        if (quoted && c == '\\') {
+        if (isQuoted ? c == '"' : c == ' ') break;
+        if (isQuoted && c == '\\') {
             if (++at == command.size()) return std::nullopt;
-            program += command[at];
+            argument += command[at];
         } else if (c == '%') {
             // A single percent sign begins a field code, which is no part of a program's path.
             if (at + 1 == command.size() || command[at + 1] != '%') return std::nullopt;
-            program += command[++at];
+            argument += command[++at];
         } else {
-            program += c;
+            argument += c;
         }
     }
-    if ((quoted && at == command.size()) || program.empty()) return std::nullopt;
+    if ((isQuoted && at == command.size()) || argument.empty()) return std::nullopt;
+    command.remove_prefix(std::min(at + 1, command.size()));
+    return argument;
+}
+
+}  // namespace
+
+std::string execValue(std::string_view program) {
+    if (program.find('%') == std::string_view::npos) return quoted(program);
+    // A common reader looks the program up before it undoes the doubling of percent signs, finds none and
+    // drops the whole entry.
+    return std::string(kShell) + ' ' + std::string(kShellOption) + ' ' + quoted(kShellScript) + ' ' +
+           quoted(program);
+}
+
+std::optional<std::string> execProgram(std::string_view value) {
+    const std::string command = unescaped(value);
+    std::string_view rest = command;
+    auto program = takeArgument(rest);
+    if (program != kShell) return program;
+    if (takeArgument(rest) == kShellOption && takeArgument(rest) == kShellScript) return takeArgument(rest);
     return program;
 }
 

@@ -20,6 +20,13 @@ TEST(DesktopEntry, EveryCharacterOfAPathIsReadBack) {
     EXPECT_EQ(execProgram(execValue("/a\nb\tc\r\\n")), "/a\nb\tc\r\\n");
 }
 
+TEST(DesktopEntry, AProgramBehindAPercentSignIsStartedByTheShell) {
+    EXPECT_EQ(execValue("/a 100%/b"), R"(sh -c "exec \\"\\$0\\"" "/a 100%%/b")");
+    EXPECT_EQ(execProgram(execValue("/a 100%/b")), "/a 100%/b");
+    EXPECT_EQ(execProgram(R"(sh -c "something else" "/a")"), "sh");
+    EXPECT_EQ(execProgram("sh"), "sh");
+}
+
 TEST(DesktopEntry, AnUnquotedCommandEndsAtItsFirstBlank) {
     EXPECT_EQ(execProgram("/usr/bin/pintle --flag %U"), "/usr/bin/pintle");
     EXPECT_EQ(execProgram("  pintle"), "pintle");
