@@ -20,6 +20,8 @@ namespace fs = std::filesystem;
 using std::chrono::nanoseconds;
 
 constexpr nanoseconds kSyncInterval = std::chrono::seconds(1);
+constexpr nanoseconds kFirstConfirm = std::chrono::seconds(1);
+constexpr nanoseconds kLastConfirm = std::chrono::minutes(1);
 
 class PlistKeyValueStore : public KeyValueStore {
   public:
@@ -112,7 +114,34 @@ class PlistKeyValueStore : public KeyValueStore {
     /// Brings what is pending into the file. On a failure it stays pending.
     void write() {
         const fs::path target = behindLinks(path_);
-        const Subscription lock = lockFile(target);
+        // Whoever did not let go of it in time once is not waited for again.
+        const Subscription lock = lockFile(target, confirmTimer_ ? LockWait::none : LockWait::halfASecond);
+        if (lock)
+            confirmTimer_.end();
+        else if (!confirmTimer_)
+            confirmLater();
+        writeTo(target, static_cast<bool>(lock));
+    }
+
+    /// What was written without the lock may be lost to one who held it: that one had read the file before
+    /// and replaces it afterwards. So it stays pending until it stands there under the lock.
+    void confirmLater(nanoseconds wait = kFirstConfirm) {
+        confirmTimer_ = queue_.after(wait, [this, wait] {
+            const fs::path target = behindLinks(path_);
+            const Subscription lock = lockFile(target, LockWait::none);
+            if (!lock) {
+                confirmLater(std::min(wait * 2, kLastConfirm));
+                return;
+            }
+            confirmTimer_.end();
+            if (pending_.empty() && !removeAll_) return;
+            const PropertyDictionary before = domain_;
+            writeTo(target, true);
+            announce(before);
+        });
+    }
+
+    void writeTo(const fs::path& target, bool isLocked) {
         if (!refresh(target, Intent::write)) return;
         PropertyDictionary list = domain_;
         auto bytes = coder_.encode(list, PropertyListFormat::xml);
@@ -132,8 +161,10 @@ class PlistKeyValueStore : public KeyValueStore {
             return;
         }
         stamp_ = written.value();
-        std::erase_if(pending_, [this](const auto& entry) { return !unwritable_.contains(entry.first); });
-        removeAll_ = false;
+        if (isLocked) {
+            std::erase_if(pending_, [this](const auto& entry) { return !unwritable_.contains(entry.first); });
+            removeAll_ = false;
+        }
         complained_ = false;
         dirty_ = true;
         scheduleSync();
@@ -257,6 +288,8 @@ class PlistKeyValueStore : public KeyValueStore {
     std::optional<nanoseconds> lastSync_;
     Signal<const std::string&> changes_;
     Timer syncTimer_;
+    /// Runs while something was written without the lock.
+    Timer confirmTimer_;
     Lifetime lifetime_;
 };
 

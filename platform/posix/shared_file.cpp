@@ -113,16 +113,17 @@ fs::path behindLinks(fs::path path) {
     return path;
 }
 
-Subscription lockFile(const fs::path& file) {
+Subscription lockFile(const fs::path& file, LockWait wait) {
     makeFolders(folderOf(file));
     auto lock = std::make_shared<Descriptor>(
         ::open(lockName(file).c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
     if (!*lock) return {};
     // Not a blocking wait: a stopped process that holds the lock must not stop this one.
-    for (int i = 0; i < kLockTries; ++i) {
+    const int tries = wait == LockWait::none ? 1 : kLockTries;
+    for (int i = 0; i < tries; ++i) {
         if (::flock(lock->get(), LOCK_EX | LOCK_NB) == 0)
             return Subscription([lock]() mutable { lock.reset(); });
-        if (errno != EWOULDBLOCK && errno != EINTR) return {};
+        if ((errno != EWOULDBLOCK && errno != EINTR) || tries == 1) return {};
         ::nanosleep(&kLockPause, nullptr);
     }
     return {};

@@ -46,8 +46,10 @@ struct FileContent {
 std::filesystem::path behindLinks(std::filesystem::path path);
 
 /// Keeps other processes that ask the same away from `file` until the handle ends. An empty handle when the
-/// lock could not be had within half a second: replacing stays whole without it, only a merge may be lost.
-Subscription lockFile(const std::filesystem::path& file);
+/// lock could not be had, within half a second or at once: replacing stays whole without it, only a merge may
+/// be lost.
+enum class LockWait { halfASecond, none };
+Subscription lockFile(const std::filesystem::path& file, LockWait wait = LockWait::halfASecond);
 
 /// The stamp of `file` as it is now; a default one when it is absent.
 FileStamp stampOf(const std::filesystem::path& file);

@@ -286,6 +286,38 @@ TEST_F(PreferenceFile, AStoppedProcessThatHoldsTheLockDoesNotStopThisOne) {
     ::close(lock);
 }
 
+TEST_F(PreferenceFile, WhatWasWrittenWithoutTheLockSurvivesTheOneThatHeldIt) {
+    const auto store = open();
+    store->set("a", 1);
+    const int lock = ::open((folder_.path() / ".com.pintle.app.plist.lock").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+    store->set("b", 2);
+    store->set("c", 3);
+    scheduler_.advance(3s);
+    // It had read the file before, and now replaces it.
+    write({{"a", 1}, {"other", "value"}});
+    ::close(lock);
+    scheduler_.advance(10s);
+    EXPECT_EQ(stored(), (PropertyDictionary{{"a", 1}, {"b", 2}, {"c", 3}, {"other", "value"}}));
+    EXPECT_EQ(store->object("other"), PropertyValue("value"));
+    // From here on the file is anyone's again.
+    write({{"a", 1}});
+    scheduler_.advance(3s);
+    EXPECT_EQ(stored(), (PropertyDictionary{{"a", 1}}));
+}
+
+TEST_F(PreferenceFile, ALockThatIsNotGivenBackIsWaitedForOnce) {
+    const auto store = open();
+    store->set("a", 1);
+    const int lock = ::open((folder_.path() / ".com.pintle.app.plist.lock").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+    store->set("b", 0);
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 1; i <= 4; ++i) store->set("b", i);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
+    ::close(lock);
+}
+
 /// No file of this process grows beyond `bytes` while this lives.
 class FullDisk {
   public:
