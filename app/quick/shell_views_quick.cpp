@@ -1,6 +1,5 @@
 #include "app/quick/shell_views_quick.h"
 
-#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -16,20 +15,12 @@
 #include "app/quick/refused_network.h"
 #include "app/quick/theme_drawings.h"
 #include "app/quick/visible_focus.h"
+#include "platform/qt/shell/interface_font.h"
 
 namespace pintle {
 namespace {
 
 constexpr int panelRadius = 12;
-
-/// The desktop's own font; where it has none, one that is drawn well at small sizes.
-QString fontFamily() {
-    auto asked = QGuiApplication::font().family();
-    if (QFontDatabase::hasFamily(asked)) return asked;
-    for (const char* family : {"Inter", "Noto Sans", "DejaVu Sans"})
-        if (QFontDatabase::hasFamily(QString::fromLatin1(family))) return QString::fromLatin1(family);
-    return asked;
-}
 
 QColor clearColour(const ViewLook& look) {
     if (look.look().blendsWindows) return Qt::transparent;
@@ -81,7 +72,7 @@ void ShellViewsQuick::followLook() {
                    .highContrast = desktop.highContrast,
                    .textScale = desktop.textScale,
                    // Fonts are looked through when there is something to draw with them.
-                   .fontFamily = scenes_ ? fontFamily() : QString()});
+                   .fontFamily = scenes_ ? shell::interfaceFont() : QString()});
     if (!scenes_ || !scenes_->popover) return;
     clearWith(*scenes_->popover, clearColour(look_));
     scenes_->popover->rootObject()->setProperty("shadowMargin", popoverShape().shadow.left());

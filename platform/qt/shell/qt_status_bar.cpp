@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "base/subscription.h"
+#include "platform/qt/shell/menu_look.h"
 #include "platform/qt/shell/qt_menus.h"
 #include "platform/qt/shell/shell_geometry.h"
 #include "platform/qt/shell/template_icon.h"
@@ -189,6 +190,7 @@ class QtStatusItem : public QObject, public StatusItem {
             menuKeys_ = std::make_unique<shell::MenuKeys>(*menu_);
         }
         shell::fill(*menu_, menu);
+        shell::dress(*menu_, appearance_.look());
         menu_->popup(menuPosition());
         menu_->activateWindow();
     }

@@ -125,6 +125,34 @@ TEST_F(ShellTest, AnAttachedMenuOpensUnderTheIconAndOutlivesItsDetaching) {
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
+TEST_F(ShellTest, TheMenuHasTheDesktopsBrightnessAndNoColumnForMarks) {
+    makeItem();
+    startPanel();
+    ASSERT_TRUE(isInPanel());
+    for (const bool dark : {true, false}) {
+        appearance.become({.dark = dark});
+        item->attachMenu({{{"Settings...", ",", [] {}, false}}});
+        item->performClick();
+        item->detachMenu();
+        ASSERT_TRUE(until([] { return QApplication::activePopupWidget() != nullptr; }));
+        auto* const shown = QApplication::activePopupWidget();
+        const QImage picture = shown->grab().toImage();
+        const QColor ground = picture.pixelColor(8, picture.height() / 2);
+        EXPECT_EQ(ground.lightness() < 128, dark);
+        int first = 8;
+        while (first < picture.width()) {
+            bool isText = false;
+            for (int down = 8; down < picture.height() - 8; ++down)
+                isText |= std::abs(picture.pixelColor(first, down).lightness() - ground.lightness()) > 60;
+            if (isText) break;
+            ++first;
+        }
+        EXPECT_LT(first, 24);
+        EXPECT_EQ(shown->font().pixelSize(), 13);
+        shown->close();
+    }
+}
+
 TEST_F(ShellTest, TheIconStandsOutFromALightAndFromADarkPanel) {
     for (const auto& panelColour : {std::pair("#202020", true), std::pair("#f0f0f0", false)}) {
         const auto* const background = panelColour.first;
