@@ -2,9 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <type_traits>
 #include <utility>
 
+#include "base/flow.h"
 #include "base/lifetime.h"
 #include "platform/main_queue.h"
 
@@ -35,6 +37,16 @@ void runInBackground(BackgroundTasks& tasks, MainQueue& queue, const Lifetime& l
             auto result = std::make_shared<std::invoke_result_t<Work&>>((*work)());
             queue.post([finish, result] { (*finish)(std::move(*result)); });
         }
+    });
+}
+
+/// The same for a flow, which waits for the result with `co_await`.
+template <typename Work>
+auto inBackground(BackgroundTasks& tasks, MainQueue& queue, Priority priority, Work work) {
+    return Answer<std::invoke_result_t<Work&>>([&](auto resolve) {
+        // The answer itself knows when nobody waits for it any more.
+        static const Lifetime always;
+        runInBackground(tasks, queue, always, priority, std::move(work), std::move(resolve));
     });
 }
 

@@ -25,16 +25,6 @@ double seconds(std::chrono::nanoseconds duration) { return std::chrono::duration
 
 }  // namespace
 
-struct ThemeDownloads::Download {
-    CursorThemeInfo theme;
-    std::string address;
-    std::chrono::nanoseconds start{0};
-    std::optional<fs::path> destination;
-    std::unique_ptr<ArchiveFile> archive;
-    Subscription transfer;
-    Lifetime lifetime;
-};
-
 ThemeDownloads::ThemeDownloads(const Neighbours& neighbours, fs::path temporary,
                                std::optional<std::string> mirror)
     : to_(neighbours),
@@ -44,8 +34,8 @@ ThemeDownloads::ThemeDownloads(const Neighbours& neighbours, fs::path temporary,
 
 ThemeDownloads::~ThemeDownloads() = default;
 
-void ThemeDownloads::line(const Download& download, const std::string& text) {
-    to_.log.system("[DOWNLOAD] [" + download.theme.id + text);
+void ThemeDownloads::line(const std::string& id, const std::string& text) {
+    to_.log.system("[DOWNLOAD] [" + id + "] " + text);
 }
 
 template <typename Change>
@@ -95,97 +85,102 @@ void ThemeDownloads::downloadThemeAsync(const CursorThemeInfo& theme) {
     });
     to_.log.system("[DOWNLOAD] UI state updated: isDownloading=true, status=Connecting...");
 
-    auto download = std::make_unique<Download>();
-    download->theme = theme;
-    download->address = std::move(*address);
-    fetch(downloads_.insert(downloads_.end(), std::move(download)));
+    const auto entry = downloads_.insert(downloads_.end(), run(theme.id, std::move(*address)));
+    entry->start([this, entry] { downloads_.erase(entry); });
 }
 
-void ThemeDownloads::fetch(Entry entry) {
-    auto& download = **entry;
-    line(download, "] Starting download (async nonisolated)");
-    download.destination = to_.store.themeDirectory(download.theme.id);
-    download.start = to_.mainQueue.now();
-    line(download, "] START - URL: " + download.address);
+Flow ThemeDownloads::run(std::string id, std::string address) {
+    line(id, "Starting download (async nonisolated)");
+    const auto destination = to_.store.themeDirectory(id);
+    const auto start = to_.mainQueue.now();
+    line(id, "START - URL: " + address);
     HttpRequest request;
-    request.url = download.address;
+    request.url = address;
     request.headers = {{"User-Agent", kUserAgent}};
     request.timeout = kTimeout;
     request.bodyLimit = archiveLimit;
-    line(download, "] URLSession.download START");
-    line(download, "] Creating downloadTask...");
+    line(id, "URLSession.download START");
+    line(id, "Creating downloadTask...");
 
-    line(download, "] Inside continuation");
-    download.archive = std::make_unique<ArchiveFile>(temporary_);
-    request.file = download.archive->path();
-    line(download, "] Setting up progress observation...");
-    auto progress = [this, entry](double fraction) {
-        line(**entry, fmt::format("] Progress: {:.0f}%", fraction * 100));
-        changeRow((*entry)->theme.id, [fraction](auto& row) {
+    line(id, "Inside continuation");
+    ArchiveFile archive(temporary_);
+    request.file = archive.path();
+    line(id, "Setting up progress observation...");
+    const auto progress = [this, &id](double fraction) {
+        line(id, fmt::format("Progress: {:.0f}%", fraction * 100));
+        changeRow(id, [fraction](auto& row) {
             row.downloadProgress = fraction * kTransferShare;
             row.downloadStatus = fmt::format("Downloading {:.0f}%", fraction * 100);
         });
     };
-    line(download, "] Calling task.resume()...");
-    download.transfer =
-        to_.http.start(std::move(request), download.lifetime.weakly(std::move(progress)),
-                       download.lifetime.weakly(
-                           [this, entry](const Result<HttpResponse>& result) { received(entry, result); }));
-    line(download, "] task.resume() DONE");
-}
+    line(id, "Calling task.resume()...");
+    Answer<Result<HttpResponse>> arrived;
+    const auto transfer = to_.http.start(std::move(request), progress, arrived.resolver());
+    line(id, "task.resume() DONE");
 
-void ThemeDownloads::received(Entry entry, const Result<HttpResponse>& result) {
-    auto& download = **entry;
-    line(download, "] downloadTask completion called");
-    if (!result) {
-        line(download, "] downloadTask ERROR: " + result.error().description);
-        return fail(entry, result.error());
+    const auto response = co_await arrived;
+    Status outcome = received(id, archive, response);
+    if (outcome) {
+        line(id, fmt::format("URLSession.download DONE in {:.2f}s", seconds(to_.mainQueue.now() - start)));
+        const int status = *response.value().status;
+        if (status != kStatusOk) outcome = Error{"Pintle", status, fmt::format("HTTP {}", status)};
     }
-    const auto& response = result.value();
-    if (!response.file || !response.status) {
-        line(download, "] downloadTask: no location or response");
-        return fail(entry, {"Pintle", -1, "No response"});
+
+    if (outcome) {
+        line(id, "Setting status: Extracting...");
+        changeRow(id, [](auto& row) {
+            row.downloadProgress = kExtractingShare;
+            row.downloadStatus = "Extracting...";
+        });
+        line(id, "Extraction START");
+        if (!destination) outcome = fileError(std::make_error_code(std::errc::invalid_argument));
     }
-    if (const auto error = download.archive->complete(*response.file)) {
-        line(download, "] Failed to secure temp file: " + error.message());
-        return fail(entry, fileError(error));
+    if (outcome) {
+        const auto began = to_.mainQueue.now();
+        Answer<Status> extracted;
+        to_.extractor.extract(archive.path(), id, *destination, extracted.resolver());
+        outcome = co_await extracted;
+        const auto now = to_.mainQueue.now();
+        if (outcome) {
+            line(id, fmt::format("Extraction DONE in {:.2f}s", seconds(now - began)));
+            line(id, fmt::format("SUCCESS - total time: {:.2f}s", seconds(now - start)));
+        }
     }
-    line(download, "] downloadTask SUCCESS: " + download.archive->path().string());
 
-    line(download,
-         fmt::format("] URLSession.download DONE in {:.2f}s", seconds(to_.mainQueue.now() - download.start)));
-    if (*response.status != kStatusOk)
-        return fail(entry, {"Pintle", *response.status, fmt::format("HTTP {}", *response.status)});
-    extract(entry);
-}
+    if (!outcome) {
+        const auto& text = outcome.error().description;
+        line(id, "ERROR: " + text);
+        archive.remove();
+        Answer<ThemeWork::Turn> next;
+        to_.work.begin(id, next.resolver());
+        const auto turn = co_await next;
+        auto cleaned = inBackground(to_.background, to_.mainQueue, Priority::userInitiated,
+                                    [permit = to_.work.permit(), destination] {
+                                        bool removed = false;
+                                        permit->use([&] {
+                                            std::error_code missing;
+                                            removed = destination &&
+                                                      fs::exists(fs::symlink_status(*destination, missing)) &&
+                                                      !removeWhole(*destination);
+                                        });
+                                        return removed;
+                                    });
+        const bool removed = co_await cleaned;
+        if (removed) line(id, "Cleaned up broken theme directory");
+        to_.settings.setThemeError(id, text);
+        changeRow(id, [&](auto& row) {
+            row.isDownloading = false;
+            row.isDownloaded = false;
+            row.downloadProgress = 0;
+            row.downloadStatus.clear();
+            row.downloadError = text;
+        });
+        line(id, "UI updated: error shown + persisted");
+        co_return;
+    }
 
-void ThemeDownloads::extract(Entry entry) {
-    auto& download = **entry;
-    line(download, "] Setting status: Extracting...");
-    changeRow(download.theme.id, [](auto& row) {
-        row.downloadProgress = kExtractingShare;
-        row.downloadStatus = "Extracting...";
-    });
-    line(download, "] Extraction START");
-    if (!download.destination)
-        return fail(entry, fileError(std::make_error_code(std::errc::invalid_argument)));
-    to_.extractor.extract(
-        download.archive->path(), download.theme.id, *download.destination,
-        download.lifetime.weakly([this, entry, began = to_.mainQueue.now()](const Status& status) {
-            auto& extracted = **entry;
-            if (!status) return fail(entry, status.error());
-            const auto now = to_.mainQueue.now();
-            line(extracted, fmt::format("] Extraction DONE in {:.2f}s", seconds(now - began)));
-            line(extracted, fmt::format("] SUCCESS - total time: {:.2f}s", seconds(now - extracted.start)));
-            extracted.archive->remove();
-            markDownloaded(entry);
-        }));
-}
-
-void ThemeDownloads::markDownloaded(Entry entry) {
-    auto& download = **entry;
-    const auto& id = download.theme.id;
-    line(download, "] Marking as DOWNLOADED");
+    archive.remove();
+    line(id, "Marking as DOWNLOADED");
     to_.settings.clearThemeError(id);
     changeRow(id, [](auto& row) {
         row.isDownloading = false;
@@ -195,59 +190,38 @@ void ThemeDownloads::markDownloaded(Entry entry) {
     });
     forgetAnimationAnswer(id, to_.preferences);
     downloaded.emit();
-    line(download, "] UI updated: isDownloaded=true");
-    loadPreview(entry);
+    line(id, "UI updated: isDownloaded=true");
+
+    const auto previewStart = to_.mainQueue.now();
+    Answer<std::optional<Bitmap>> loaded;
+    const Lifetime here;
+    to_.store.loadPreviewImageAsync(id, to_.background, to_.mainQueue, here, loaded.resolver());
+    auto preview = co_await loaded;
+    changeRow(id, [&](auto& row) {
+        // It may have been deleted in the meantime.
+        if (row.isDownloaded) row.previewImage = std::move(preview);
+    });
+    line(id, fmt::format("Preview loaded in {:.2f}s", seconds(to_.mainQueue.now() - previewStart)));
 }
 
-void ThemeDownloads::loadPreview(Entry entry) {
-    const auto& id = (*entry)->theme.id;
-    to_.store.loadPreviewImageAsync(
-        id, to_.background, to_.mainQueue, (*entry)->lifetime,
-        [this, entry, id, began = to_.mainQueue.now()](std::optional<Bitmap> preview) {
-            changeRow(id, [&](auto& row) {
-                // It may have been deleted in the meantime.
-                if (row.isDownloaded) row.previewImage = std::move(preview);
-            });
-            line(**entry, fmt::format("] Preview loaded in {:.2f}s", seconds(to_.mainQueue.now() - began)));
-            downloads_.erase(entry);
-        });
-}
-
-void ThemeDownloads::fail(Entry entry, const Error& error) {
-    auto& download = **entry;
-    line(download, "] ERROR: " + error.description);
-    download.archive->remove();
-    auto cleanUp = [this, entry, text = error.description](ThemeWork::Turn turn) {
-        auto& failed = **entry;
-        runInBackground(
-            to_.background, to_.mainQueue, failed.lifetime, Priority::userInitiated,
-            [permit = to_.work.permit(), destination = failed.destination] {
-                bool removed = false;
-                permit->use([&] {
-                    std::error_code missing;
-                    removed = destination && fs::exists(fs::symlink_status(*destination, missing)) &&
-                              !removeWhole(*destination);
-                });
-                return removed;
-            },
-            [this, entry, text, turn = std::move(turn)](bool removed) mutable {
-                const auto held = std::exchange(turn, nullptr);
-                auto& ended = **entry;
-                const auto& id = ended.theme.id;
-                if (removed) line(ended, "] Cleaned up broken theme directory");
-                to_.settings.setThemeError(id, text);
-                changeRow(id, [&](auto& row) {
-                    row.isDownloading = false;
-                    row.isDownloaded = false;
-                    row.downloadProgress = 0;
-                    row.downloadStatus.clear();
-                    row.downloadError = text;
-                });
-                line(ended, "] UI updated: error shown + persisted");
-                downloads_.erase(entry);
-            });
-    };
-    to_.work.begin(download.theme.id, download.lifetime.weakly(std::move(cleanUp)));
+Status ThemeDownloads::received(const std::string& id, ArchiveFile& archive,
+                                const Result<HttpResponse>& result) {
+    line(id, "downloadTask completion called");
+    if (!result) {
+        line(id, "downloadTask ERROR: " + result.error().description);
+        return result.error();
+    }
+    const auto& response = result.value();
+    if (!response.file || !response.status) {
+        line(id, "downloadTask: no location or response");
+        return Error{"Pintle", -1, "No response"};
+    }
+    if (const auto error = archive.complete(*response.file)) {
+        line(id, "Failed to secure temp file: " + error.message());
+        return fileError(error);
+    }
+    line(id, "downloadTask SUCCESS: " + archive.path().string());
+    return Done{};
 }
 
 }  // namespace pintle

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "base/flow.h"
 #include "base/lifetime.h"
 #include "base/result.h"
 #include "base/signal.h"
@@ -19,6 +20,7 @@
 #include "platform/main_queue.h"
 #include "settings/cursor_settings.h"
 #include "themes/cursor_theme_info.h"
+#include "themes/scratch.h"
 #include "themes/theme_extractor.h"
 #include "themes/theme_list.h"
 #include "themes/theme_store.h"
@@ -59,24 +61,18 @@ class ThemeDownloads {
     Signal<> downloaded;
 
   private:
-    struct Download;
-    using Entry = std::list<std::unique_ptr<Download>>::iterator;
-
     void downloadThemeAsync(const CursorThemeInfo& theme);
-    void fetch(Entry entry);
-    void received(Entry entry, const Result<HttpResponse>& result);
-    void extract(Entry entry);
-    void markDownloaded(Entry entry);
-    void loadPreview(Entry entry);
-    void fail(Entry entry, const Error& error);
-    void line(const Download& download, const std::string& text);
+    /// The whole of one download, from the request to the preview.
+    Flow run(std::string id, std::string address);
+    Status received(const std::string& id, ArchiveFile& archive, const Result<HttpResponse>& result);
+    void line(const std::string& id, const std::string& text);
     template <typename Change>
     void changeRow(const std::string& id, Change change);
 
     const Neighbours to_;
     const std::filesystem::path temporary_;
     const std::optional<std::string> mirror_;
-    std::list<std::unique_ptr<Download>> downloads_;
+    std::list<Flow> downloads_;
     Subscription workEnded_;
     Lifetime lifetime_;
 };

@@ -94,22 +94,6 @@ Status moveIntoPlace(const ScratchFolder& scratch, const fs::path& chosen, const
 
 }  // namespace
 
-struct ThemeExtractor::Extraction {
-    fs::path archive;
-    std::string themeId;
-    fs::path destination;
-    Completion done;
-    std::shared_ptr<DiskPermit> permit;
-    Scratch scratch;
-    std::unique_ptr<ChildProcess> child;
-    Timer watching;
-    Timer deadline;
-    bool measuring = false;
-    /// Why the archiver was killed.
-    std::optional<std::string> excess;
-    Lifetime lifetime;
-};
-
 ThemeExtractor::ThemeExtractor(const Neighbours& neighbours, ExtractionLimits limits)
     : to_(neighbours),
       limits_(limits),
@@ -124,116 +108,94 @@ std::optional<fs::path> ThemeExtractor::pickCursorDirectory(const fs::path& root
 
 void ThemeExtractor::extract(const fs::path& archive, const std::string& themeId, const fs::path& destination,
                              Completion done) {
-    auto created = std::make_unique<Extraction>();
-    created->archive = archive;
-    created->themeId = themeId;
-    created->destination = destination;
-    created->done = std::move(done);
-    created->permit = to_.work.permit();
-    const auto entry = extractions_.insert(extractions_.end(), std::move(created));
-    auto& extraction = **entry;
-    runInBackground(
-        to_.background, to_.mainQueue, extraction.lifetime, Priority::userInitiated,
-        [permit = extraction.permit, parent = destination.parent_path()]() -> Result<Scratch> {
-            Result<Scratch> prepared = Scratch();
-            permit->use([&] { prepared = prepare(parent); });
-            return prepared;
-        },
-        [this, entry](const Result<Scratch>& prepared) {
-            if (!prepared) return finish(entry, prepared.error());
-            (*entry)->scratch = prepared.value();
-            unpack(entry);
-        });
-}
-
-void ThemeExtractor::unpack(Entry entry) {
-    auto& extraction = **entry;
-    ProcessRequest request;
-    request.executable = "/usr/bin/tar";
-    request.arguments = {"-xf", extraction.archive.string(), "-C", unpackRoot(*extraction.scratch).string()};
-    request.standardError = errorFile(*extraction.scratch);
-    request.largestFile = limits_.bytes;
-    request.processorTime = limits_.processorTime;
-    extraction.child = to_.processes.start(
-        std::move(request),
-        extraction.lifetime.weakly([this, entry](const Result<int>& status) { examine(entry, status); }));
-    extraction.watching = to_.mainQueue.every(limits_.interval, [this, entry] { watch(entry); });
-    extraction.deadline = to_.mainQueue.after(limits_.deadline, [this, entry] {
-        end(entry, fmt::format("the archive takes longer than {} seconds", limits_.deadline.count()));
+    const auto entry = extractions_.emplace(extractions_.end());
+    entry->flow = run(archive, themeId, destination, entry->status, entry->turn);
+    entry->flow.start([this, entry, done = std::move(done)] {
+        const auto status = entry->status;
+        const auto turn = std::move(entry->turn);
+        extractions_.erase(entry);
+        done(status);
     });
 }
 
-void ThemeExtractor::watch(Entry entry) {
-    auto& extraction = **entry;
-    if (extraction.measuring) return;
-    extraction.measuring = true;
-    runInBackground(
-        to_.background, to_.mainQueue, extraction.lifetime, Priority::utility,
-        [root = unpackRoot(*extraction.scratch), limits = limits_] {
-            return excess(measureTree(root, mostOf(limits)), limits);
-        },
-        [this, entry](const std::optional<std::string>& found) {
-            (*entry)->measuring = false;
-            if (found) end(entry, *found);
-        });
-}
-
-void ThemeExtractor::end(Entry entry, const std::string& why) {
-    auto& extraction = **entry;
-    if (!extraction.child || extraction.excess) return;
-    extraction.excess = why;
-    extraction.child->kill();
-}
-
-void ThemeExtractor::examine(Entry entry, const Result<int>& status) {
-    auto& extraction = **entry;
-    extraction.watching.end();
-    extraction.deadline.end();
-    extraction.child.reset();
-    runInBackground(
-        to_.background, to_.mainQueue, extraction.lifetime, Priority::userInitiated,
-        [scratch = std::exchange(extraction.scratch, nullptr), status, why = extraction.excess,
-         id = extraction.themeId, limits = limits_]() -> Result<std::pair<Scratch, fs::path>> {
-            const auto chosen = !status ? Result<fs::path>(status.error())
-                                : why   ? Result<fs::path>(extractionError(-1, *why))
-                                        : judge(*scratch, status.value(), id, limits);
-            if (chosen) return std::pair(scratch, chosen.value());
-            scratch->remove();
-            return chosen.error();
-        },
-        [this, entry](const Result<std::pair<Scratch, fs::path>>& found) {
-            if (!found) return finish(entry, found.error());
-            (*entry)->scratch = found.value().first;
-            install(entry, found.value().second);
-        });
-}
-
-void ThemeExtractor::install(Entry entry, const fs::path& chosen) {
-    auto& extraction = **entry;
-    auto work = [this, entry, chosen](ThemeWork::Turn turn) {
-        auto& beginning = **entry;
-        runInBackground(
-            to_.background, to_.mainQueue, beginning.lifetime, Priority::userInitiated,
-            [scratch = std::exchange(beginning.scratch, nullptr), permit = beginning.permit, chosen,
-             destination = beginning.destination, limits = limits_]() -> Status {
-                Status status = Done{};
-                permit->use([&] { status = moveIntoPlace(*scratch, chosen, destination, limits); });
-                scratch->remove();
-                return status;
-            },
-            // The turn ends after the completion, on this thread.
-            [this, entry, turn = std::move(turn)](const Status& status) mutable {
-                const auto held = std::exchange(turn, nullptr);
-                finish(entry, status);
-            });
+Flow ThemeExtractor::run(fs::path archive, std::string themeId, fs::path destination, Status& status,
+                         ThemeWork::Turn& turn) {
+    const auto inBackground = [this](auto work) {
+        return pintle::inBackground(to_.background, to_.mainQueue, Priority::userInitiated, std::move(work));
     };
-    to_.work.begin(extraction.themeId, extraction.lifetime.weakly(std::move(work)));
-}
+    const auto permit = to_.work.permit();
+    auto prepared = inBackground([permit, parent = destination.parent_path()] {
+        Result<Scratch> made = Scratch();
+        permit->use([&] { made = prepare(parent); });
+        return made;
+    });
+    const auto made = co_await prepared;
+    if (!made) {
+        status = made.error();
+        co_return;
+    }
+    const auto scratch = made.value();
 
-void ThemeExtractor::finish(Entry entry, const Status& status) {
-    const auto finished = std::move(*entry);
-    extractions_.erase(entry);
-    finished->done(status);
+    ProcessRequest request;
+    request.executable = "/usr/bin/tar";
+    request.arguments = {"-xf", archive.string(), "-C", unpackRoot(*scratch).string()};
+    request.standardError = errorFile(*scratch);
+    request.largestFile = limits_.bytes;
+    request.processorTime = limits_.processorTime;
+    Answer<Result<int>> exited;
+    const auto child = to_.processes.start(std::move(request), exited.resolver());
+    // The scratch folder is measured while the archiver runs.
+    std::optional<std::string> tooMuch;
+    const auto end = [&](const std::string& why) {
+        if (tooMuch) return;
+        tooMuch = why;
+        child->kill();
+    };
+    std::optional<Lifetime> running(std::in_place);
+    bool measuring = false;
+    auto watching = to_.mainQueue.every(limits_.interval, [&] {
+        if (std::exchange(measuring, true)) return;
+        runInBackground(
+            to_.background, to_.mainQueue, *running, Priority::utility,
+            [root = unpackRoot(*scratch), limits = limits_] {
+                return excess(measureTree(root, mostOf(limits)), limits);
+            },
+            [&](const std::optional<std::string>& found) {
+                measuring = false;
+                if (found) end(*found);
+            });
+    });
+    auto deadline = to_.mainQueue.after(limits_.deadline, [&] {
+        end(fmt::format("the archive takes longer than {} seconds", limits_.deadline.count()));
+    });
+    const auto exit = co_await exited;
+    running.reset();
+    watching.end();
+    deadline.end();
+
+    auto judged = inBackground([scratch, exit, tooMuch, themeId, limits = limits_]() -> Result<fs::path> {
+        auto chosen = !exit     ? Result<fs::path>(exit.error())
+                      : tooMuch ? Result<fs::path>(extractionError(-1, *tooMuch))
+                                : judge(*scratch, exit.value(), themeId, limits);
+        if (!chosen) scratch->remove();
+        return chosen;
+    });
+    const auto chosen = co_await judged;
+    if (!chosen) {
+        status = chosen.error();
+        co_return;
+    }
+
+    Answer<ThemeWork::Turn> next;
+    to_.work.begin(themeId, next.resolver());
+    turn = co_await next;
+    auto installed = inBackground([scratch, permit, folder = chosen.value(), destination, limits = limits_] {
+        Status moved = Done{};
+        permit->use([&] { moved = moveIntoPlace(*scratch, folder, destination, limits); });
+        scratch->remove();
+        return moved;
+    });
+    status = co_await installed;
 }
 
 }  // namespace pintle

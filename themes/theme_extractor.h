@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 
+#include "base/flow.h"
 #include "base/result.h"
 #include "base/subscription.h"
 #include "platform/background_tasks.h"
@@ -60,19 +61,19 @@ class ThemeExtractor {
                                                                     const std::string& themeId);
 
   private:
-    struct Extraction;
-    using Entry = std::list<std::unique_ptr<Extraction>>::iterator;
-
-    void unpack(Entry entry);
-    void watch(Entry entry);
-    void end(Entry entry, const std::string& why);
-    void examine(Entry entry, const Result<int>& status);
-    void install(Entry entry, const std::filesystem::path& chosen);
-    void finish(Entry entry, const Status& status);
+    struct Extraction {
+        Status status = Done{};
+        /// Kept until the completion has run.
+        ThemeWork::Turn turn;
+        Flow flow;
+    };
+    /// The whole of one extraction; its outcome goes into `status`.
+    Flow run(std::filesystem::path archive, std::string themeId, std::filesystem::path destination,
+             Status& status, ThemeWork::Turn& turn);
 
     const Neighbours to_;
     const ExtractionLimits limits_;
-    std::list<std::unique_ptr<Extraction>> extractions_;
+    std::list<Extraction> extractions_;
     Subscription workEnded_;
 };
 

@@ -8,26 +8,28 @@
 namespace pintle {
 
 void ThemeRemoval::deleteTheme(const CursorThemeInfo& theme) {
-    const auto folder = to_.store.themeDirectory(theme.id);
-    auto permit = to_.work.permit();
-    auto remove = [this, id = theme.id, folder, permit](ThemeWork::Turn turn) {
-        runInBackground(
-            to_.background, to_.mainQueue, lifetime_, Priority::userInitiated,
-            [permit, folder]() -> Status {
-                auto error = std::make_error_code(std::errc::no_such_file_or_directory);
-                permit->use([&] {
-                    if (folder) error = removeWhole(*folder);
-                });
-                if (error) return fileError(error);
-                return Done{};
-            },
-            [this, id, permit, turn = std::move(turn)](const Status& status) mutable {
-                const auto held = std::exchange(turn, nullptr);
-                // A reset has come in between.
-                if (permit == to_.work.permit()) finish(id, status);
+    const auto entry = removals_.insert(removals_.end(), run(theme.id));
+    entry->start([this, entry] { removals_.erase(entry); });
+}
+
+Flow ThemeRemoval::run(std::string id) {
+    const auto folder = to_.store.themeDirectory(id);
+    const auto permit = to_.work.permit();
+    Answer<ThemeWork::Turn> next;
+    to_.work.begin(id, next.resolver());
+    const auto turn = co_await next;
+    auto removed =
+        inBackground(to_.background, to_.mainQueue, Priority::userInitiated, [permit, folder]() -> Status {
+            auto error = std::make_error_code(std::errc::no_such_file_or_directory);
+            permit->use([&] {
+                if (folder) error = removeWhole(*folder);
             });
-    };
-    to_.work.begin(theme.id, lifetime_.weakly(std::move(remove)));
+            if (error) return fileError(error);
+            return Done{};
+        });
+    const auto status = co_await removed;
+    // Not when a reset has come in between.
+    if (permit == to_.work.permit()) finish(id, status);
 }
 
 void ThemeRemoval::finish(const std::string& id, const Status& status) {

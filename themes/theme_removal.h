@@ -1,9 +1,10 @@
 // Deletes one downloaded theme. Used by the view model; main thread, the files go in the background.
 #pragma once
 
+#include <list>
 #include <string>
 
-#include "base/lifetime.h"
+#include "base/flow.h"
 #include "base/result.h"
 #include "base/signal.h"
 #include "platform/background_tasks.h"
@@ -40,10 +41,11 @@ class ThemeRemoval {
     Signal<const std::string&> deleted;
 
   private:
+    Flow run(std::string id);
     void finish(const std::string& id, const Status& status);
 
     const Neighbours to_;
-    Lifetime lifetime_;
+    std::list<Flow> removals_;
 };
 
 }  // namespace pintle

@@ -324,6 +324,55 @@ TEST_F(DownloadTest, TheOneWhoIsGoneIsMissedByItsTask) {
     EXPECT_FALSE(world.row("banana").isDownloading);
 }
 
+/// One download that is left to itself after so many pieces of work. False when it had ended before.
+template <typename LeaveAlone>
+bool interruptedAfter(int steps, bool succeeds, LeaveAlone leaveAlone) {
+    LibraryWorld world;
+    world.unpack({{"T/cursors/left_ptr", LibraryWorld::cursorFile()}});
+    world.downloads->downloadTheme(world.row("banana"));
+    bool answered = false;
+    bool underWay = true;
+    for (int step = 0; step < steps && underWay; ++step) {
+        underWay = world.scheduler.step();
+        if (underWay || answered || world.http.requests.empty()) continue;
+        world.http.answer(0, succeeds ? 200 : 404, "archive");
+        underWay = answered = true;
+    }
+    leaveAlone(world);
+    world.scheduler.runUntilIdle();
+    EXPECT_EQ(world.scheduler.pendingTimers(), 0u) << steps;
+    for (const auto& name : world.onDisk()) EXPECT_EQ(name, "banana") << steps;
+    if (fs::exists(world.themeFolder("banana"))) {
+        EXPECT_TRUE(fs::exists(world.themeFolder("banana") / "cursors/left_ptr")) << steps;
+    }
+    return underWay;
+}
+
+TEST_F(DownloadTest, WhoeverIsGoneInTheMiddleLeavesAWholeThemeOrNoneAndNoScratch) {
+    for (const bool succeeds : {true, false}) {
+        int steps = 0;
+        while (interruptedAfter(steps, succeeds, [](LibraryWorld& each) { each.downloads.reset(); })) ++steps;
+        EXPECT_GT(steps, 5);
+    }
+}
+
+TEST_F(DownloadTest, AResetInTheMiddleLeavesAWholeThemeOrNoneAndNoScratch) {
+    for (const bool succeeds : {true, false}) {
+        int steps = 0;
+        while (interruptedAfter(steps, succeeds, [](LibraryWorld& each) { each.work.endAll(); })) ++steps;
+        EXPECT_GT(steps, 5);
+    }
+}
+
+TEST_F(DownloadTest, AResetByWhoeverHearsThatTheThemeIsThereEndsTheDownloadThere) {
+    const auto observer = world.downloads->downloaded.observe([this] { world.work.endAll(); });
+    begin();
+    succeed();
+    EXPECT_TRUE(world.row("banana").isDownloaded);
+    EXPECT_FALSE(world.log.has("[DOWNLOAD] [banana] Preview loaded in 0.00s"));
+    EXPECT_EQ(world.scheduler.pendingBackground(), 0u);
+}
+
 TEST_F(DownloadTest, AMirrorTakesThePlaceOfTheHost) {
     LibraryWorld mirrored("http://127.0.0.1:8080");
     mirrored.downloads->downloadTheme(mirrored.row("banana"));

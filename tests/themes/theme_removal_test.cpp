@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "tests/themes/library_world.h"
 #include "themes/animation_detection.h"
 
@@ -96,6 +98,27 @@ TEST_F(ThemeRemovalTest, ADeletionThatAResetOvertakesChangesNoSetting) {
     EXPECT_THAT(world.log.systemLines, IsEmpty());
     EXPECT_EQ(world.settings.themeError("banana"), "kept");
     EXPECT_TRUE(fs::exists(world.themeFolder("banana")));
+}
+
+TEST(ThemeRemovalEnd, WhoeverIsGoneInTheMiddleRemovesTheWholeThemeOrNothing) {
+    bool underWay = true;
+    for (int steps = 0; underWay; ++steps) {
+        LibraryWorld world;
+        writeFile(world.themeFolder("banana") / "cursors/left_ptr", LibraryWorld::cursorFile());
+        world.themes.loadThemes();
+        auto removal = std::make_optional<ThemeRemoval>(ThemeRemoval::Neighbours{
+            world.settings, world.store, world.themes, world.themeStore, world.work,
+            world.scheduler.mainQueue(), world.scheduler.backgroundTasks(), world.log});
+        removal->deleteTheme(world.row("banana"));
+        for (int step = 0; step < steps && underWay; ++step) underWay = world.scheduler.step();
+        removal.reset();
+        world.scheduler.runUntilIdle();
+        const auto left = world.onDisk();
+        if (!left.empty()) {
+            EXPECT_THAT(left, ElementsAre("banana")) << steps;
+            EXPECT_TRUE(fs::exists(world.themeFolder("banana") / "cursors/left_ptr")) << steps;
+        }
+    }
 }
 
 }  // namespace
