@@ -40,14 +40,31 @@ Rect above(Size size, const Rect& button) {
     return {{midX(button) - size.width * 0.5, button.origin.y + button.size.height + kStatusItemGap}, size};
 }
 
-Rect inside(Rect frame, const Rect& area) {
-    frame.size.width = std::min(frame.size.width, area.size.width);
-    frame.size.height = std::min(frame.size.height, area.size.height);
-    frame.origin.x =
-        std::clamp(frame.origin.x, area.origin.x, area.origin.x + area.size.width - frame.size.width);
-    frame.origin.y =
-        std::clamp(frame.origin.y, area.origin.y, area.origin.y + area.size.height - frame.size.height);
-    return frame;
+/// A stretch along one axis.
+struct Span {
+    double start = 0;
+    double length = 0;
+    double end() const { return start + length; }
+};
+
+/// Moved, and shortened where it has to be, so that it ends inside `area`, a part of `screen`.
+Span inside(Span span, Span area, Span screen) {
+    const double before = area.start <= screen.start ? kScreenEdgeGap : 0;
+    const double after = area.end() >= screen.end() ? kScreenEdgeGap : 0;
+    if (span.length + before + after <= area.length)
+        area = {area.start + before, area.length - before - after};
+    span.length = std::min(span.length, area.length);
+    span.start = std::clamp(span.start, area.start, area.end() - span.length);
+    return span;
+}
+
+Rect inside(const Rect& frame, const ScreenArea& screen) {
+    const auto& area = screen.workArea;
+    const auto across = inside({frame.origin.x, frame.size.width}, {area.origin.x, area.size.width},
+                               {screen.frame.origin.x, screen.frame.size.width});
+    const auto up = inside({frame.origin.y, frame.size.height}, {area.origin.y, area.size.height},
+                           {screen.frame.origin.y, screen.frame.size.height});
+    return {{across.start, up.start}, {across.length, up.length}};
 }
 
 /// What stands for the item's frame; absent when nothing tells where the item is.
@@ -67,13 +84,13 @@ Rect placeUnderStatusItem(Size size, const Placement& placement) {
         if (placement.screens.empty()) return {{}, size};
         const auto& main = placement.screens.front();
         if (!keepsInside) return centred(size, main.frame);
-        return inside(centred(size, main.workArea), main.workArea);
+        return inside(centred(size, main.workArea), main);
     }
     const auto* screen = screenOf({midX(*button), midY(*button)}, placement.screens);
     const bool hangs = !placement.button && !keepsInside;
     const bool upperHalf = hangs || !screen || midY(*button) >= midY(screen->frame);
     const auto frame = upperHalf ? below(size, *button) : above(size, *button);
-    return keepsInside && screen ? inside(frame, screen->workArea) : frame;
+    return keepsInside && screen ? inside(frame, *screen) : frame;
 }
 
 }  // namespace pintle

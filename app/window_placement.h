@@ -37,6 +37,9 @@ struct Placement {
 
 /// The gap between the item and what hangs from it.
 inline constexpr double kStatusItemGap = 5;
+/// What windows that end inside a work area keep free of the screen's own edges, where there is room; beside
+/// a panel they may touch it.
+inline constexpr double kScreenEdgeGap = 8;
 
 /// The frame for a window that would like to be of `size`.
 Rect placeUnderStatusItem(Size size, const Placement& placement);

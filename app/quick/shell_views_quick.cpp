@@ -36,6 +36,14 @@ void clearWith(QQuickView& view, const QColor& colour) {
     view.setFormat(format);
 }
 
+/// As the view takes it.
+QVariantMap room(const QMargins& margins) {
+    return {{"left", margins.left()},
+            {"top", margins.top()},
+            {"right", margins.right()},
+            {"bottom", margins.bottom()}};
+}
+
 }  // namespace
 
 struct ShellViewsQuick::Scenes {
@@ -75,7 +83,6 @@ void ShellViewsQuick::followLook() {
                    .fontFamily = scenes_ ? shell::interfaceFont() : QString()});
     if (!scenes_ || !scenes_->popover) return;
     clearWith(*scenes_->popover, clearColour(look_));
-    scenes_->popover->rootObject()->setProperty("shadowMargin", popoverShape().shadow.left());
 }
 
 void ShellViewsQuick::setComposited(bool composited) {
@@ -128,7 +135,7 @@ QWindow* ShellViewsQuick::popover() {
     clearWith(*view, clearColour(look_));
     view->setTitle(made.popoverFacade->title());
     view->setInitialProperties({{"popover", QVariant::fromValue<QObject*>(made.popoverFacade.get())},
-                                {"shadowMargin", popoverShape().shadow.left()}});
+                                {"shadow", room(popoverShape().shadow)}});
     view->setSource(QUrl("qrc:/qt-project.org/imports/Pintle/Popover.qml"));
     if (view->status() != QQuickView::Ready) return nullptr;
     new VisibleFocus(*view);
@@ -139,6 +146,10 @@ QWindow* ShellViewsQuick::popover() {
 PopoverShape ShellViewsQuick::popoverShape() const {
     const int margin = composited_ && !nativelyHosted_ ? PanelShadow::margin : 0;
     return {QMargins(margin, margin, margin, margin), nativelyHosted_ ? 0 : panelRadius};
+}
+
+void ShellViewsQuick::setPopoverShadow(const QMargins& shadow) {
+    if (popover()) scenes_->popover->rootObject()->setProperty("shadow", room(shadow));
 }
 
 void ShellViewsQuick::popoverWillShow(bool animates) {

@@ -41,6 +41,7 @@ class ShellViewsQuick : public ShellViews {
     void setTitleStrip(WindowContent content, double height) override;
     QWindow* popover() override;
     PopoverShape popoverShape() const override;
+    void setPopoverShadow(const QMargins& shadow) override;
     void popoverWillShow(bool animates) override;
     void popoverDidHide() override;
     QWindow* window(WindowContent content) override;

@@ -116,7 +116,7 @@ TEST_F(WindowsTest, AWindowThatHadToShrinkGetsItsSizeBackWhereThereIsRoom) {
     shell.windows.areas = {{{{0, 0}, {1024, 600}}, {{0, 0}, {1024, 570}}}};
     shell.statusBar.frame = Rect{{900, 572}, {24, 24}};
     start().openSettings();
-    EXPECT_EQ(window(0).frame, (Rect{{544, 0}, {480, 570}}));
+    EXPECT_EQ(window(0).frame, (Rect{{536, 0}, {480, 570}}));
     shell.windows.areas = {{{{0, 0}, {1920, 1080}}, {{0, 0}, {1920, 1050}}}};
     shell.statusBar.frame = Rect{{1000, 1056}, {24, 24}};
     delegate->openSettings();

@@ -85,12 +85,12 @@ TEST(WindowPlacementTest, EndsInsideTheWorkAreaOfTheItemsScreenWhereTheDesktopAs
     };
     const Row rows[] = {
         {kAbout, {{1000, 1056}, {24, 24}}, {{862, 570}, kAbout}},
-        {kAbout, {{1890, 1056}, {24, 24}}, {{1620, 570}, kAbout}},
-        {kAbout, {{5, 1056}, {24, 24}}, {{0, 570}, kAbout}},
+        {kAbout, {{1890, 1056}, {24, 24}}, {{1612, 570}, kAbout}},
+        {kAbout, {{5, 1056}, {24, 24}}, {{8, 570}, kAbout}},
         {{480, 1200}, {{1000, 1056}, {24, 24}}, {{772, 30}, {480, 1020}}},
         {{2000, 400}, {{1000, 1056}, {24, 24}}, {{0, 650}, {1920, 400}}},
-        {kAbout, {{3170, 978}, {20, 20}}, {{2900, 493}, kAbout}},
-        {kAbout, {{1925, 978}, {20, 20}}, {{1920, 493}, kAbout}},
+        {kAbout, {{3170, 978}, {20, 20}}, {{2892, 493}, kAbout}},
+        {kAbout, {{1925, 978}, {20, 20}}, {{1928, 493}, kAbout}},
         {{480, 900}, {{2500, 210}, {20, 20}}, {{2270, 200}, {480, 776}}},
     };
     for (const auto& row : rows)
@@ -101,7 +101,7 @@ TEST(WindowPlacementTest, EndsInsideTheWorkAreaOfTheItemsScreenWhereTheDesktopAs
 TEST(WindowPlacementTest, AnItemOutsideOfEveryScreenBelongsToTheNearestOne) {
     const Rect button{{5000, 900}, {24, 24}};
     EXPECT_EQ(placeUnderStatusItem(kAbout, at(button, PlacementPolicy::insideWorkArea)),
-              (Rect{{2900, 415}, kAbout}));
+              (Rect{{2892, 415}, kAbout}));
 }
 
 TEST(WindowPlacementTest, WithoutAButtonItStandsInTheMiddle) {
@@ -127,7 +127,7 @@ TEST(WindowPlacementTest, WhereTheHostTellsNoFrameThePlaceOfTheClickStandsForThe
     EXPECT_EQ(placeUnderStatusItem(kAbout, placement), (Rect{{750, 30}, kAbout}));
     placement.screens = {kMain, kRight};
     placement.lastClick = Point{3190, 990};
-    EXPECT_EQ(placeUnderStatusItem(kAbout, placement), (Rect{{2900, 496}, kAbout}))
+    EXPECT_EQ(placeUnderStatusItem(kAbout, placement), (Rect{{2892, 496}, kAbout}))
         << "on the pointer's screen";
 }
 

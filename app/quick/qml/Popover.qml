@@ -9,8 +9,9 @@ FocusScope {
     id: root
 
     required property var popover
-    /// Around the panel, for its shadow; 0 where the panel fills the window.
-    property int shadowMargin: 0
+    /// Around the panel, for as much of its shadow as there is room for; 0 where the panel fills the window.
+    property var shadow: ({ left: 0, top: 0, right: 0, bottom: 0 })
+    readonly property bool shadowed: shadow.left + shadow.top + shadow.right + shadow.bottom > 0
     readonly property bool headScrolls: Theme.large || panel.height < 360
 
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
@@ -42,10 +43,13 @@ FocusScope {
     }
 
     BorderImage {
-        anchors.fill: parent
-        visible: root.shadowMargin > 0
+        x: panel.x - Theme.shadowMargin
+        y: panel.y - Theme.shadowMargin
+        width: panel.width + 2 * Theme.shadowMargin
+        height: panel.height + 2 * Theme.shadowMargin
+        visible: root.shadowed
         opacity: panel.opacity
-        source: root.shadowMargin > 0 ? "image://shadow/" + (Theme.dark ? "dark" : "light") : ""
+        source: root.shadowed ? "image://shadow/" + (Theme.dark ? "dark" : "light") : ""
         border.left: 40
         border.right: 40
         border.top: 40
@@ -55,10 +59,10 @@ FocusScope {
 
     Rectangle {
         id: panel
-        x: root.shadowMargin
-        y: root.shadowMargin
-        width: root.width - 2 * root.shadowMargin
-        height: root.height - 2 * root.shadowMargin
+        x: root.shadow.left
+        y: root.shadow.top
+        width: root.width - root.shadow.left - root.shadow.right
+        height: root.height - root.shadow.top - root.shadow.bottom
         objectName: "panel"
         radius: Theme.hosted ? 0 : Theme.radius
         color: Theme.bg

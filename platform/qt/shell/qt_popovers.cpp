@@ -3,6 +3,8 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QRegion>
+#include <QScreen>
+#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <optional>
@@ -30,6 +32,8 @@ QRegion roundedRectangle(const QSize& size, int radius) {
     }
     return region;
 }
+
+constexpr int kAsks = 3;
 
 /// Sees the presses on the program's other windows, which nobody reports as presses elsewhere.
 class OtherWindows : public QObject {
@@ -59,6 +63,8 @@ class QtPopover : public Popover {
         : spec_(spec), views_(views), appearance_(appearance), desktop_(desktop) {
         views_.setComposited(appearance_.look().blendsWindows);
         looks_ = appearance_.observe([this] { follow(); });
+        asking_.setSingleShot(true);
+        QObject::connect(&asking_, &QTimer::timeout, &asking_, [this] { askAgain(); });
     }
     ~QtPopover() override { close(); }
 
@@ -68,6 +74,7 @@ class QtPopover : public Popover {
         if (!host_ && !open()) return;
         place();
         if (!isShown()) views_.popoverWillShow(spec_.animates);
+        asks_ = kAsks;
         host_->showInFront();
         limitInput();
     }
@@ -87,6 +94,8 @@ class QtPopover : public Popover {
         // A window manager copies the input area to its frame when the area changes, but does not look at one
         // that was there before it took the window in.
         host_->setAppeared([this] { limitInput(); });
+        for (const auto moved : {&QWindow::xChanged, &QWindow::yChanged})
+            QObject::connect(view, moved, &asking_, [this] { asking_.start(0); });
         if (spec_.transient) otherWindows_.emplace(*view, [this] { close(); });
         // Where presses elsewhere cannot be seen, the loss of the keyboard stands in for them.
         if (spec_.transient && !desktop_.watchPresses)
@@ -108,12 +117,32 @@ class QtPopover : public Popover {
         if (!view) return;
         const QRect panel = shell::pixelsFrom(frame_);
         const PopoverShape shape = views_.popoverShape();
-        shadow_ = composited_ ? shape.shadow : QMargins();
+        shadow_ = composited_ ? roomFor(shape.shadow, panel) : QMargins();
+        views_.setPopoverShadow(shadow_);
         const QRect window = panel.marginsAdded(shadow_);
+        place_ = window.topLeft();
         view->setMinimumSize(window.size());
         view->setMaximumSize(window.size());
         view->setGeometry(window);
         cutCorners(composited_ ? 0 : shape.cornerRadius);
+    }
+    /// A window manager may push a window that reaches over panels or screen edges back, and the panel in it
+    /// away from its place.
+    QMargins roomFor(const QMargins& shadow, const QRect& panel) const {
+        const auto* screen = QGuiApplication::screenAt(panel.center());
+        if (!screen) return shadow;
+        const QRect area = shell::workArea(*screen, desktop_);
+        const auto room = [](int wanted, int free) { return std::clamp(free, 0, wanted); };
+        return {room(shadow.left(), panel.left() - area.left()), room(shadow.top(), panel.top() - area.top()),
+                room(shadow.right(), area.right() - panel.right()),
+                room(shadow.bottom(), area.bottom() - panel.bottom())};
+    }
+    /// Window managers may place a new window by rules of their own, but follow one that moves itself.
+    void askAgain() {
+        auto* const view = host_ ? host_->view() : nullptr;
+        if (!view || !isShown() || view->position() == place_ || asks_ == 0) return;
+        --asks_;
+        view->setPosition(place_);
     }
     /// In the screen's own pixels: those of the toolkit are too coarse for a corner where they are larger.
     void cutCorners(int radius) {
@@ -142,6 +171,11 @@ class QtPopover : public Popover {
     const ShellDesktop& desktop_;
     Rect frame_;
     QMargins shadow_;
+    /// Of the window, as it was asked for.
+    QPoint place_;
+    /// How often it may still be asked for, lest two insist on different places for ever.
+    int asks_ = 0;
+    QTimer asking_;
     bool composited_ = appearance_.look().blendsWindows;
     std::optional<shell::WindowHost> host_;
     std::optional<OtherWindows> otherWindows_;

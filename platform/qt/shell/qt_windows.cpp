@@ -16,11 +16,6 @@ namespace {
 
 constexpr unsigned kClosable = 2;
 
-QMargins scaledDown(const QMargins& pixels, qreal ratio) {
-    const auto scaled = [ratio](int value) { return static_cast<int>(std::ceil(value / ratio)); };
-    return {scaled(pixels.left()), scaled(pixels.top()), scaled(pixels.right()), scaled(pixels.bottom())};
-}
-
 class QtShellWindow : public ShellWindow {
   public:
     QtShellWindow(const WindowSpec& spec, QWindow& view, const ShellDesktop& desktop)
@@ -36,7 +31,7 @@ class QtShellWindow : public ShellWindow {
         view.setMaximumSize(content_);
         view.create();
         if (desktop.frameExtents)
-            expected_ = scaledDown(desktop.frameExtents(view.winId()), view.devicePixelRatio());
+            expected_ = shell::scaledDown(desktop.frameExtents(view.winId()), view.devicePixelRatio());
         frame_ = QRect(QPoint(), content_).marginsAdded(expected_);
         // What the window manager has really drawn is known after it has drawn it.
         const auto changed = [this] { follow(); };
@@ -108,23 +103,13 @@ class QtWindows : public Windows {
         std::vector<ScreenArea> areas;
         // The primary screen comes first.
         for (const auto* const screen : QGuiApplication::screens())
-            areas.push_back({shell::pointsFrom(screen->geometry()), shell::pointsFrom(workArea(*screen))});
+            areas.push_back({shell::pointsFrom(screen->geometry()),
+                             shell::pointsFrom(shell::workArea(*screen, desktop_))});
         return areas;
     }
     Point mouseLocation() const override { return shell::pointsFrom(QCursor::pos()); }
 
   private:
-    QRect workArea(const QScreen& screen) const {
-        // With more than one screen the toolkit takes panels for work area.
-        if (desktop_.panelInsets)
-            if (const auto insets = desktop_.panelInsets(screen.name())) {
-                const QRect area =
-                    screen.geometry().marginsRemoved(scaledDown(*insets, screen.devicePixelRatio()));
-                if (area.isValid()) return area;
-            }
-        return screen.availableGeometry();
-    }
-
     ShellViews& views_;
     const ShellDesktop& desktop_;
 };

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <cmath>
 
 namespace pintle::shell {
 
@@ -29,6 +30,22 @@ QRect pixelsFrom(const Rect& rect) {
     const QSize size(qRound(rect.size.width), qRound(rect.size.height));
     return {QPoint(qRound(rect.origin.x + corner.x()), qRound(corner.y() - rect.origin.y - rect.size.height)),
             size};
+}
+
+QMargins scaledDown(const QMargins& pixels, qreal ratio) {
+    const auto scaled = [ratio](int value) { return static_cast<int>(std::ceil(value / ratio)); };
+    return {scaled(pixels.left()), scaled(pixels.top()), scaled(pixels.right()), scaled(pixels.bottom())};
+}
+
+QRect workArea(const QScreen& screen, const ShellDesktop& desktop) {
+    // With more than one screen the toolkit takes panels for work area.
+    if (desktop.panelInsets)
+        if (const auto insets = desktop.panelInsets(screen.name())) {
+            const QRect area =
+                screen.geometry().marginsRemoved(scaledDown(*insets, screen.devicePixelRatio()));
+            if (area.isValid()) return area;
+        }
+    return screen.availableGeometry();
 }
 
 }  // namespace pintle::shell

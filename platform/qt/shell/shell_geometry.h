@@ -5,9 +5,11 @@
 
 #include <QPoint>
 #include <QRect>
+#include <QScreen>
 #include <optional>
 
 #include "base/geometry.h"
+#include "platform/qt/shell/shell_desktop.h"
 
 namespace pintle::shell {
 
@@ -18,5 +20,10 @@ Rect pointsFrom(const QRect& rect);
 Point pointsFrom(const QPoint& position);
 /// To the nearest whole pixels.
 QRect pixelsFrom(const Rect& rect);
+
+/// Of the screen without its panels, in device-independent pixels.
+QRect workArea(const QScreen& screen, const ShellDesktop& desktop);
+/// Rounded up.
+QMargins scaledDown(const QMargins& pixels, qreal ratio);
 
 }  // namespace pintle::shell

@@ -32,8 +32,9 @@ namespace pintle {
 /// How the popover's panel lies in its window.
 struct PopoverShape {
     /// What the view draws around the panel while it is composited: room for a shadow, transparent and deaf
-    /// to the pointer. The backend makes the window that much larger than the frame it was given, so that the
-    /// panel itself stands on the frame. Not used without a compositor: there the panel fills the window.
+    /// to the pointer. The backend makes the window that much larger than the frame it was given, as far as
+    /// the work area reaches, so that the panel itself stands on the frame. Not used without a compositor:
+    /// there the panel fills the window.
     QMargins shadow;
     /// Of the panel's corners. Without a compositor the window is cut to a rectangle with such corners, in
     /// the steps of cornerInsets().
@@ -61,6 +62,9 @@ class ShellViews {
     virtual QWindow* popover() = 0;
     /// Asked before each showing.
     virtual PopoverShape popoverShape() const = 0;
+    /// What of that shadow has room in its window: less than popoverShape() asks for where the panel stands
+    /// near the edge of the work area. Before each showing, and while it is shown.
+    virtual void setPopoverShadow(const QMargins& shadow) { (void)shadow; }
     /// Right before the popover becomes visible and right after it went. The view plays its own entrance when
     /// `animates`; it is gone at once when it is hidden.
     virtual void popoverWillShow(bool animates) { (void)animates; }

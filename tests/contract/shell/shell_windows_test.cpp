@@ -123,6 +123,26 @@ TEST_F(PopoverWindow, FollowsACompositorThatComesWhileItIsShown) {
     EXPECT_FALSE(shapeOf(*views.popoverView).contains(QPoint(0, 0)));
 }
 
+TEST_F(PopoverWindow, TakesItsPlaceAgainFromAWindowManagerThatGaveItAnother) {
+    show();
+    ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));
+    mouse("windowmove " + std::to_string(views.popoverView->winId()) + " 100 100");
+    EXPECT_TRUE(until([this] { return views.popoverView->position().x() < 900; }));
+    EXPECT_TRUE(until([this] { return views.popoverView->position() == QPoint(900, 80); }));
+}
+
+TEST_F(PopoverWindow, ItsShadowDoesNotReachOverAPanelOrTheScreensEdge) {
+    appearance.become({.blendsWindows = true});
+    startPanel();
+    ASSERT_TRUE(until([this] { return windows->screens()[0].workArea == Rect{{0, 0}, {1280, 770}}; }));
+    popover = popovers->makePopover({.contentSize = {340, 520}});
+    makeItem();
+    popover->show(*item, {{932, 245}, {340, 520}});
+    ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));
+    EXPECT_EQ(views.popoverView->frameGeometry(), QRect(908, 30, 372, 549));
+    EXPECT_EQ(views.shadow, QMargins(24, 5, 8, 24));
+}
+
 TEST_F(PopoverWindow, ClosesByItsOwnEscapeAndComesBack) {
     show();
     ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));

@@ -121,7 +121,7 @@ TEST_F(HostedViews, ThePopoverDrawsNeitherShadowNorCornersNorEdge) {
     ASSERT_NE(world().views->popover(), nullptr);
     EXPECT_EQ(world().views->popoverShape().shadow, QMargins());
     EXPECT_EQ(world().views->popoverShape().cornerRadius, 0);
-    EXPECT_EQ(rootOf(world().views->popover()).property("shadowMargin").toInt(), 0);
+    EXPECT_EQ(rootOf(world().views->popover()).property("shadowed").toBool(), false);
     EXPECT_EQ(panel().property("radius").toDouble(), 0);
 }
 
