@@ -86,6 +86,11 @@ MainQueue& VirtualScheduler::mainQueue() { return *queue_; }
 BackgroundTasks& VirtualScheduler::backgroundTasks() { return *tasks_; }
 void VirtualScheduler::shuffle(std::uint64_t seed) { state_->random.emplace(seed); }
 std::size_t VirtualScheduler::pendingBackground() const { return state_->background.size(); }
+std::vector<Priority> VirtualScheduler::pendingPriorities() const {
+    std::vector<Priority> priorities;
+    for (const auto& item : state_->background) priorities.push_back(item.priority);
+    return priorities;
+}
 std::size_t VirtualScheduler::pendingTimers() const { return state_->timers.size(); }
 void VirtualScheduler::holdBackground(bool hold) { state_->holdBackground = hold; }
 

@@ -34,6 +34,8 @@ class VirtualScheduler {
     void advance(std::chrono::nanoseconds duration);
 
     std::size_t pendingBackground() const;
+    /// Of the pending background work, in the order in which it was asked for.
+    std::vector<Priority> pendingPriorities() const;
     std::size_t pendingTimers() const;
     /// Holds background work back: step() and runUntilIdle() run main-queue work only.
     void holdBackground(bool hold);

@@ -5,6 +5,7 @@
 
 #include "app/cursor_view_model.h"
 #include "settings/notification_names.h"
+#include "tests/support/as_nobody.h"
 #include "tests/support/cursor_world.h"
 #include "themes/animation_detection.h"
 
@@ -97,6 +98,24 @@ TEST_F(FullResetTest, AnnouncesTheScaleAndDoesNotApplyTheThemeAgain) {
     EXPECT_FALSE(world.log.has("[CursorViewModel] Applying scale: 1.0 for theme: Bibata Modern Ice"));
 }
 
+TEST_F(FullResetTest, TheCursorsComeBackByTheApplierAndByTheChanger) {
+    world.model->applyTheme(world.theme(kIce));
+    world.scheduler.runUntilIdle();
+    world.applier.mapCursorsToSystemTypes();
+    world.overlay.calls.clear();
+    world.log.systemLines.clear();
+    const auto custom = world.hardwareCursor.current();
+    world.model->resetAllData();
+    EXPECT_EQ(world.log.count("[SystemCursorChanger] Unregistered all custom cursors (err=0)"), 2u);
+    EXPECT_THAT(world.overlay.calls, ElementsAre("deactivate", "showSystemCursorGuaranteed", "destroyWindows",
+                                                 "showSystemCursorGuaranteed"));
+    EXPECT_NE(world.hardwareCursor.current(), custom) << "the arrow";
+    EXPECT_THAT(world.applier.customCursors(), IsEmpty());
+    EXPECT_THAT(world.changer.lastApplied(), IsEmpty());
+    EXPECT_FALSE(world.changer.isActive());
+    EXPECT_FALSE(world.changer.suspendedForExcludedApp());
+}
+
 TEST_F(FullResetTest, WithoutThemesItSaysNothingOfThem) {
     fs::remove_all(world.themesDirectory());
     world.model->resetAllData();
@@ -104,7 +123,7 @@ TEST_F(FullResetTest, WithoutThemesItSaysNothingOfThem) {
 }
 
 TEST_F(FullResetTest, AThemesFolderThatCannotBeRemovedIsToldAndDoesNotStopIt) {
-    if (::geteuid() == 0) GTEST_SKIP() << "nothing stops root from removing a folder";
+    const AsNobody rights(world.folder.path());
     fs::permissions(world.directories.applicationSupport / "Pintle", fs::perms(0500));
     world.model->resetAllData();
     fs::permissions(world.directories.applicationSupport / "Pintle", fs::perms(0700));

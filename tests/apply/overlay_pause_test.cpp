@@ -69,6 +69,21 @@ TEST(OverlayPause, AfterUnlockingTheOverlayResumesHalfASecondLater) {
     EXPECT_EQ(world.surfaces.visible(), 1);
 }
 
+TEST(OverlayPause, ResumingMakesTheWindowsAnew) {
+    OverlayWorld world;
+    running(world);
+    const auto before = world.surfaces.made.size();
+    world.workspace.send(WorkspaceEvent::screenIsLocked);
+    // The desktop may have taken them away meanwhile, or have other screens.
+    world.displays.attached.push_back({{{1280, 0}, {800, 600}}, 2});
+    world.workspace.send(WorkspaceEvent::screenIsUnlocked);
+    world.scheduler.advance(500ms);
+    EXPECT_EQ(world.surfaces.made.size(), before + 2);
+    for (std::size_t i = 0; i < before; ++i) EXPECT_FALSE(world.surfaces.made[i]->open);
+    EXPECT_TRUE(world.surfaces.openOn(1));
+    EXPECT_TRUE(world.surfaces.openOn(2));
+}
+
 TEST(OverlayPause, AfterSystemWakeTheOverlayResumesOneSecondLater) {
     OverlayWorld world;
     running(world);

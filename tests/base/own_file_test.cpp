@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -122,6 +124,22 @@ TEST_F(OwnFileTest, AFailureLeavesTheOldOneAndNothingBesideIt) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
     file = folder.path() / "not" / "there";
     EXPECT_EQ(replace("new").error().code, ENOENT);
+}
+
+TEST_F(OwnFileTest, WhatTheDiskDoesNotTakeWholeReplacesNothing) {
+    writeFile(file, "old");
+    const auto handler = ::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{4096, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const auto replaced = replace(std::string(100'000, 'n'));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, handler);
+    ASSERT_FALSE(replaced);
+    EXPECT_EQ(replaced.error().code, EFBIG);
+    EXPECT_EQ(content(), "old");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
 }
 
 }  // namespace

@@ -386,6 +386,25 @@ TEST_F(CursorSettingsTest, ThemeErrorsThatAreNoDictionaryAreOverwrittenByAClear)
 }
 
 TEST_F(CursorSettingsTest, TheLaunchAtLoginKeyIsNeverTouched) {
+    for (const bool value : {true, false}) {
+        settings.setApplyOnLaunch(value);
+        settings.setRestoreOnQuit(value);
+        settings.setAlwaysUseThemedCursor(value);
+        settings.setUseSystemCursorForMissing(value);
+        settings.setGlassMode(value);
+        settings.setPauseWhenScreenShared(value);
+    }
+    settings.setCursorScale(2);
+    settings.setGlassOpacity(0.5);
+    settings.setCurrentThemeId("banana");
+    settings.setCurrentThemeId(std::nullopt);
+    settings.setExcludedApps({"a"});
+    settings.addExcludedApp("b");
+    settings.removeExcludedApp("b");
+    settings.setThemeError("banana", "error");
+    settings.clearThemeError("banana");
+    ASSERT_GE(store.writes.size() + store.removals.size(), 10u);
+    EXPECT_THAT(store.removals, testing::Not(testing::Contains("launchAtLogin")));
     EXPECT_EQ(std::string(CursorSettings::launchAtLoginKey), "launchAtLogin");
     EXPECT_FALSE(store.defaults.contains("launchAtLogin"));
     EXPECT_THAT(store.writes, testing::Not(testing::Contains("launchAtLogin")));

@@ -232,6 +232,37 @@ TEST_F(ThemeExtractorTest, WhenAllWorkEndsTheChildIsKilledAndNothingIsAnswered) 
     EXPECT_EQ(world.scheduler.pendingTimers(), 0u);
 }
 
+TEST_F(ThemeExtractorTest, AThemeThatCannotBeMovedIntoPlaceIsNotSaidToBeInstalled) {
+    writeFile(world.themeFolder("banana") / "cursors/left_ptr", "old");
+    world.processes.play = [](const ProcessRequest& request) {
+        const fs::path root = request.arguments.at(3);
+        writeFile(root / "cursors/left_ptr", XCursorBuilder().image({.size = 24}).bytes());
+        // Where the old theme is to go stands something else.
+        writeFile(root.parent_path() / "replaced" / "something", "in the way");
+        return 0;
+    };
+    EXPECT_EQ(run(), "Directory not empty");
+    EXPECT_EQ(fs::file_size(world.themeFolder("banana") / "cursors/left_ptr"), 3u) << "the old one stays";
+}
+
+TEST_F(ThemeExtractorTest, WhatVanishesBeforeItIsMovedIntoPlaceIsNotSaidToBeInstalled) {
+    fs::path root;
+    world.processes.play = [&](const ProcessRequest& request) {
+        root = request.arguments.at(3);
+        writeFile(root / "cursors/left_ptr", XCursorBuilder().image({.size = 24}).bytes());
+        return 0;
+    };
+    ThemeWork::Turn held;
+    world.work.begin("banana", [&](ThemeWork::Turn turn) { held = std::move(turn); });
+    EXPECT_EQ(run(), "not ended");
+    ASSERT_TRUE(fs::exists(root / "cursors"));
+    fs::remove_all(root / "cursors");
+    held = nullptr;
+    world.scheduler.runUntilIdle();
+    ASSERT_TRUE(ended);
+    EXPECT_FALSE(*ended);
+}
+
 TEST(UnpackError, AFullDiskIsNamedWhereTheArchiverCouldSayNothing) {
     if (!fs::exists("/dev/full")) GTEST_SKIP();
     EXPECT_EQ(unpackErrorText("/dev/full", 1), "No space left on device");

@@ -363,6 +363,16 @@ TEST_F(ThemeStoreTest, OfTheFramesOfAnAnimationTheFirstIsThePreview) {
     EXPECT_THAT(preview->pixel(0, 0), ElementsAre(0x11, 0x22, 0x33, 0xFF));
 }
 
+TEST_F(ThemeStoreTest, ImagesAboveFortyEightAreNoPreviewBesideASmallerOne) {
+    // 50 is nearer to 32 than 8 is.
+    writeFile(theme / "cursors/default", XCursorBuilder().image({.size = 8}).image({.size = 50}).bytes());
+    EXPECT_EQ(previewSide(), 8);
+    writeFile(theme / "cursors/default", XCursorBuilder().image({.size = 8}).image({.size = 48}).bytes());
+    EXPECT_EQ(previewSide(), 48);
+    writeFile(theme / "cursors/default", XCursorBuilder().image({.size = 8}).image({.size = 49}).bytes());
+    EXPECT_EQ(previewSide(), 8);
+}
+
 TEST_F(ThemeStoreTest, ThePreviewOfLargeImagesAloneIsTheSmallest) {
     writeFile(theme / "cursors/default", XCursorBuilder().image({.size = 96}).image({.size = 64}).bytes());
     EXPECT_EQ(previewSide(), 64);
