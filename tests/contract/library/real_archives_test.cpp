@@ -4,15 +4,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <linux/landlock.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <sstream>
 
 #include "platform/posix/archiver.h"
 #include "platform/posix/unpack/confinement.h"
@@ -324,6 +327,59 @@ TEST_F(RealArchives, TheUnpackingProcessReachesNothingButItsFolder) {
     int state = 0;
     ASSERT_EQ(::waitpid(child, &state, 0), child);
     EXPECT_EQ(WIFEXITED(state) ? WEXITSTATUS(state) : -1, 0);
+}
+
+/// The lines of a file under /proc that begin with `start`, blanks as one.
+std::string lineOf(const fs::path& file, const std::string& start) {
+    std::ifstream input(file);
+    for (std::string line; std::getline(input, line);) {
+        if (!line.starts_with(start)) continue;
+        std::istringstream words(line);
+        std::string tidy;
+        for (std::string word; words >> word;) tidy += (tidy.empty() ? "" : " ") + word;
+        return tidy;
+    }
+    return {};
+}
+
+TEST_F(RealArchives, TheProgramThatUnpacksIsLimitedAndConfined) {
+    const auto bad = folder.path() / "bad";
+    writeFile(bad, "no archive");
+    fs::create_directory(folder.path() / "inside");
+    // The words about the archive find a full pipe, so the program waits there for as long as it is looked
+    // at.
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    ASSERT_EQ(::fcntl(ends[1], F_SETFL, O_NONBLOCK), 0);
+    const std::string block(4096, ' ');
+    while (::write(ends[1], block.data(), block.size()) > 0) continue;
+    while (::write(ends[1], block.data(), 1) > 0) continue;
+    ASSERT_EQ(::fcntl(ends[1], F_SETFL, 0), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::dup2(ends[1], STDERR_FILENO);
+        ::execl(UNPACK_PROGRAM, UNPACK_PROGRAM, "-xf", bad.c_str(), "-C", (folder.path() / "inside").c_str(),
+                nullptr);
+        ::_exit(127);
+    }
+    const fs::path proc = fs::path("/proc") / std::to_string(child);
+    const auto waits = [&] {
+        std::error_code error;
+        return fs::read_symlink(proc / "cwd", error).filename() == "inside" &&
+               lineOf(proc / "status", "State:").starts_with("State: S");
+    };
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!waits() && std::chrono::steady_clock::now() < deadline) ::usleep(1000);
+    EXPECT_TRUE(waits());
+    EXPECT_EQ(lineOf(proc / "status", "NoNewPrivs:"), "NoNewPrivs: 1");
+    EXPECT_EQ(lineOf(proc / "limits", "Max open files"), "Max open files 64 64 files");
+    EXPECT_EQ(lineOf(proc / "limits", "Max processes"), "Max processes 0 0 processes");
+    EXPECT_EQ(lineOf(proc / "limits", "Max core file size"), "Max core file size 0 0 bytes");
+    EXPECT_EQ(lineOf(proc / "limits", "Max address space"), "Max address space 805306368 805306368 bytes");
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ::close(ends[0]);
+    ::close(ends[1]);
 }
 
 TEST_F(RealArchives, EndingAllWorkInTheMiddleLeavesNothing) {
