@@ -70,6 +70,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.start(5, status)
         self.wfile.write(b"words")
 
+    def behave_headers(self):
+        """The body is what was asked with."""
+        body = "".join(f"{name}: {value}\n" for name, value in self.headers.items()).encode()
+        self.start(len(body))
+        self.wfile.write(body)
+
     def behave_early(self):
         self.wfile.write(b"HTTP/1.1 100 Continue\r\n\r\n")
         self.behave_well()

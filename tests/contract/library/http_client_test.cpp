@@ -77,6 +77,17 @@ struct HttpClientTest : testing::Test {
     void expectNoFile() { EXPECT_FALSE(fs::exists(target())); }
 };
 
+TEST_F(HttpClientTest, TheHeadersOfTheRequestReachTheServerOnce) {
+    server->behave("headers");
+    auto asked = request();
+    asked.headers = {{"User-Agent", "Mozilla/5.0"}, {"X-Other", "a value"}};
+    ASSERT_EQ(fetch(asked), "");
+    const auto headers = arrived();
+    EXPECT_THAT(headers, HasSubstr("User-Agent: Mozilla/5.0\n"));
+    EXPECT_THAT(headers, HasSubstr("X-Other: a value\n"));
+    EXPECT_EQ(headers.find("User-Agent"), headers.rfind("User-Agent")) << "and not the toolkit's own as well";
+}
+
 TEST_F(HttpClientTest, StreamsIntoTheFileAndReportsUpToTheWhole) {
     EXPECT_EQ(fetchBehaving("slow"), "");
     EXPECT_EQ(ended->value().status, 200);
