@@ -100,6 +100,17 @@ TEST_F(LaunchAtLoginTest, AnExistingAgentIsReplaced) {
     EXPECT_EQ(fileContent().at("Label"), PropertyValue("com.pintle.app"));
 }
 
+TEST_F(LaunchAtLoginTest, ALinkInThePlaceOfTheAgentIsReplacedAndWhatItLeadsToIsLeftAlone) {
+    const auto target = world.folder.path() / "target";
+    writeFile(target, "somebody else's");
+    std::filesystem::create_directories(agent->path().parent_path());
+    std::filesystem::create_symlink(target, agent->path());
+    ASSERT_TRUE(agent->write("/Applications/Pintle"));
+    EXPECT_FALSE(std::filesystem::is_symlink(agent->path()));
+    EXPECT_EQ(agent->program(), "/Applications/Pintle");
+    EXPECT_EQ(std::filesystem::file_size(target), 15u);
+}
+
 TEST_F(LaunchAtLoginTest, DisablingWithAWillingServiceTouchesNoFile) {
     writeFile(file, std::string("left by somebody"));
     at().setLaunchAtLogin(false);

@@ -141,6 +141,24 @@ TEST_F(AutostartTest, WhateverStandsInItsPlaceIsNeitherWaitedForNorReadWithoutEn
                 testing::Contains(testing::StartsWith("[LaunchAgent] ERROR writing plist: ")));
 }
 
+TEST_F(AutostartTest, ALinkInItsPlaceIsReplacedAndWhatItLeadsToIsLeftAlone) {
+    const auto target = folder.path() / "target";
+    for (const bool isThere : {true, false}) {
+        std::filesystem::create_directories(file.parent_path());
+        std::filesystem::remove(file);
+        std::filesystem::create_symlink(target, file);
+        if (isThere)
+            writeFile(target, "somebody else's");
+        else
+            std::filesystem::remove(target);
+        ASSERT_TRUE(entry->write("/usr/bin/pintle"));
+        EXPECT_FALSE(std::filesystem::is_symlink(file));
+        EXPECT_EQ(entry->program(), "/usr/bin/pintle");
+        EXPECT_EQ(contentOf(target), isThere ? "somebody else's" : "");
+        EXPECT_EQ(std::filesystem::exists(target), isThere);
+    }
+}
+
 TEST_F(AutostartTest, TheEntryNamesThePictureOfTheProgram) {
     ASSERT_TRUE(entry->write("/usr/bin/pintle"));
     EXPECT_THAT(contentOf(file), testing::HasSubstr("\nIcon=com.pintle.app\n"));
