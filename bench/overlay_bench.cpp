@@ -129,7 +129,7 @@ class BareLoop {
 class Overlay {
   public:
     Overlay(pintle::MainQueue& queue, const std::string& display) {
-        pintle::OverlayDesktopOptions options{display, queue, workspace_, {}, {}};
+        pintle::OverlayDesktopOptions options{display, queue, log_, workspace_, {}, {}};
         options.watchReadable = [&queue](int descriptor, std::function<void()> readable) {
             return pintle::watchReadable(queue, descriptor, std::move(readable));
         };

@@ -84,9 +84,9 @@ DesktopSession makeX11Session(const SessionContext& context) {
         .nameSent = {},
     });
     addXDesktop(session, context);
-    session.overlay =
-        makeOverlayDesktop({std::nullopt, context.queue, *session.workspace, watcherOn(context.queue),
-                            overlay::makeScreenWatch(context.queue, context.background)});
+    session.overlay = makeOverlayDesktop({std::nullopt, context.queue, context.log, *session.workspace,
+                                          watcherOn(context.queue),
+                                          overlay::makeScreenWatch(context.queue, context.background)});
     return session;
 }
 

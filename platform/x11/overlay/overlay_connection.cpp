@@ -6,6 +6,7 @@
 #include <xcb/xinput.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace pintle::overlay {
 namespace {
@@ -29,17 +30,45 @@ void listenToRawMotion(xcb_connection_t* c, xcb_window_t root, bool listen) {
 
 }  // namespace
 
-std::unique_ptr<OverlayConnection> OverlayConnection::open(const std::string& display) {
+std::unique_ptr<x11::XConnection> OverlayConnection::connect(const std::string& display) {
     auto connection = x11::XConnection::open(display);
     if (!connection || !connection->announceExtensions()) return nullptr;
     const auto* const shape = xcb_get_extension_data(connection->get(), &xcb_shape_id);
     if (!shape || !shape->present) return nullptr;
-    return std::unique_ptr<OverlayConnection>(new OverlayConnection(std::move(connection)));
+    return connection;
 }
 
-OverlayConnection::OverlayConnection(std::unique_ptr<x11::XConnection> connection)
-    : connection_(std::move(connection)), compositorSelection_(connection_->atom("_NET_WM_CM_S0")) {
+std::unique_ptr<OverlayConnection> OverlayConnection::open(const std::string& display) {
+    auto connection = connect(display);
+    if (!connection) return nullptr;
+    return std::unique_ptr<OverlayConnection>(new OverlayConnection(display, std::move(connection)));
+}
+
+OverlayConnection::OverlayConnection(std::string display, std::unique_ptr<x11::XConnection> connection)
+    : display_(std::move(display)), connection_(std::move(connection)) {
+    begin();
+}
+
+bool OverlayConnection::reopen() {
+    if (std::exchange(hasReopened_, true)) return false;
+    auto fresh = connect(display_);
+    if (!fresh) return false;
+    connection_ = std::move(fresh);
+    ownWindows_.clear();
+    following_ = false;
+    cursorSerial_ = 0;
+    ++motions_;
+    ++restackings_;
+    ++displayChanges_;
+    begin();
+    reopened_.emit();
+    flush();
+    return true;
+}
+
+void OverlayConnection::begin() {
     auto* const c = get();
+    compositorSelection_ = connection_->atom("_NET_WM_CM_S0");
     const auto root = connection_->root();
     xcb_xfixes_select_selection_input(c, root, compositorSelection_,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |

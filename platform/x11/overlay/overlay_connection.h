@@ -21,6 +21,10 @@ class OverlayConnection {
     x11::XConnection& x() { return *connection_; }
     xcb_connection_t* get() const { return connection_->get(); }
     bool isBroken() const { return connection_->isBroken(); }
+    /// Opens a new connection instead of a broken one; observers of reopened() then make anew what they had
+    /// on the server. Not twice: whoever ends it a second time would do so for ever. False when there is
+    /// none.
+    bool reopen();
 
     /// Takes in what the server has sent; costs no round trip. Called when the descriptor is readable and
     /// before what changes with the pointer is answered.
@@ -54,16 +58,22 @@ class OverlayConnection {
     bool isOwn(xcb_window_t window) const;
 
     Signal<>& compositorChanged() { return compositorChanged_; }
+    /// Nothing that was made on the server is there any more, and no pointer is hidden.
+    Signal<>& reopened() { return reopened_; }
 
   private:
-    explicit OverlayConnection(std::unique_ptr<x11::XConnection> connection);
+    OverlayConnection(std::string display, std::unique_ptr<x11::XConnection> connection);
+    static std::unique_ptr<x11::XConnection> connect(const std::string& display);
+    void begin();
     void askForCompositor();
     void listen(bool toEverything);
     void handle(const xcb_generic_event_t& event);
 
+    const std::string display_;
     std::unique_ptr<x11::XConnection> connection_;
+    bool hasReopened_ = false;
     std::vector<xcb_window_t> ownWindows_;
-    xcb_atom_t compositorSelection_;
+    xcb_atom_t compositorSelection_ = 0;
     std::uint8_t firstRandrEvent_ = 0;
     std::uint8_t inputOpcode_ = 0;
     std::uint64_t motions_ = 1;
@@ -75,6 +85,7 @@ class OverlayConnection {
     bool following_ = false;
     std::chrono::steady_clock::time_point lastFollowed_;
     Signal<> compositorChanged_;
+    Signal<> reopened_;
 };
 
 }  // namespace pintle::overlay

@@ -37,6 +37,7 @@ class X11OverlayDesktop : public OverlayDesktop {
               options.workspace.observe(WorkspaceEvent::screenParametersDidChange,
                                         [this](const WorkspaceNotification&) { displays_.invalidate(); })),
           queue_(options.queue),
+          log_(options.log),
           watchReadable_(options.watchReadable),
           endOfTurn_(options.queue.atEndOfTurn([this] { endTurn(); })) {
         waitForNews();
@@ -54,8 +55,20 @@ class X11OverlayDesktop : public OverlayDesktop {
     void waitForNews() {
         readable_ = watchReadable_(connection_->x().descriptor(), [this] {
             connection_->drain();
-            // A dead connection is readable for ever.
-            if (connection_->isBroken()) readable_.end();
+            if (connection_->isBroken()) reopenSoon();
+        });
+    }
+    /// Not inside the report of the descriptor: a dead connection is readable for ever, so that one ends
+    /// first.
+    void reopenSoon() {
+        readable_.end();
+        later_ = queue_.after(std::chrono::nanoseconds(0), [this] {
+            isFollowedWithoutBeingWoken_ = false;
+            if (!connection_->reopen())
+                return log_.system(
+                    "[X11] The connection that draws the overlay was closed - overlay unavailable");
+            log_.system("[X11] The connection that draws the overlay was closed - opened again");
+            waitForNews();
         });
     }
     void endTurn() {
@@ -70,9 +83,10 @@ class X11OverlayDesktop : public OverlayDesktop {
     void lookAfterAWhile() {
         later_ = queue_.after(std::chrono::milliseconds(100), [this] {
             connection_->drain();
+            if (connection_->isBroken()) return reopenSoon();
             if (connection_->isFollowed()) return lookAfterAWhile();
             isFollowedWithoutBeingWoken_ = false;
-            if (!connection_->isBroken()) waitForNews();
+            waitForNews();
         });
     }
 
@@ -84,6 +98,7 @@ class X11OverlayDesktop : public OverlayDesktop {
     std::unique_ptr<Accessibility> accessibility_;
     Subscription screensChange_;
     MainQueue& queue_;
+    Log& log_;
     std::function<Subscription(int, std::function<void()>)> watchReadable_;
     bool isFollowedWithoutBeingWoken_ = false;
     Subscription readable_;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/subscription.h"
+#include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/overlay_desktop.h"
 #include "platform/workspace.h"
@@ -18,6 +19,7 @@ struct OverlayDesktopOptions {
     std::optional<std::string> display;
     /// All outlive the desktop.
     MainQueue& queue;
+    Log& log;
     Workspace& workspace;
     /// Calls `readable` on the main thread whenever the descriptor has something to read. Required.
     std::function<Subscription(int descriptor, std::function<void()> readable)> watchReadable;

@@ -44,26 +44,52 @@ std::vector<std::uint8_t> serverPixels(const Bitmap& image, bool mostSignificant
     return out;
 }
 
+/// Largest request in bytes, without the head of one that puts an image or a shape.
+std::uint32_t largestImagePart(xcb_connection_t* c) {
+    constexpr std::uint32_t kHead = 64;
+    return xcb_get_maximum_request_length(c) * 4 - kHead;
+}
+
 class Surface : public OverlaySurface {
   public:
-    Surface(OverlayConnection& connection, X11Displays& displays, xcb_window_t window,
-            xcb_gcontext_t graphics, std::uint8_t depth, Size size)
-        : connection_(connection),
-          displays_(displays),
-          window_(window),
-          graphics_(graphics),
-          depth_(depth),
-          size_(size) {
+    Surface(OverlayConnection& connection, X11Displays& displays, const WindowKind& kind, Size size)
+        : connection_(connection), displays_(displays), kind_(kind), size_(size) {
         compositor_ = connection_.compositorChanged().observe([this] {
             applyShape();
             connection_.flush();
         });
+        reopened_ = connection_.reopened().observe([this] { makeAgain(); });
     }
     ~Surface() override {
         connection_.removeOwnWindow(window_);
         xcb_free_gc(connection_.get(), graphics_);
         xcb_destroy_window(connection_.get(), window_);
         connection_.flush();
+    }
+    Surface(const Surface&) = delete;
+    Surface& operator=(const Surface&) = delete;
+
+    /// False when the server refuses.
+    bool make() {
+        auto* const c = connection_.get();
+        window_ = xcb_generate_id(c);
+        graphics_ = xcb_generate_id(c);
+        // Border and background have to be named where the depth differs from the parent's.
+        const std::uint32_t mask =
+            XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP;
+        const std::array<std::uint32_t, 4> values = {0, 0, 1, kind_.colormap};
+        connection_.addOwnWindow(window_);
+        xcb_create_window(c, kind_.depth, window_, connection_.x().root(), -100, -100, sideOf(size_.width),
+                          sideOf(size_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, kind_.visual, mask,
+                          values.data());
+        // Pointers being dragged are the one kind of window that compositors give neither shadow nor effect.
+        const xcb_atom_t type = connection_.x().atom("_NET_WM_WINDOW_TYPE_DND");
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window_, connection_.x().atom("_NET_WM_WINDOW_TYPE"),
+                            XCB_ATOM_ATOM, 32, 1, &type);
+        xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window_, 0,
+                             0, 0, nullptr);
+        const xcb_void_cookie_t made = xcb_create_gc_checked(c, graphics_, window_, 0, nullptr);
+        return connection_.x().firstError({made}) == 0;
     }
 
     // No window manager takes an override-redirect window off the screen.
@@ -81,20 +107,9 @@ class Surface : public OverlaySurface {
     void setImage(const std::optional<Bitmap>& image) override {
         if (image_ == image) return;
         image_ = image;
-        auto* const c = connection_.get();
-        if (image_) {
-            const xcb_pixmap_t pixmap = xcb_generate_id(c);
-            const auto width = static_cast<std::uint16_t>(image_->width());
-            const auto height = static_cast<std::uint16_t>(image_->height());
-            xcb_create_pixmap(c, depth_, pixmap, window_, width, height);
-            const bool swapped = xcb_get_setup(c)->image_byte_order == XCB_IMAGE_ORDER_MSB_FIRST;
-            const auto pixels = serverPixels(*image_, swapped);
-            xcb_put_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, graphics_, width, height, 0, 0, 0, depth_,
-                          static_cast<std::uint32_t>(pixels.size()), pixels.data());
-            xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXMAP, &pixmap);
-            xcb_free_pixmap(c, pixmap);
-            xcb_clear_area(c, 0, window_, 0, 0, 0, 0);
-        }
+        // The server would end the connection of whoever sends more than it takes.
+        if (image_ && !canBeSent(*image_)) image_.reset();
+        sendImage();
         applyShape();
         applyVisibility();
     }
@@ -112,6 +127,45 @@ class Surface : public OverlaySurface {
     void orderFront() override { raised_ = 0; }
 
   private:
+    bool canBeSent(const Bitmap& image) const {
+        return image.width() <= kLargestSide && image.height() <= kLargestSide &&
+               std::uint64_t{4} * static_cast<std::uint64_t>(image.width()) <=
+                   largestImagePart(connection_.get());
+    }
+
+    /// In parts of whole rows, each within one request.
+    void sendImage() {
+        if (!image_) return;
+        auto* const c = connection_.get();
+        const xcb_pixmap_t pixmap = xcb_generate_id(c);
+        const auto width = static_cast<std::uint16_t>(image_->width());
+        const auto height = static_cast<std::uint16_t>(image_->height());
+        xcb_create_pixmap(c, kind_.depth, pixmap, window_, width, height);
+        const bool swapped = xcb_get_setup(c)->image_byte_order == XCB_IMAGE_ORDER_MSB_FIRST;
+        const auto pixels = serverPixels(*image_, swapped);
+        const std::uint32_t rowBytes = std::uint32_t{4} * width;
+        const std::uint32_t rowsAtOnce = largestImagePart(c) / rowBytes;
+        for (std::uint32_t row = 0; row < height; row += rowsAtOnce) {
+            const auto rows = std::min<std::uint32_t>(rowsAtOnce, height - row);
+            xcb_put_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, graphics_, width,
+                          static_cast<std::uint16_t>(rows), 0, static_cast<std::int16_t>(row), 0, kind_.depth,
+                          rowBytes * rows, pixels.data() + std::size_t{row} * rowBytes);
+        }
+        xcb_change_window_attributes(c, window_, XCB_CW_BACK_PIXMAP, &pixmap);
+        xcb_free_pixmap(c, pixmap);
+        xcb_clear_area(c, 0, window_, 0, 0, 0, 0);
+    }
+
+    void makeAgain() {
+        if (!make()) return;
+        x_ = y_ = INT32_MIN;
+        mapped_ = false;
+        sendImage();
+        applyShape();
+        place();
+        applyVisibility();
+    }
+
     void place() {
         const std::int32_t x = displays_.originX() + pixelOf(origin_.x);
         const std::int32_t y = pixelOf(displays_.originBottom() - (origin_.y + size_.height));
@@ -129,11 +183,14 @@ class Surface : public OverlaySurface {
 
     void applyShape() {
         auto* const c = connection_.get();
-        const bool blends = connection_.hasCompositor() && depth_ == kBlendingDepth;
+        const bool blends = connection_.hasCompositor() && kind_.depth == kBlendingDepth;
         if (blends || !image_) {
             xcb_shape_mask(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window_, 0, 0, XCB_PIXMAP_NONE);
         } else {
-            const auto shape = opaqueShape(*image_);
+            auto shape = opaqueShape(*image_);
+            if (shape.size() * sizeof(ShapeRectangle) > largestImagePart(c))
+                shape = {{0, 0, static_cast<std::uint16_t>(image_->width()),
+                          static_cast<std::uint16_t>(image_->height())}};
             xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED,
                                  window_, 0, 0, static_cast<std::uint32_t>(shape.size()),
                                  reinterpret_cast<const xcb_rectangle_t*>(shape.data()));
@@ -152,9 +209,10 @@ class Surface : public OverlaySurface {
 
     OverlayConnection& connection_;
     X11Displays& displays_;
-    xcb_window_t window_;
-    xcb_gcontext_t graphics_;
-    std::uint8_t depth_;
+    /// That of the surfaces, which changes with the connection.
+    const WindowKind& kind_;
+    xcb_window_t window_ = 0;
+    xcb_gcontext_t graphics_ = 0;
     Size size_;
     std::optional<Bitmap> image_;
     Point origin_;
@@ -164,6 +222,7 @@ class Surface : public OverlaySurface {
     bool mapped_ = false;
     std::uint64_t raised_ = 0;
     Subscription compositor_;
+    Subscription reopened_;
 };
 
 static_assert(sizeof(ShapeRectangle) == sizeof(xcb_rectangle_t));
@@ -172,44 +231,30 @@ static_assert(sizeof(ShapeRectangle) == sizeof(xcb_rectangle_t));
 
 X11OverlaySurfaces::X11OverlaySurfaces(OverlayConnection& connection, X11Displays& displays)
     : connection_(connection), displays_(displays) {
-    const xcb_screen_t& screen = connection.x().screen();
-    visual_ = blendingVisual(screen);
-    depth_ = kBlendingDepth;
-    if (visual_ == 0) {
-        visual_ = screen.root_visual;
-        depth_ = screen.root_depth;
-    }
-    colormap_ = xcb_generate_id(connection.get());
-    xcb_create_colormap(connection.get(), XCB_COLORMAP_ALLOC_NONE, colormap_, screen.root, visual_);
+    chooseVisual();
+    reopened_ = connection_.reopened().observe([this] { chooseVisual(); });
 }
 
-X11OverlaySurfaces::~X11OverlaySurfaces() { xcb_free_colormap(connection_.get(), colormap_); }
+X11OverlaySurfaces::~X11OverlaySurfaces() { xcb_free_colormap(connection_.get(), kind_.colormap); }
+
+void X11OverlaySurfaces::chooseVisual() {
+    const xcb_screen_t& screen = connection_.x().screen();
+    kind_.visual = blendingVisual(screen);
+    kind_.depth = kBlendingDepth;
+    if (kind_.visual == 0) {
+        kind_.visual = screen.root_visual;
+        kind_.depth = screen.root_depth;
+    }
+    kind_.colormap = xcb_generate_id(connection_.get());
+    xcb_create_colormap(connection_.get(), XCB_COLORMAP_ALLOC_NONE, kind_.colormap, screen.root,
+                        kind_.visual);
+}
 
 std::unique_ptr<OverlaySurface> X11OverlaySurfaces::create(DisplayId, Size size) {
     if (connection_.isBroken()) return nullptr;
-    auto* const c = connection_.get();
-    const xcb_window_t window = xcb_generate_id(c);
-    // Border and background have to be named where the depth differs from the parent's.
-    const std::uint32_t mask =
-        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP;
-    const std::array<std::uint32_t, 4> values = {0, 0, 1, colormap_};
-    connection_.addOwnWindow(window);
-    xcb_create_window(c, depth_, window, connection_.x().root(), -100, -100, sideOf(size.width),
-                      sideOf(size.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_, mask, values.data());
-    // Pointers being dragged are the one kind of window that compositors give neither shadow nor effect.
-    const xcb_atom_t kind = connection_.x().atom("_NET_WM_WINDOW_TYPE_DND");
-    xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, connection_.x().atom("_NET_WM_WINDOW_TYPE"),
-                        XCB_ATOM_ATOM, 32, 1, &kind);
-    xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window, 0, 0, 0,
-                         nullptr);
-    const xcb_gcontext_t graphics = xcb_generate_id(c);
-    const xcb_void_cookie_t made = xcb_create_gc_checked(c, graphics, window, 0, nullptr);
-    if (connection_.x().firstError({made}) != 0) {
-        connection_.removeOwnWindow(window);
-        xcb_destroy_window(c, window);
-        return nullptr;
-    }
-    return std::make_unique<Surface>(connection_, displays_, window, graphics, depth_, size);
+    auto surface = std::make_unique<Surface>(connection_, displays_, kind_, size);
+    if (!surface->make()) return nullptr;
+    return surface;
 }
 
 }  // namespace pintle::overlay

@@ -8,6 +8,13 @@
 
 namespace pintle::overlay {
 
+/// What windows of the overlay are made with.
+struct WindowKind {
+    xcb_visualid_t visual = 0;
+    std::uint8_t depth = 0;
+    xcb_colormap_t colormap = 0;
+};
+
 class X11OverlaySurfaces : public OverlaySurfaces {
   public:
     X11OverlaySurfaces(OverlayConnection& connection, X11Displays& displays);
@@ -16,11 +23,13 @@ class X11OverlaySurfaces : public OverlaySurfaces {
     std::unique_ptr<OverlaySurface> create(DisplayId display, Size size) override;
 
   private:
+    void chooseVisual();
+
     OverlayConnection& connection_;
     X11Displays& displays_;
-    xcb_visualid_t visual_ = 0;
-    std::uint8_t depth_ = 0;
-    xcb_colormap_t colormap_ = 0;
+    WindowKind kind_;
+    /// Before those of the surfaces, which are made later and need the colormap.
+    Subscription reopened_;
 };
 
 }  // namespace pintle::overlay

@@ -44,7 +44,13 @@ X11Pointer::X11Pointer(OverlayConnection& connection, const std::string& display
       environment_(std::move(environment)),
       theme_(environment_),
       screenWatched_(std::move(screenWatched)),
-      flushWanted_(std::move(flushWanted)) {}
+      flushWanted_(std::move(flushWanted)) {
+    reopened_ = connection_.reopened().observe([this] {
+        hiddenAtServer_ = false;
+        readSerial_.reset();
+        flush();
+    });
+}
 
 void X11Pointer::show(DisplayId) {
     if (hidings_ > 0) --hidings_;

@@ -49,6 +49,7 @@ class X11Pointer : public Pointer {
     bool askedForFlush_ = false;
     std::optional<std::uint32_t> readSerial_;
     std::optional<SystemCursor> read_;
+    Subscription reopened_;
 };
 
 }  // namespace pintle::overlay

@@ -151,19 +151,53 @@ TEST_F(DrawnOverlayTest, TheEndOfTheDesktopShowsThePointerWithoutAnotherTurn) {
     EXPECT_THAT(onlooker.overlayWindows(true), IsEmpty());
 }
 
-TEST_F(DrawnOverlayTest, WhenTheServerEndsOurConnectionThePointerIsDrawnAndNothingElseHappens) {
+TEST_F(DrawnOverlayTest, WhenTheServerEndsOurConnectionItIsOpenedAgainAndTheOverlayGoesOn) {
+    run(unevenImage(20, 20), {0, 0});
+    onlooker.move(150, 150);
+    ASSERT_TRUE(draws(unevenImage(20, 20), 150, 150, false));
+    const auto before = onlooker.overlayWindows().at(0);
+    onlooker.killOwnerOf(before);
+    EXPECT_TRUE(eventually(
+        [&] { return log.has("[X11] The connection that draws the overlay was closed - opened again"); }));
+    onlooker.move(160, 140);
+    EXPECT_TRUE(draws(unevenImage(20, 20), 160, 140, false));
+    EXPECT_THAT(onlooker.overlayWindows(true), SizeIs(1));
+    run(unevenImage(24, 16), {0, 0});
+    EXPECT_TRUE(draws(unevenImage(24, 16), 160, 140, false));
+    stop();
+    EXPECT_TRUE(eventually([&] { return onlooker.overlayWindows().empty() && !nothingIsDrawn(); }));
+}
+
+TEST_F(DrawnOverlayTest, WhenTheServerEndsOurConnectionASecondTimeThePointerIsDrawnAndNothingElseHappens) {
     run(unevenImage(20, 20), {0, 0});
     onlooker.move(150, 150);
     ASSERT_TRUE(draws(unevenImage(20, 20), 150, 150, false));
     onlooker.killOwnerOf(onlooker.overlayWindows().at(0));
+    ASSERT_TRUE(eventually(
+        [&] { return log.has("[X11] The connection that draws the overlay was closed - opened again"); }));
+    ASSERT_TRUE(draws(unevenImage(20, 20), 150, 150, false));
+    onlooker.killOwnerOf(onlooker.overlayWindows().at(0));
+    EXPECT_TRUE(eventually([&] {
+        return log.has("[X11] The connection that draws the overlay was closed - overlay unavailable");
+    }));
     EXPECT_TRUE(eventually([&] { return onlooker.overlayWindows(true).empty() && !nothingIsDrawn(); }));
-    runFor(std::chrono::milliseconds(700));
     workspace.send(WorkspaceEvent::screenParametersDidChange);
     runFor(std::chrono::milliseconds(100));
     stop();
     manager.reset();
     desktop.reset();
     EXPECT_FALSE(nothingIsDrawn());
+}
+
+TEST_F(DrawnOverlayTest, AnImageLargerThanOneRequestIsDrawn) {
+    const auto image = *Bitmap::create(2100, 2100, [](auto out) {
+        for (std::size_t i = 0; i < out.size(); ++i)
+            out[i] = i % 4 == 3 ? 255 : static_cast<std::uint8_t>(i / 9000);
+    });
+    run(image, {0, 0});
+    onlooker.move(100, 100);
+    EXPECT_TRUE(draws(image, 100, 100, false));
+    EXPECT_FALSE(log.has("[X11] The connection that draws the overlay was closed - opened again"));
 }
 
 TEST_F(DrawnOverlayTest, ADisplayUnpluggedWhileThePointerIsHiddenLeavesNoPointerHidden) {

@@ -73,7 +73,7 @@ class OverlayDesktopTest : public testing::Test {
     }
 
     void openDesktop() {
-        OverlayDesktopOptions options{x.display(), queue, workspace, {}, {}};
+        OverlayDesktopOptions options{x.display(), queue, log, workspace, {}, {}};
         options.watchReadable = [this](int descriptor, std::function<void()> readable) {
             return queue.watchReadable(descriptor, std::move(readable));
         };

@@ -227,10 +227,12 @@ TEST_F(OverlayPointerTest, AProgramThatFollowsNoPointerIsNotToldOfMotion) {
 
 TEST(OverlayDesktopAnswer, ThereIsNoneWithoutAServer) {
     PollQueue queue;
+    FakeLog log;
     FakeWorkspace workspace;
     const auto make = [&](std::optional<std::string> display) {
         return makeOverlayDesktop({std::move(display),
                                    queue,
+                                   log,
                                    workspace,
                                    [&](int descriptor, std::function<void()> readable) {
                                        return queue.watchReadable(descriptor, std::move(readable));
