@@ -71,10 +71,10 @@ void setTile(ThemeRow& row, const CursorThemeInfo& theme) {
 void setHand(ThemeRow& row, CursorHandedness handedness) {
     if (handedness == CursorHandedness::rightHanded) {
         row.handSymbol = symbol::handRight;
-        row.handHelp = UserText(row_text::right);
+        row.handHelp = UserText(row_text::forRightHand);
     } else if (handedness == CursorHandedness::leftHanded) {
         row.handSymbol = symbol::handLeft;
-        row.handHelp = UserText(row_text::left);
+        row.handHelp = UserText(row_text::forLeftHand);
     }
 }
 

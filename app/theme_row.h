@@ -105,9 +105,11 @@ inline constexpr auto deleteHelp = translatable("Pintle", "Delete downloaded the
 inline constexpr auto universal = translatable("Pintle", "Universal");
 inline constexpr auto right = translatable("Pintle", "Right");
 inline constexpr auto left = translatable("Pintle", "Left");
+inline constexpr auto forRightHand = translatable("Pintle", "For the right hand");
+inline constexpr auto forLeftHand = translatable("Pintle", "For the left hand");
 inline constexpr std::array all = {unknown,    clickToDownload, starting, connecting,   downloading,
                                    extracting, applying,        error,    animatedHelp, deleteHelp,
-                                   universal,  right,           left};
+                                   universal,  right,           left,     forRightHand, forLeftHand};
 
 }  // namespace row_text
 

@@ -258,10 +258,10 @@ TEST(ThemeRowTest, AnAnimatedThemeKeepsItsSignInEveryState) {
 TEST(ThemeRowTest, OnlyAThemeForOneHandShowsAHand) {
     auto theme = ice();
     EXPECT_EQ(rowOf(theme).handSymbol, "hand.point.right.fill");
-    EXPECT_EQ(rowOf(theme).handHelp.english(), "Right");
+    EXPECT_EQ(rowOf(theme).handHelp.english(), "For the right hand");
     theme.handedness = CursorHandedness::leftHanded;
     EXPECT_EQ(rowOf(theme).handSymbol, "hand.point.left.fill");
-    EXPECT_EQ(rowOf(theme).handHelp.english(), "Left");
+    EXPECT_EQ(rowOf(theme).handHelp.english(), "For the left hand");
     theme.handedness = CursorHandedness::universal;
     EXPECT_FALSE(rowOf(theme).handSymbol);
     EXPECT_TRUE(rowOf(theme).handHelp.empty());

@@ -338,6 +338,28 @@ TEST_F(PopoverViewTest, KeepsEveryControlAtLargeTextAndInASmallWindow) {
     EXPECT_TRUE(find(QAccessible::RadioButton, "Left"));
 }
 
+TEST_F(PopoverViewTest, AtLargeTextTheFilterStaysInSightWithAThemeInUse) {
+    install(ModelWorld::banana);
+    world.start();
+    world.applyNow(ModelWorld::banana);
+    appearance.become({.textScale = 2});
+    show();
+    const auto* const list = view->rootObject()->findChild<QQuickItem*>("themeList");
+    EXPECT_GE(list->height(), 180);
+    for (auto* each : view->rootObject()->findChildren<QQuickItem*>())
+        if (each->property("text").toString() == "Universal") {
+            const auto place = each->mapRectToScene(QRectF(0, 0, each->width(), each->height()));
+            EXPECT_TRUE(QRectF(0, 0, 340, 520).contains(place));
+            EXPECT_LT(place.bottom(), list->mapToScene({}).y());
+        }
+}
+
+TEST_F(PopoverViewTest, TheFooterIs88High) {
+    show();
+    const auto* const list = view->rootObject()->findChild<QQuickItem*>("themeList");
+    EXPECT_EQ(list->y() + list->height(), 520 - 88);
+}
+
 TEST_F(PopoverViewTest, TheShadowNeedsACompositor) {
     show();
     EXPECT_TRUE(views->popoverShape().shadow.isNull());

@@ -250,6 +250,20 @@ TEST_F(SettingsWindowTest, ReturnPressesWhatHasTheKeyboard) {
     ASSERT_EQ(world.alerts.shown.size(), 1u);
 }
 
+TEST_F(SettingsWindowTest, TabKeepsTheTitleOfTheSectionInSight) {
+    show();
+    tabTo("Reset Application");
+    // Backwards, where each control comes into sight from above.
+    for (const auto& [control, title] :
+         {std::pair("100%", "Cursor Size"), std::pair("Launch at Login", "Startup")}) {
+        for (int i = 0; i < 20 && focused() != control; ++i)
+            QTest::keyClick(view, Qt::Key_Tab, Qt::ShiftModifier);
+        ASSERT_EQ(focused(), control);
+        const auto place = told(title, QAccessible::Heading).place;
+        EXPECT_TRUE(QRect(QPoint(), view->size()).contains(place)) << title;
+    }
+}
+
 TEST_F(SettingsWindowTest, AnOpenFieldStaysOpenWhileTheWindowIsHidden) {
     show({480, 1200});
     press("Add app to exclusion list");

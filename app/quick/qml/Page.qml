@@ -24,8 +24,13 @@ Rectangle {
         let ancestor = item;
         while (ancestor && ancestor !== column) ancestor = ancestor.parent;
         if (!ancestor) return;
-        const top = item.mapToItem(flickable.contentItem, 0, 0).y - 12;
+        let top = item.mapToItem(flickable.contentItem, 0, 0).y - 12;
         const bottom = top + item.height + 24;
+        // With the title of its section, where both have room.
+        let section = item;
+        while (section.parent !== column) section = section.parent;
+        const titleTop = section.mapToItem(flickable.contentItem, 0, 0).y - 4;
+        if (bottom - titleTop <= flickable.height) top = Math.min(top, titleTop);
         const last = Math.max(0, flickable.contentHeight - flickable.height);
         if (top < flickable.contentY) flickable.contentY = Math.max(0, top);
         else if (bottom > flickable.contentY + flickable.height)

@@ -12,7 +12,8 @@ FocusScope {
     /// Around the panel, for as much of its shadow as there is room for; 0 where the panel fills the window.
     property var shadow: ({ left: 0, top: 0, right: 0, bottom: 0 })
     readonly property bool shadowed: shadow.left + shadow.top + shadow.right + shadow.bottom > 0
-    readonly property bool headScrolls: Theme.large || panel.height < 360
+    /// At large text the list keeps two rows below the filter in a panel of the usual height.
+    readonly property bool headScrolls: panel.height < (Theme.large ? 480 : 360)
 
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true
@@ -72,7 +73,7 @@ FocusScope {
             id: header
             width: parent.width
             popover: root.popover
-            showsUpdate: !root.headScrolls
+            showsUpdate: !root.headScrolls && !Theme.large
         }
         Loader {
             id: fixedHead
@@ -95,7 +96,7 @@ FocusScope {
                     UpdateButton {
                         width: parent.width
                         wide: true
-                        visible: root.headScrolls && text !== ""
+                        visible: !header.showsUpdate && text !== ""
                         text: root.popover.update
                         iconName: root.popover.updateIcon
                         onClicked: root.popover.openDownloadPage()

@@ -7,7 +7,7 @@ Item {
     required property var popover
     readonly property real line: Math.max(28, Math.round(Theme.sizeBody * 1.4) + 4)
 
-    implicitHeight: 8 + line + 8 + systemDefault.implicitHeight + 12
+    implicitHeight: 12 + line + 8 + systemDefault.implicitHeight + 12
     enabled: popover.footerEnabled
 
     Rectangle {
@@ -30,7 +30,7 @@ Item {
         anchors.leftMargin: 12
         anchors.right: percent.left
         anchors.rightMargin: 12
-        y: 8
+        y: 12
         height: footer.line
         from: footer.popover.scaleFrom
         to: footer.popover.scaleTo
@@ -78,7 +78,7 @@ Item {
         anchors.leftMargin: 12
         anchors.right: parent.right
         anchors.rightMargin: 12
-        y: 8 + footer.line + 8
+        y: 12 + footer.line + 8
         height: systemDefault.implicitHeight
         PushButton {
             id: systemDefault
