@@ -35,6 +35,16 @@ void freeWritten(Text* text) {
         plist_to_bin_free(text);
 }
 
+/// Version 2.3 of the library tells negative integers from those above the signed range; earlier ones have
+/// one function for both, which is the unsigned one.
+template <typename Integer>
+plist_t newInteger(Integer value) {
+    if constexpr (requires { plist_new_int(value); })
+        return plist_new_int(value);
+    else
+        return plist_new_uint(static_cast<std::uint64_t>(value));
+}
+
 /// The library reads and writes reals by the locale of the thread; under a locale with a decimal comma "0.85"
 /// would read as 0.
 class PlainNumbers {
@@ -175,8 +185,7 @@ Node writeDate(double seconds) {
 
 Node write(const PropertyValue& value, PropertyListFormat format, int depth) {
     if (const auto* flag = value.as<bool>()) return Node(plist_new_bool(*flag ? 1 : 0));
-    if (const auto* integer = value.as<std::int64_t>())
-        return Node(plist_new_uint(static_cast<std::uint64_t>(*integer)));
+    if (const auto* integer = value.as<std::int64_t>()) return Node(newInteger(*integer));
     if (const auto* real = value.as<double>()) return Node(plist_new_real(*real));
     if (const auto* text = value.as<std::string>())
         return isWritable(*text, format) ? Node(plist_new_string(text->c_str())) : nullptr;
