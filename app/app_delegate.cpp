@@ -96,6 +96,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     // The second of two lines, as the first step of start-up after the call.
     log.system("[PINTLEAPP] applyLastCursor() DONE");
     to_.composition.updateChecker().start();
+    welcomePending_ = to_.welcomes;
+    if (desktop_->statusBar.isAvailable()) welcome();
 }
 
 void AppDelegate::setupMenuBar() {
@@ -124,8 +126,10 @@ void AppDelegate::setupMenuBar() {
     log.system("[MENUBAR] setupMenuBar() DONE");
 
     if (!desktop_->statusBar.isAvailable())
-        trayDeadline_ =
-            to_.mainQueue.after(kTrayPatience, lifetime_.weakly([this] { tellIfThereIsNoTray(); }));
+        trayDeadline_ = to_.mainQueue.after(kTrayPatience, lifetime_.weakly([this] {
+            tellIfThereIsNoTray();
+            if (desktop_->statusBar.isAvailable()) welcome();
+        }));
 }
 
 void AppDelegate::setupEventMonitor() {
@@ -300,6 +304,12 @@ bool AppDelegate::swallowsKey(const LocalKeyDown& key) {
         return true;
     }
     return false;
+}
+
+void AppDelegate::welcome() {
+    if (!std::exchange(welcomePending_, false)) return;
+    to_.application.notify(std::string(translatable("Pintle", "Pintle lives in the tray")),
+                           std::string(translatable("Pintle", "Click its icon to choose a cursor theme.")));
 }
 
 void AppDelegate::tellIfThereIsNoTray() {

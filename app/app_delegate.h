@@ -47,6 +47,9 @@ class AppDelegate {
         Bundle bundle;
         LoginPlatform login;
         PlacementPolicy placement = PlacementPolicy::asComputed;
+        /// Nobody has run the program here before, and a notification asks for no permission: it says where
+        /// the program lives.
+        bool welcomes = false;
         /// For SIGABRT, SIGSEGV and SIGTERM; called before the desktop is made.
         std::function<void()> installSignalRecovery;
         /// Makes the rest of the platform and gives it to Composition::build(). Called once, and only when
@@ -100,6 +103,7 @@ class AppDelegate {
     Menu makeMenu();
     Placement placement() const;
     void tellIfThereIsNoTray();
+    void welcome();
     void stopOverlay();
 
     const Neighbours to_;
@@ -124,6 +128,7 @@ class AppDelegate {
     Subscription openSettingsRequest_;
     Subscription openAboutRequest_;
     Subscription quitAppRequest_;
+    bool welcomePending_ = false;
     Timer trayDeadline_;
     Lifetime lifetime_;
 };

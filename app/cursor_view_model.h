@@ -77,6 +77,8 @@ class CursorViewModel {
     void resetToDefault() { to_.pipeline.resetToDefault(); }
     /// These two return at once; the row tells how it goes.
     void downloadTheme(const CursorThemeInfo& theme) { to_.downloads.downloadTheme(theme); }
+    /// See ThemeDownloads.
+    Signal<const std::string&>& wantedNetwork() const { return to_.downloads.wantedNetwork; }
     void deleteTheme(const CursorThemeInfo& theme) { to_.removal.deleteTheme(theme); }
     /// Deletes all themes and preferences and brings the desktop's cursors back. The caller quits afterwards.
     void resetAllData();

@@ -41,6 +41,14 @@ PopoverModel::PopoverModel(const Neighbours& neighbours, Session session)
     observers_.push_back(to_.viewModel.changed.observe([this] {
         refreshRows();
         refreshList();
+        const bool shown = networkLine().has_value();
+        if (std::exchange(networkLineShown_, shown) != shown) changed.emit();
+    }));
+    observers_.push_back(to_.viewModel.wantedNetwork().observe([this](const std::string& id) {
+        std::erase(offline_, id);
+        offline_.push_back(id);
+        networkLineShown_ = true;
+        changed.emit();
     }));
     observers_.push_back(to_.updates.changed.observe([this] { changed.emit(); }));
     observers_.push_back(to_.settings.changed.observe([this] { settingsChanged(); }));
@@ -51,6 +59,8 @@ void PopoverModel::onAppear() {
     to_.log.system(fmt::format("[POPOVER] themes: {}, filtered: {}", to_.viewModel.themes().size(),
                                to_.viewModel.filteredThemes().size()));
     cursorScale_ = to_.settings.cursorScale();
+    news_.appeared();
+    refreshRows();
     changed.emit();
 }
 
@@ -115,6 +125,8 @@ ThemeRow PopoverModel::row(const std::string& id) const {
     const auto* known = find(id);
     auto row = themeRow(known, id, isActive(id));
     if (session_ == Session::pointerCannotChange && known && known->isDownloaded) row.acceptsTap = false;
+    row.isNew = known && known->isDownloaded && news_.isNew(id);
+    if (row.isNew) row.accessibleDescription.emplace_back(row_text::isNew);
     return row;
 }
 
@@ -122,6 +134,23 @@ std::optional<std::size_t> PopoverModel::rowContaining(std::string_view typed) c
     std::vector<std::string> names;
     for (const auto& id : rowIds_) names.push_back(theme(id).name);
     return firstContaining(names, typed);
+}
+
+bool PopoverModel::wantsNetwork(const std::string& id) const {
+    const auto* known = find(id);
+    return known && known->downloadError && !known->isDownloading;
+}
+
+std::optional<UserText> PopoverModel::networkLine() const {
+    if (std::ranges::none_of(offline_, [this](const auto& id) { return wantsNetwork(id); }))
+        return std::nullopt;
+    return UserText(popover_text::noNetwork);
+}
+
+void PopoverModel::retryDownloads() {
+    for (const auto& id : std::exchange(offline_, {}))
+        if (wantsNetwork(id)) to_.viewModel.downloadTheme(theme(id));
+    changed.emit();
 }
 
 void PopoverModel::buttonAction(const std::string& id) {
@@ -176,7 +205,19 @@ std::optional<UserText> PopoverModel::unavailable() const {
     return UserText(popover_text::unavailable);
 }
 
+void PopoverModel::refreshNews() {
+    std::size_t at = 0;
+    for (const auto& theme : to_.viewModel.themes()) {
+        if (at >= told_.size()) return;
+        const auto& told = told_[at++];
+        const bool came = told.id == theme.id && told.status == RowStatus::downloading &&
+                          theme.isDownloaded && !theme.isDownloading;
+        if (came) news_.downloaded(theme.id);
+    }
+}
+
 void PopoverModel::refreshRows() {
+    refreshNews();
     std::vector<ThemeRow> rows;
     std::vector<std::string> different;
     rows.reserve(told_.size());

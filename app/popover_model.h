@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/cursor_view_model.h"
+#include "app/row_news.h"
 #include "app/slider.h"
 #include "app/symbols.h"
 #include "app/theme_row.h"
@@ -87,6 +88,8 @@ class PopoverModel {
 
     /// Each time the popover is shown, before it is drawn.
     void onAppear();
+    /// Each time it goes.
+    void onDisappear() { news_.disappeared(); }
 
     // Header.
     static constexpr std::string_view logo = symbol::logo;
@@ -108,6 +111,10 @@ class PopoverModel {
     ThemeRow row(const std::string& id) const;
     /// The place in rowIds() of the first row whose name contains `typed`, see firstContaining().
     std::optional<std::size_t> rowContaining(std::string_view typed) const;
+    /// One sentence for all rows whose download failed for want of a network; absent when there is none.
+    std::optional<UserText> networkLine() const;
+    /// Starts the downloads of those rows again.
+    void retryDownloads();
     /// What a click, Enter or Space on a row does: nothing while the row accepts no tap.
     void buttonAction(const std::string& id);
     void handleTap(const std::string& id);
@@ -152,6 +159,8 @@ class PopoverModel {
     CursorThemeInfo theme(const std::string& id) const;
     bool isActive(const std::string& id) const;
     void refreshRows();
+    void refreshNews();
+    bool wantsNetwork(const std::string& id) const;
     void refreshList();
     void settingsChanged();
 
@@ -160,6 +169,11 @@ class PopoverModel {
     double cursorScale_;
     /// The pending re-apply; ending it takes it back.
     Timer scaleDebounceTask_;
+
+    RowNews news_;
+    /// The rows that failed for want of a network, as long as nobody has tried again.
+    std::vector<std::string> offline_;
+    bool networkLineShown_ = false;
 
     std::vector<std::string> rowIds_;
     /// The filter that rowIds_ was made with.
@@ -190,13 +204,15 @@ inline constexpr auto systemDefault = translatable("Pintle", "System Default");
 inline constexpr auto systemDefaultHelp = translatable("Pintle", "Use the desktop's own cursors");
 inline constexpr auto reset = translatable("Pintle", "Reset");
 inline constexpr auto resetHelp = translatable("Pintle", "Cursor size back to 100%");
+inline constexpr auto noNetwork = translatable("Pintle", "There is no network");
+inline constexpr auto retry = translatable("Pintle", "Retry");
 inline constexpr auto unavailable = translatable(
     "Pintle",
     "Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.");
 inline constexpr std::array all = {
-    title,       update,     settings,   about,    quit,      filterAll,     filterUniversal,
-    filterRight, filterLeft, filterName, listName, scaleName, systemDefault, systemDefaultHelp,
-    reset,       resetHelp,  unavailable};
+    title,       update,     settings,   about,    quit,       filterAll,     filterUniversal,
+    filterRight, filterLeft, filterName, listName, scaleName,  systemDefault, systemDefaultHelp,
+    reset,       resetHelp,  noNetwork,  retry,    unavailable};
 
 }  // namespace popover_text
 }  // namespace pintle

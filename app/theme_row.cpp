@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/error_sentence.h"
 #include "app/symbols.h"
 
 namespace pintle {
@@ -94,6 +95,7 @@ void describe(ThemeRow& row, const CursorThemeInfo* theme) {
         if (theme->isAnimated) words.emplace_back(row_text::animatedHelp);
     }
     words.push_back(row.statusText);
+    words.push_back(row.errorSentence);
     if (row.errorTooltip) words.push_back(UserText::verbatim(*row.errorTooltip));
     std::erase_if(words, [](const auto& word) { return word.empty(); });
 }
@@ -119,7 +121,10 @@ ThemeRow themeRow(const CursorThemeInfo* known, const std::string& id, bool isAc
     row.status = statusOf(theme);
     row.statusText = statusText(row.status, theme);
     row.statusTone = toneOf(row.status);
-    if (row.status == RowStatus::error) row.errorTooltip = theme.downloadError;
+    if (row.status == RowStatus::error) {
+        row.errorTooltip = theme.downloadError;
+        row.errorSentence = errorSentence(*theme.downloadError);
+    }
     setTile(row, theme);
     if (known && !row.preview) row.drawing = themeDrawing(theme.name, theme.handedness);
     setProgress(row, theme);

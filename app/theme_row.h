@@ -76,6 +76,10 @@ struct ThemeRow {
     bool canDelete = false;
     /// The whole error, untranslated; absent when no error is shown.
     std::optional<std::string> errorTooltip;
+    /// What that error means in plain words; empty where nobody knows.
+    UserText errorSentence;
+    /// Downloaded since the user last looked.
+    bool isNew = false;
     /// A tap does nothing while the theme is downloaded: the download runs to its end, and a second one
     /// would only follow it.
     bool acceptsTap = true;
@@ -102,14 +106,15 @@ inline constexpr auto applying = translatable("Pintle", "Applying...");
 inline constexpr auto error = translatable("Pintle", "Error - Tap to retry");
 inline constexpr auto animatedHelp = translatable("Pintle", "Animated cursors");
 inline constexpr auto deleteHelp = translatable("Pintle", "Delete downloaded theme");
+inline constexpr auto isNew = translatable("Pintle", "new");
 inline constexpr auto universal = translatable("Pintle", "Universal");
 inline constexpr auto right = translatable("Pintle", "Right");
 inline constexpr auto left = translatable("Pintle", "Left");
 inline constexpr auto forRightHand = translatable("Pintle", "For the right hand");
 inline constexpr auto forLeftHand = translatable("Pintle", "For the left hand");
-inline constexpr std::array all = {unknown,    clickToDownload, starting, connecting,   downloading,
-                                   extracting, applying,        error,    animatedHelp, deleteHelp,
-                                   universal,  right,           left,     forRightHand, forLeftHand};
+inline constexpr std::array all = {
+    unknown,      clickToDownload, starting, connecting, downloading, extracting, applying,     error,
+    animatedHelp, deleteHelp,      isNew,    universal,  right,       left,       forRightHand, forLeftHand};
 
 }  // namespace row_text
 

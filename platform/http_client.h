@@ -43,6 +43,9 @@ struct HttpResponse {
     std::string body;
 };
 
+/// The code of an Error of a request that failed because there is no network here.
+inline constexpr int kNoNetwork = -2;
+
 class HttpClient {
   public:
     /// Between 0 and 1. Comes only where the length of the body is known.

@@ -176,6 +176,7 @@ Flow ThemeDownloads::run(std::string id, std::string address) {
             row.downloadError = text;
         });
         line(id, "UI updated: error shown + persisted");
+        if (outcome.error().domain == "network" && outcome.error().code == kNoNetwork) wantedNetwork.emit(id);
         co_return;
     }
 

@@ -59,6 +59,8 @@ class ThemeDownloads {
 
     /// A theme has just been downloaded and its row says so.
     Signal<> downloaded;
+    /// The download of the theme of this id has just failed for want of a network, and its row says so.
+    Signal<const std::string&> wantedNetwork;
 
   private:
     void downloadThemeAsync(const CursorThemeInfo& theme);

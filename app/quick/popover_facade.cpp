@@ -1,5 +1,7 @@
 #include "app/quick/popover_facade.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QVariantMap>
 
 #include <numbers>
@@ -91,6 +93,19 @@ int PopoverFacade::filter() const {
 }
 
 QString PopoverFacade::filterName() const { return translated(popover_text::filterName); }
+QString PopoverFacade::networkLine() const {
+    const auto line = model_.networkLine();
+    return line ? translated(*line) : QString();
+}
+
+QString PopoverFacade::retry() const { return translated(popover_text::retry); }
+QString PopoverFacade::newMark() const { return translated(row_text::isNew); }
+
+void PopoverFacade::copyError(const QString& themeId) const {
+    const auto error = model_.row(themeId.toStdString()).errorTooltip;
+    if (error) QGuiApplication::clipboard()->setText(QString::fromStdString(*error));
+}
+
 QString PopoverFacade::listName() const { return translated(popover_text::listName); }
 QString PopoverFacade::animatedHelp() const { return translated(row_text::animatedHelp); }
 QString PopoverFacade::deleteHelp() const { return translated(row_text::deleteHelp); }

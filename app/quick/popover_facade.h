@@ -31,6 +31,9 @@ class PopoverFacade : public QObject {
     Q_PROPERTY(pintle::ThemeRowsModel* rows READ rows CONSTANT)
     Q_PROPERTY(pintle::RowFinder* finder READ finder CONSTANT)
     Q_PROPERTY(pintle::StripImages* strips READ strips CONSTANT)
+    Q_PROPERTY(QString networkLine READ networkLine NOTIFY changed)
+    Q_PROPERTY(QString retry READ retry CONSTANT)
+    Q_PROPERTY(QString newMark READ newMark CONSTANT)
     Q_PROPERTY(QString listName READ listName CONSTANT)
     Q_PROPERTY(QString animatedHelp READ animatedHelp CONSTANT)
     Q_PROPERTY(QString deleteHelp READ deleteHelp CONSTANT)
@@ -71,6 +74,10 @@ class PopoverFacade : public QObject {
     ThemeRowsModel* rows() { return &rows_; }
     RowFinder* finder() { return &finder_; }
     StripImages* strips() { return &strips_; }
+    /// Empty while the network is not wanted.
+    QString networkLine() const;
+    QString retry() const;
+    QString newMark() const;
     QString listName() const;
     QString animatedHelp() const;
     QString deleteHelp() const;
@@ -104,6 +111,9 @@ class PopoverFacade : public QObject {
     /// "removes". Rows are counted from 0; `marked` is -1 while none is.
     Q_INVOKABLE static QVariantMap keyInList(int key, int marked, int entry, int count, int page,
                                              bool inSight);
+    Q_INVOKABLE void retryDownloads() { model_.retryDownloads(); }
+    /// Puts the row's whole error on the clipboard; nothing when it has none.
+    Q_INVOKABLE void copyError(const QString& themeId) const;
     Q_INVOKABLE void slide(double value) { model_.sliderChanged(value); }
     Q_INVOKABLE void resetToDefault() { model_.resetToDefault(); }
     Q_INVOKABLE void resetScale() { model_.resetScale(); }

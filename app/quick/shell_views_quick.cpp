@@ -161,6 +161,7 @@ void ShellViewsQuick::popoverWillShow(bool animates) {
 void ShellViewsQuick::popoverDidHide() {
     // What is not seen keeps no pixels.
     if (!scenes_ || !scenes_->popover) return;
+    scenes_->popoverModel->onDisappear();
     scenes_->popoverFacade->strips()->clear();
     scenes_->popover->releaseResources();
 }

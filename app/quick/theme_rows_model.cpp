@@ -121,6 +121,8 @@ QHash<int, QByteArray> ThemeRowsModel::roleNames() const {
             {AnimatedRole, "animated"},
             {CanDeleteRole, "canDelete"},
             {ErrorRole, "error"},
+            {ErrorSentenceRole, "errorSentence"},
+            {NewRole, "isNew"},
             {AcceptsTapRole, "acceptsTap"},
             {DescriptionRole, "description"}};
 }
@@ -180,6 +182,10 @@ QVariant ThemeRowsModel::value(const Entry& entry, int role) const {
             return row.canDelete;
         case ErrorRole:
             return QString::fromStdString(row.errorTooltip.value_or(std::string()));
+        case ErrorSentenceRole:
+            return translated(row.errorSentence);
+        case NewRole:
+            return row.isNew;
         case AcceptsTapRole:
             return row.acceptsTap;
         case DescriptionRole:

@@ -53,6 +53,9 @@ class ThemeRowsModel : public QAbstractListModel {
         AnimatedRole,
         CanDeleteRole,
         ErrorRole,
+        /// The error in plain words; empty where nobody knows.
+        ErrorSentenceRole,
+        NewRole,
         AcceptsTapRole,
         DescriptionRole,
     };

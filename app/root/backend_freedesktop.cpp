@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QIcon>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "app/quick/translated.h"
@@ -53,6 +55,8 @@ EarlyBackend makeEarlyBackend() {
     early.background = makeQtBackgroundTasks();
     early.propertyLists = makePlistCoder();
     const auto preferences = makePreferencePath(environment, early.bundle);
+    std::error_code missing;
+    early.isFirstStart = !std::filesystem::exists(std::filesystem::symlink_status(preferences, missing));
     early.preferences = makePlistKeyValueStore(preferences, *early.propertyLists, *early.log, *early.queue,
                                                *early.background);
     early.instances = makeDbusInstanceBus(early.bundle.identifier, *early.queue, *early.background);

@@ -40,6 +40,8 @@ struct EarlyBackend {
     std::unique_ptr<BackgroundTasks> background;
     std::unique_ptr<PropertyListCoder> propertyLists;
     std::unique_ptr<KeyValueStore> preferences;
+    /// No preferences were there, not even damaged ones, and a notification asks for no permission.
+    bool isFirstStart = false;
     std::unique_ptr<InstanceBus> instances;
     std::unique_ptr<LoginItemService> loginItems;
     std::unique_ptr<LoginAgent> loginAgent;

@@ -106,6 +106,7 @@ Root::Root()
                   early_.loginAgentRole,
                   {early_.programLocation, program.empty() ? std::nullopt : std::optional(program)}},
         .placement = early_.placement,
+        .welcomes = early_.isFirstStart,
         .installSignalRecovery = early_.installSignalRecovery,
         .makeDesktop = [this] { return makeDesktop(); },
     });

@@ -38,12 +38,12 @@ void FakeHttpClient::answer(std::size_t which, int status, std::string_view body
 
 void FakeHttpClient::answer(std::size_t which, HttpResponse response) { finish(which, std::move(response)); }
 
-void FakeHttpClient::fail(std::size_t which, std::string description) {
+void FakeHttpClient::fail(std::size_t which, std::string description, int code) {
     if (exchanges_[which]->running && requests[which].file) {
         std::error_code ignored;
         std::filesystem::remove(*requests[which].file, ignored);
     }
-    finish(which, Error{"network", -1, std::move(description)});
+    finish(which, Error{"network", code, std::move(description)});
 }
 
 void FakeHttpClient::finish(std::size_t which, Result<HttpResponse> result) {

@@ -24,7 +24,7 @@ class FakeHttpClient : public HttpClient {
     void answer(std::size_t which, int status, std::string_view body);
     /// Answers as given, writing nothing.
     void answer(std::size_t which, HttpResponse response);
-    void fail(std::size_t which, std::string description);
+    void fail(std::size_t which, std::string description, int code = -1);
 
     /// Whether the request has neither ended nor been given up.
     bool running(std::size_t which) const { return exchanges_[which]->running; }

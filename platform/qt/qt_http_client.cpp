@@ -183,10 +183,18 @@ class Transfer : public QObject {
         if (isRedirect()) return redirect();
         read();
         if (ended_) return;
+        if (lacksNetwork(reply_->error()))
+            return end(Error{"network", kNoNetwork, reply_->errorString().toStdString()});
         if (reply_->error() != QNetworkReply::NoError) return breakOff(reply_->errorString().toStdString());
         if (const auto total = announced(); total && body_.received() < *total)
             return breakOff("The connection was closed before the whole answer came.");
         answer();
+    }
+    /// A name that nobody can look up is what a machine without a network sees first.
+    static bool lacksNetwork(QNetworkReply::NetworkError error) {
+        return error == QNetworkReply::HostNotFoundError || error == QNetworkReply::UnknownNetworkError ||
+               error == QNetworkReply::TemporaryNetworkFailureError ||
+               error == QNetworkReply::NetworkSessionFailedError;
     }
     std::optional<int> status() const {
         const auto status = reply_ ? reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute) : QVariant();

@@ -108,6 +108,8 @@ struct ShellWorld {
         return {shell.statusBar, shell.popovers, shell.windows, shell.eventMonitors};
     }
 
+    bool welcomes = false;
+
     /// The delegate before its start-up.
     AppDelegate& make() {
         composition = std::make_unique<Composition>(early());
@@ -119,6 +121,7 @@ struct ShellWorld {
             .bundle = bundle,
             .login = {loginItems, *agent, LoginAgentRole::fallback, {"/opt/Pintle", "/opt/Pintle"}},
             .placement = policy,
+            .welcomes = welcomes,
             .installSignalRecovery = [this] { shell.transcript.emplace_back("installSignalRecovery"); },
             .makeDesktop = [this] { return makeDesktop(); },
         });

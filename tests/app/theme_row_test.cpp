@@ -278,8 +278,9 @@ TEST(ThemeRowTest, ThoseWhoDoNotSeeItHearOfAnimationAndOfTheErrorToo) {
     theme.handedness = CursorHandedness::universal;
     theme.isAnimated = true;
     theme.downloadError = "HTTP 404";
-    EXPECT_THAT(description(rowOf(theme)), ElementsAre("Somebody", "GPL-3.0", "Universal", "Animated cursors",
-                                                       "Error - Tap to retry", "HTTP 404"));
+    EXPECT_THAT(description(rowOf(theme)),
+                ElementsAre("Somebody", "GPL-3.0", "Universal", "Animated cursors", "Error - Tap to retry",
+                            "The server has no such file", "HTTP 404"));
 }
 
 TEST(ThemeRowTest, NamesErrorsAndLicencesAreNotTranslated) {

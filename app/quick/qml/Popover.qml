@@ -117,6 +117,13 @@ FocusScope {
                             list.showFromStart();
                         }
                     }
+                    NetworkLine {
+                        width: parent.width
+                        visible: text !== ""
+                        text: root.popover.networkLine
+                        retry: root.popover.retry
+                        onRetried: root.popover.retryDownloads()
+                    }
                 }
             }
         }
@@ -189,6 +196,11 @@ FocusScope {
 
             Keys.forwardTo: [chip]
             Keys.onPressed: event => {
+                if (marked >= 0 && event.matches(StandardKey.Copy)) {
+                    event.accepted = true;
+                    root.popover.copyError(currentItem.themeId);
+                    return;
+                }
                 const answer = root.popover.keyInList(event.key, marked, entry, count, page, inSight(currentItem));
                 if (!answer.known) return;
                 event.accepted = true;

@@ -31,6 +31,8 @@ T.ItemDelegate {
     required property bool animated
     required property bool canDelete
     required property string error
+    required property string errorSentence
+    required property bool isNew
     required property bool acceptsTap
     required property string description
 
@@ -235,6 +237,7 @@ T.ItemDelegate {
             anchors.rightMargin: row.large ? 12 : 8
             height: parent.height
             readonly property real markWidth: row.animated ? Theme.glyph(14) + 6 : 0
+            readonly property real newWidth: row.isNew ? newMark.width + 6 : 0
             readonly property real handWidth: row.handIcon !== "" ? Theme.glyph(14) + 5 : 0
             /// What the delete button keeps free on both lines, whether it is shown or not.
             readonly property real kept: row.canDelete && !row.statusShown && !row.large ? 32 : 0
@@ -252,7 +255,7 @@ T.ItemDelegate {
                 Text {
                     id: nameLine
                     readonly property real lineHeightNow: lineCount > 0 ? contentHeight / lineCount : implicitHeight
-                    readonly property real room: column.width - column.markWidth - column.licenseWidth - column.kept
+                    readonly property real room: column.width - column.markWidth - column.newWidth - column.licenseWidth - column.kept
                     anchors.left: parent.left
                     width: Math.min(implicitWidth + 1, room)
                     text: row.name
@@ -279,6 +282,28 @@ T.ItemDelegate {
                     Tip {
                         text: row.popover.animatedHelp
                         visible: animatedHover.hovered
+                    }
+                }
+                Rectangle {
+                    id: newMark
+                    visible: row.isNew
+                    anchors.left: nameLine.left
+                    anchors.leftMargin: nameLine.contentWidth + 6 + column.markWidth
+                    y: Math.round((nameLine.lineHeightNow - height) / 2)
+                    width: newText.implicitWidth + 10
+                    height: newText.implicitHeight + 2
+                    radius: height / 2
+                    color: Theme.accentSoft
+                    Text {
+                        id: newText
+                        anchors.centerIn: parent
+                        textFormat: Text.PlainText
+                        text: row.popover.newMark
+                        font.family: Theme.family
+                        font.pixelSize: Theme.sizeCaption
+                        font.weight: Font.Medium
+                        color: Theme.accentInk
+                        Accessible.ignored: true
                     }
                 }
                 Text {
@@ -439,7 +464,7 @@ T.ItemDelegate {
     }
 
     Tip {
-        text: row.error
+        text: row.errorSentence !== "" ? row.errorSentence + "\n" + row.error : row.error
         visible: row.error !== "" && (row.pointed || row.focusShown) && !remove.hovered
     }
 }
