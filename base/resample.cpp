@@ -16,6 +16,10 @@ constexpr std::int64_t kBlockSide = 1024;
 constexpr std::size_t kTablesKept = 32;
 /// Windows kept, each counted as often as it is stretched: a few megabytes of weights at most.
 constexpr double kMostResidues = 1 << 16;
+/// From this length on, and where there are too many different windows to keep, centres are taken as one of
+/// kMostResidues places between two positions. What that changes is far below one level, and no cursor is as
+/// long.
+constexpr std::int64_t kLong = 1 << 18;
 
 double lanczos(double x) {
     if (x == 0) return 1;
@@ -23,11 +27,14 @@ double lanczos(double x) {
     return kLobes * std::sin(kPi * x) * std::sin(kPi * x / kLobes) / (kPi * kPi * x * x);
 }
 
-/// The source positions inside the kernel around target position `i`, between `least` and `greatest`. The
-/// others are left out and the rest weighted up, so that an opaque edge stays opaque.
-Resampler::Window windowOf(std::int64_t i, double ratio, std::int64_t least, std::int64_t greatest) {
+constexpr auto kAny = std::numeric_limits<std::int64_t>::max();
+
+double centreOf(std::int64_t i, double ratio) { return (static_cast<double>(i) + 0.5) * ratio - 0.5; }
+
+/// The source positions inside the kernel around `centre`, between `least` and `greatest`. The others are
+/// left out and the rest weighted up, so that an opaque edge stays opaque.
+Resampler::Window windowOf(double centre, double ratio, std::int64_t least, std::int64_t greatest) {
     const double stretch = std::max(ratio, 1.0);
-    const double centre = (static_cast<double>(i) + 0.5) * ratio - 0.5;
     const double reach = kLobes * stretch;
     const auto first = std::max(least, static_cast<std::int64_t>(std::floor(centre - reach)) + 1);
     const auto last = std::min(greatest, static_cast<std::int64_t>(std::ceil(centre + reach)) - 1);
@@ -43,30 +50,49 @@ Resampler::Window windowOf(std::int64_t i, double ratio, std::int64_t least, std
 
 }  // namespace
 
+std::vector<std::optional<Resampler::Window>>& Resampler::windowsFor(std::int64_t from, std::int64_t to,
+                                                                     std::int64_t count) {
+    auto* known = &windows_[newerWindows_];
+    if (known->from != from || known->to != to) {
+        newerWindows_ = 1 - newerWindows_;
+        known = &windows_[newerWindows_];
+        if (known->from != from || known->to != to)
+            *known = {from, to, std::vector<std::optional<Window>>(static_cast<std::size_t>(count))};
+    }
+    return known->byResidue;
+}
+
 Resampler::Window Resampler::windowAt(std::int64_t i, std::int64_t from, std::int64_t to) {
     const double ratio = static_cast<double>(from) / static_cast<double>(to);
     const auto common = std::gcd(from, to);
     const auto period = to / common;
     if (period < to && static_cast<double>(period) * std::max(ratio, 1.0) <= kMostResidues) {
-        auto* known = &windows_[newerWindows_];
-        if (known->from != from || known->to != to) {
-            newerWindows_ = 1 - newerWindows_;
-            known = &windows_[newerWindows_];
-            if (known->from != from || known->to != to)
-                *known = {from, to, std::vector<std::optional<Window>>(static_cast<std::size_t>(period))};
-        }
-        auto& same = known->byResidue[static_cast<std::size_t>(i % period)];
+        auto& same = windowsFor(from, to, period)[static_cast<std::size_t>(i % period)];
         if (!same) {
             ++windowsComputed_;
-            constexpr auto kAny = std::numeric_limits<std::int64_t>::max();
-            same = windowOf(i % period, ratio, -kAny, kAny);
+            same = windowOf(centreOf(i % period, ratio), ratio, -kAny, kAny);
         }
         const auto first = same->first + i / period * (from / common);
         if (first >= 0 && first + static_cast<std::int64_t>(same->weights.size()) <= from)
             return {first, same->weights};
+    } else if (std::max(from, to) >= kLong) {
+        const auto places =
+            std::max<std::int64_t>(1, static_cast<std::int64_t>(kMostResidues / std::max(ratio, 1.0)));
+        const double centre = centreOf(i, ratio);
+        const double whole = std::floor(centre);
+        const auto place = static_cast<std::int64_t>((centre - whole) * static_cast<double>(places));
+        auto& same = windowsFor(from, to, places)[static_cast<std::size_t>(std::min(place, places - 1))];
+        if (!same) {
+            ++windowsComputed_;
+            same = windowOf((static_cast<double>(place) + 0.5) / static_cast<double>(places), ratio, -kAny,
+                            kAny);
+        }
+        const auto first = same->first + static_cast<std::int64_t>(whole);
+        if (first >= 0 && first + static_cast<std::int64_t>(same->weights.size()) <= from)
+            return {first, same->weights};
     }
     ++windowsComputed_;
-    return windowOf(i, ratio, 0, from - 1);
+    return windowOf(centreOf(i, ratio), ratio, 0, from - 1);
 }
 
 ResampleAxis Resampler::makeAxis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end) {

@@ -34,14 +34,16 @@ class Resampler {
     };
 
   private:
-    /// The windows of one ratio, as far as it has few different ones: positions whose distance is a multiple
-    /// of the period see the same weights. A window may begin before the image or end behind it.
+    /// The windows of one ratio. As far as it has few different ones, positions whose distance is a multiple
+    /// of the period see the same weights; of a very long side the windows are those of evenly spread places
+    /// between two positions. A window may begin before the image or end behind it.
     struct Windows {
         std::int64_t from = 0;
         std::int64_t to = 0;
         std::vector<std::optional<Window>> byResidue;
     };
     ResampleAxis makeAxis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end);
+    std::vector<std::optional<Window>>& windowsFor(std::int64_t from, std::int64_t to, std::int64_t count);
     Window windowAt(std::int64_t i, std::int64_t from, std::int64_t to);
     const ResampleAxis& axis(std::int64_t from, std::int64_t to, std::int64_t begin, std::int64_t end);
 

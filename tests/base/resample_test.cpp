@@ -215,6 +215,37 @@ TEST(ResamplerTest, ComputesTheWeightsOnceForPositionsThatSeeTheSame) {
     }
 }
 
+TEST(ResamplerTest, ComputesFewWeightsForAVeryLongSideWhateverItsRatio) {
+    constexpr int kFrom = 1'000'003;
+    const Bytes source = noise({1, kFrom}, 5);
+    for (const int to : {1'500'007, 1'000'033}) {
+        Resampler resampler;
+        Bytes target(static_cast<std::size_t>(4 * to), 0);
+        resampler.draw(source, 1, kFrom, target, 1, to);
+        EXPECT_LT(resampler.windowsComputed(), 66'000u) << to;
+        // The windows at the ends are exact; those in between are compared with exact ones.
+        for (const int i : {100, to / 3, to / 2 + 11, to - 100}) {
+            const double ratio = static_cast<double>(kFrom) / to;
+            const double centre = (i + 0.5) * ratio - 0.5;
+            const double reach = 3 * std::max(ratio, 1.0);
+            double sum = 0;
+            std::array<double, 4> exact{};
+            for (auto j = static_cast<int>(std::floor(centre - reach)) + 1; j < centre + reach; ++j) {
+                const double x = (j - centre) / std::max(ratio, 1.0) * 3.14159265358979323846;
+                const double weight = x == 0 ? 1 : 3 * std::sin(x) * std::sin(x / 3) / (x * x);
+                sum += weight;
+                for (std::size_t c = 0; c < 4; ++c)
+                    exact[c] += weight * source[static_cast<std::size_t>(j) * 4 + c];
+            }
+            const double alpha = std::clamp(exact[3] / sum, 0.0, 255.0);
+            for (std::size_t c = 0; c < 4; ++c)
+                EXPECT_NEAR(target[static_cast<std::size_t>(i) * 4 + c],
+                            std::clamp(exact[c] / sum, 0.0, alpha), 1.0)
+                    << i;
+        }
+    }
+}
+
 TEST(ResamplerTest, KeepsNoWindowsThatTogetherHoldTooManyWeights) {
     Resampler resampler;
     constexpr std::size_t kFrom = std::size_t{2} * 100'003;
