@@ -176,6 +176,8 @@ inline constexpr auto glassMode = translatable("Pintle", "Total Glass Mode");
 inline constexpr auto glassModeSubtitle =
     translatable("Pintle", "Ultra-modern blurred transparency (macOS 2026)");
 inline constexpr auto glassOpacity = translatable("Pintle", "Glass Opacity");
+inline constexpr auto needsCompositor =
+    translatable("Pintle", "The glass look needs a compositor, and none is running");
 inline constexpr auto cursorSize = translatable("Pintle", "Cursor Size");
 inline constexpr auto exclusions = translatable("Pintle", "Exclusions");
 inline constexpr auto exclusionsExplanation =
@@ -218,6 +220,7 @@ inline constexpr std::array all = {windowTitle,
                                    glassMode,
                                    glassModeSubtitle,
                                    glassOpacity,
+                                   needsCompositor,
                                    cursorSize,
                                    exclusions,
                                    exclusionsExplanation,

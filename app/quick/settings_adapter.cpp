@@ -65,6 +65,7 @@ QVariantList SettingsAdapter::toggleStates() const {
 
 QVariantMap SettingsAdapter::texts() {
     return {{QStringLiteral("glassOpacity"), translated(settings_text::glassOpacity)},
+            {QStringLiteral("needsCompositor"), translated(settings_text::needsCompositor)},
             {QStringLiteral("cursorSize"), translated(settings_text::cursorSize)},
             {QStringLiteral("exclusionsExplanation"), translated(settings_text::exclusionsExplanation)},
             {QStringLiteral("addHelp"), translated(settings_text::addHelp)},

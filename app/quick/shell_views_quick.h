@@ -41,6 +41,7 @@ class ShellViewsQuick : public ShellViews {
     void setTitleStrip(WindowContent content, double height) override;
     QWindow* popover() override;
     PopoverShape popoverShape() const override;
+    bool isGlass() const override { return look_.glass(); }
     void setPopoverShadow(const QMargins& shadow) override;
     void popoverWillShow(bool animates) override;
     void popoverDidHide() override;

@@ -5,6 +5,19 @@
 
 namespace pintle {
 
+namespace {
+
+std::vector<xcb_rectangle_t> rectangles(const QRegion& region) {
+    std::vector<xcb_rectangle_t> parts;
+    for (const QRect& part : region)
+        parts.push_back({static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
+                         static_cast<std::uint16_t>(part.width()),
+                         static_cast<std::uint16_t>(part.height())});
+    return parts;
+}
+
+}  // namespace
+
 ShellDesktop makeShellDesktop(X11Shell& x) {
     ShellDesktop desktop;
     if (auto* const presses = x.presses()) {
@@ -24,12 +37,10 @@ ShellDesktop makeShellDesktop(X11Shell& x) {
         toolkit_windows::setInputArea(window, area.x(), area.y(), area.width(), area.height());
     };
     desktop.setShape = [](NativeWindow window, const QRegion& shape) {
-        std::vector<xcb_rectangle_t> parts;
-        for (const QRect& part : shape)
-            parts.push_back({static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
-                             static_cast<std::uint16_t>(part.width()),
-                             static_cast<std::uint16_t>(part.height())});
-        toolkit_windows::setShape(window, parts);
+        toolkit_windows::setShape(window, rectangles(shape));
+    };
+    desktop.setBlurBehind = [](NativeWindow window, const QRegion& region) {
+        toolkit_windows::setBlurBehind(window, rectangles(region));
     };
     const auto margins = [](const panels::Insets& insets) {
         return QMargins(insets.left, insets.top, insets.right, insets.bottom);

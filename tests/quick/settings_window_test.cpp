@@ -14,7 +14,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-ViewLook::Look plainLook() { return {.reducedMotion = true, .fontFamily = "Inter"}; }
+ViewLook::Look plainLook() { return {.blendsWindows = true, .reducedMotion = true, .fontFamily = "Inter"}; }
 
 struct SettingsWindowTest : testing::Test {
     explicit SettingsWindowTest(const ViewLook::Look& look = plainLook()) : world(look) {}
@@ -262,6 +262,24 @@ TEST_F(SettingsWindowTest, TabKeepsTheTitleOfTheSectionInSight) {
         const auto place = told(title, QAccessible::Heading).place;
         EXPECT_TRUE(QRect(QPoint(), view->size()).contains(place)) << title;
     }
+}
+
+TEST_F(SettingsWindowTest, WithoutACompositorTheGlassLookSaysWhatItNeeds) {
+    world.world.settings.setGlassMode(true);
+    auto look = plainLook();
+    look.blendsWindows = false;
+    sharedLook().setLook(look);
+    show({480, 1200});
+    const char* const note = "The glass look needs a compositor, and none is running";
+    EXPECT_NE(told(note).interface, nullptr);
+    const auto canBeMoved = [&] {
+        return told("Glass Opacity", QAccessible::Slider).interface->object()->property("enabled").toBool();
+    };
+    EXPECT_FALSE(canBeMoved());
+    look.blendsWindows = true;
+    sharedLook().setLook(look);
+    EXPECT_EQ(told(note).interface, nullptr);
+    EXPECT_TRUE(canBeMoved());
 }
 
 TEST_F(SettingsWindowTest, AnOpenFieldStaysOpenWhileTheWindowIsHidden) {

@@ -1,5 +1,6 @@
 // The settings window: titled sections one below the other. What they hold besides toggles goes by their kind.
 import QtQuick
+import Pintle.Shell
 
 Page {
     id: view
@@ -46,7 +47,10 @@ Page {
     Component {
         id: glassContent
         Item {
-            implicitHeight: percentage.height + slider.height + 24
+            id: glassContentItem
+            // What blends nothing shows no glass, whatever the switch says.
+            readonly property bool blends: Appearance.blendsWindows || Appearance.nativelyHosted
+            implicitHeight: percentage.height + slider.height + 24 + (note.visible ? note.height + 8 : 0)
             Rectangle {
                 anchors.left: parent.left
                 anchors.right: parent.right
@@ -85,6 +89,25 @@ Page {
                 opacity: slider.opacity
                 Accessible.ignored: true
             }
+            Text {
+                id: note
+                anchors.left: parent.left
+                anchors.leftMargin: 48
+                anchors.right: parent.right
+                anchors.rightMargin: 16
+                anchors.top: slider.bottom
+                anchors.topMargin: 4
+                visible: !glassContentItem.blends
+                textFormat: Text.PlainText
+                text: view.model.texts.needsCompositor
+                wrapMode: Text.Wrap
+                horizontalAlignment: Text.AlignLeft
+                font.family: Theme.family
+                font.pixelSize: Theme.sizeCaption
+                color: Theme.text2
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
             ScaleSlider {
                 id: slider
                 anchors.left: parent.left
@@ -93,13 +116,14 @@ Page {
                 anchors.rightMargin: 16
                 anchors.top: percentage.bottom
                 anchors.topMargin: 4
-                enabled: view.model.glassOpacityEnabled
+                enabled: view.model.glassOpacityEnabled && glassContentItem.blends
                 opacity: enabled ? 1 : 0.45
                 from: view.model.glassOpacityFrom
                 to: view.model.glassOpacityTo
                 stepSize: view.model.glassOpacityStep
                 value: view.model.glassOpacity
                 Accessible.name: view.model.texts.glassOpacity
+                Accessible.description: note.visible ? note.text : ""
                 onMoved: view.model.setGlassOpacity(value)
                 Connections {
                     target: view.model

@@ -125,6 +125,7 @@ class QtPopover : public Popover {
         view->setMaximumSize(window.size());
         view->setGeometry(window);
         cutCorners(composited_ ? 0 : shape.cornerRadius);
+        blur(shape.cornerRadius);
     }
     /// A window manager may push a window that reaches over panels or screen edges back, and the panel in it
     /// away from its place.
@@ -154,6 +155,19 @@ class QtPopover : public Popover {
             view->winId(),
             radius == 0 ? QRegion()
                         : roundedRectangle((QSizeF(view->size()) * ratio).toSize(), qRound(radius * ratio)));
+    }
+    void blur(int radius) {
+        auto* const view = host_->view();
+        if (!desktop_.setBlurBehind) return;
+        view->create();
+        const qreal ratio = view->devicePixelRatio();
+        const QRect panel = QRect(QPoint(), view->size()).marginsRemoved(shadow_);
+        desktop_.setBlurBehind(
+            view->winId(),
+            composited_ && views_.isGlass()
+                ? roundedRectangle((QSizeF(panel.size()) * ratio).toSize(), qRound(radius * ratio))
+                      .translated((QPointF(panel.topLeft()) * ratio).toPoint())
+                : QRegion());
     }
     /// A press on the shadow is a press on what lies below it.
     void limitInput() {

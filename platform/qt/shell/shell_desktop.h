@@ -54,6 +54,9 @@ struct ShellDesktop {
     std::function<void(NativeWindow, const QRect&)> setInputArea;
     /// Cuts the window to this region, in its pixels; an empty one is the whole window.
     std::function<void(NativeWindow, const QRegion&)> setShape;
+    /// Asks the compositor to blur what lies behind this region of the window, in its pixels; an empty one
+    /// asks for nothing.
+    std::function<void(NativeWindow, const QRegion&)> setBlurBehind;
     /// What the window manager will draw around a window that is not shown yet. May wait for its answer for a
     /// moment.
     std::function<QMargins(NativeWindow)> frameExtents;

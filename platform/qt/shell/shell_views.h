@@ -65,6 +65,8 @@ class ShellViews {
     /// What of that shadow has room in its window: less than popoverShape() asks for where the panel stands
     /// near the edge of the work area. Before each showing, and while it is shown.
     virtual void setPopoverShadow(const QMargins& shadow) { (void)shadow; }
+    /// Whether what lies behind the views is seen through them, and is to be blurred where that can be had.
+    virtual bool isGlass() const { return false; }
     /// Right before the popover becomes visible and right after it went. The view plays its own entrance when
     /// `animates`; it is gone at once when it is hidden.
     virtual void popoverWillShow(bool animates) { (void)animates; }

@@ -100,6 +100,24 @@ void setShape(std::uintptr_t id, const std::vector<xcb_rectangle_t>& parts) {
     xcb_flush(c);
 }
 
+void setBlurBehind(std::uintptr_t id, const std::vector<xcb_rectangle_t>& parts) {
+    auto* const c = connection();
+    if (!c) return;
+    const auto window = static_cast<xcb_window_t>(id);
+    const auto property = atom(c, "_KDE_NET_WM_BLUR_BEHIND_REGION");
+    std::vector<std::uint32_t> values;
+    for (const auto& part : parts)
+        for (const int value : {int{part.x}, int{part.y}, int{part.width}, int{part.height}})
+            values.push_back(static_cast<std::uint32_t>(value));
+    if (values.empty())
+        // An empty property would ask for the whole window.
+        xcb_delete_property(c, window, property);
+    else
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_CARDINAL, 32,
+                            static_cast<std::uint32_t>(values.size()), values.data());
+    xcb_flush(c);
+}
+
 panels::Insets frameExtents(std::uintptr_t id) {
     auto* const c = connection();
     if (!c) return {};

@@ -89,6 +89,8 @@ void leaveTaskbar(std::uintptr_t window);
 void setInputArea(std::uintptr_t window, int x, int y, int width, int height);
 /// Cuts the window to these rectangles of its pixels; none are the whole window.
 void setShape(std::uintptr_t window, const std::vector<xcb_rectangle_t>& parts);
+/// Asks a compositor to blur what lies behind these rectangles of the window's pixels; none: nothing.
+void setBlurBehind(std::uintptr_t window, const std::vector<xcb_rectangle_t>& parts);
 /// What the window manager will draw around it; waits for the answer up to some hundredths of a second.
 panels::Insets frameExtents(std::uintptr_t window);
 }  // namespace toolkit_windows

@@ -47,6 +47,7 @@ class TestViews : public ShellViews {
         return popoverView.get();
     }
     PopoverShape popoverShape() const override { return {{24, 24, 24, 24}, 12}; }
+    bool isGlass() const override { return glass; }
     void setPopoverShadow(const QMargins& room) override { shadow = room; }
     void popoverWillShow(bool animates) override { told.push_back(animates ? "will animate" : "will show"); }
     void popoverDidHide() override { told.emplace_back("hidden"); }
@@ -65,6 +66,7 @@ class TestViews : public ShellViews {
 
     std::optional<bool> isComposited;
     QMargins shadow;
+    bool glass = false;
     std::vector<std::string> told;
     std::vector<std::string> alerts;
     std::function<void(int)> chosen;

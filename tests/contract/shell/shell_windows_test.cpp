@@ -143,6 +143,31 @@ TEST_F(PopoverWindow, ItsShadowDoesNotReachOverAPanelOrTheScreensEdge) {
     EXPECT_EQ(views.shadow, QMargins(24, 5, 8, 24));
 }
 
+TEST_F(PopoverWindow, GlassAsksForABlurBehindThePanelAlone) {
+    const auto asked = [this] {
+        const auto connection = x11::XConnection::open("");
+        QRegion region;
+        QGuiApplication::sync();
+        const x11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+            connection->get(),
+            xcb_get_property(connection->get(), 0, static_cast<xcb_window_t>(views.popoverView->winId()),
+                             connection->atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_ATOM_CARDINAL, 0, 4096),
+            nullptr));
+        const auto* const values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+        for (std::uint32_t i = 0; i + 3 < reply->value_len; i += 4)
+            region += QRect(static_cast<int>(values[i]), static_cast<int>(values[i + 1]),
+                            static_cast<int>(values[i + 2]), static_cast<int>(values[i + 3]));
+        return region;
+    };
+    views.glass = true;
+    appearance.become({.blendsWindows = true});
+    show();
+    EXPECT_EQ(asked().boundingRect(), QRect(24, 24, 340, 520));
+    EXPECT_FALSE(asked().contains(QPoint(24, 24)));
+    appearance.become({});
+    EXPECT_TRUE(asked().isEmpty());
+}
+
 TEST_F(PopoverWindow, ClosesByItsOwnEscapeAndComesBack) {
     show();
     ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));
