@@ -3,16 +3,17 @@
 #include <utility>
 
 #include "app/alert_focus.h"
+#include "app/alert_texts.h"
 #include "app/quick/translated.h"
 
 namespace pintle {
 
 void AlertView::show(const Alert& alert, std::function<void(int button)> chosen) {
-    message_ = translated(alert.message);
-    informativeText_ = translated(alert.informativeText);
+    message_ = translated(alertText(alert.message));
+    informativeText_ = translated(alertText(alert.informativeText));
     buttons_.clear();
     for (const auto& button : alert.buttons) buttons_.append(translated(button));
-    if (buttons_.isEmpty()) buttons_.append(translated("OK"));
+    if (buttons_.isEmpty()) buttons_.append(translated(alert_text::ok));
     warning_ = alert.style == AlertStyle::warning;
     destructive_ = isDestructive(alert);
     firstFocus_ = buttonWithKeyboard(alert);

@@ -1,7 +1,9 @@
 // The program: one copy for each user, an icon in the tray and nothing else until it is clicked.
 #include <QApplication>
+#include <QLocale>
 #include <cstdio>
 
+#include "app/quick/translations.h"
 #include "app/root/root.h"
 
 int main(int argc, char** argv) {
@@ -10,6 +12,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     QApplication application(argc, argv);
+    const auto translation = pintle::installTranslation(QLocale::system().uiLanguages());
     pintle::Root root;
     if (!root.start()) return 0;
     return QApplication::exec();
