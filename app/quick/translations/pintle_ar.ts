@@ -320,6 +320,10 @@
         <translation>القرص ممتلئ</translation>
     </message>
     <message>
+        <source>The glass look needs a compositor, and none is running</source>
+        <translation>يحتاج الزجاج إلى مركّب نوافذ، ولا يعمل أي مركّب</translation>
+    </message>
+    <message>
         <source>The server could not be reached</source>
         <translation>تعذّر الوصول إلى الخادم</translation>
     </message>

@@ -320,6 +320,10 @@
         <translation>Der Datenträger ist voll</translation>
     </message>
     <message>
+        <source>The glass look needs a compositor, and none is running</source>
+        <translation>Das Glas braucht einen Compositor, und keiner läuft</translation>
+    </message>
+    <message>
         <source>The server could not be reached</source>
         <translation>Der Server ist nicht erreichbar</translation>
     </message>

@@ -320,6 +320,10 @@
         <translation>El disco está lleno</translation>
     </message>
     <message>
+        <source>The glass look needs a compositor, and none is running</source>
+        <translation>El cristal necesita un compositor y no hay ninguno</translation>
+    </message>
+    <message>
         <source>The server could not be reached</source>
         <translation>No se puede llegar al servidor</translation>
     </message>

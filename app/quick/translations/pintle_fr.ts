@@ -320,6 +320,10 @@
         <translation>Le disque est plein</translation>
     </message>
     <message>
+        <source>The glass look needs a compositor, and none is running</source>
+        <translation>Le verre a besoin d’un compositeur, et aucun ne tourne</translation>
+    </message>
+    <message>
         <source>The server could not be reached</source>
         <translation>Le serveur est injoignable</translation>
     </message>

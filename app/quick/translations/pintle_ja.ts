@@ -320,6 +320,10 @@
         <translation>ディスクに空きがありません</translation>
     </message>
     <message>
+        <source>The glass look needs a compositor, and none is running</source>
+        <translation>ガラスにはコンポジターが必要ですが、動いていません</translation>
+    </message>
+    <message>
         <source>The server could not be reached</source>
         <translation>サーバーに接続できません</translation>
     </message>

@@ -320,6 +320,10 @@
         <translation>O disco está cheio</translation>
     </message>
     <message>
+        <source>The glass look needs a compositor, and none is running</source>
+        <translation>O vidro precisa de um compositor e não há nenhum</translation>
+    </message>
+    <message>
         <source>The server could not be reached</source>
         <translation>Não foi possível chegar ao servidor</translation>
     </message>

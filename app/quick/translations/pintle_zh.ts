@@ -320,6 +320,10 @@
         <translation>磁盘已满</translation>
     </message>
     <message>
+        <source>The glass look needs a compositor, and none is running</source>
+        <translation>玻璃效果需要合成器，但没有合成器在运行</translation>
+    </message>
+    <message>
         <source>The server could not be reached</source>
         <translation>无法连接到服务器</translation>
     </message>
