@@ -128,8 +128,8 @@ class SwayProvider : public SettingsProvider {
         for (const auto& each : seats.value()) {
             const auto seat = textIn(each, "name");
             if (!isPlain(seat)) continue;
-            command +=
-                "seat \"" + seat + "\" xcursor_theme \"" + theme + "\" " + std::to_string(number) + "; ";
+            command.append("seat \"").append(seat).append("\" xcursor_theme \"").append(theme);
+            command.append("\" ").append(std::to_string(number)).append("; ");
         }
         if (command.empty()) return refused("there is no seat");
         if (auto ran = run(path_, command); !ran) return ran;
@@ -153,8 +153,7 @@ class SwayProvider : public SettingsProvider {
     Status nudge() const {
         for (const auto& output : outputsOf(path_)) {
             if (!isPlain(output.name)) continue;
-            const auto ran =
-                run(path_, "output \"" + output.name + "\" scale " + shortestDouble(output.scale));
+            auto ran = run(path_, "output \"" + output.name + "\" scale " + shortestDouble(output.scale));
             if (!ran) return ran;
         }
         return Done{};
