@@ -357,6 +357,10 @@ TEST_F(RealArchives, TheProgramThatUnpacksIsLimitedAndConfined) {
     ASSERT_EQ(::fcntl(ends[1], F_SETFL, 0), 0);
     const pid_t child = ::fork();
     if (child == 0) {
+        // Of a process that could become another user again nobody else may look at the working folder.
+        const auto group = ::getegid();
+        const auto user = ::geteuid();
+        if (::setresgid(group, group, group) != 0 || ::setresuid(user, user, user) != 0) ::_exit(126);
         ::dup2(ends[1], STDERR_FILENO);
         ::execl(UNPACK_PROGRAM, UNPACK_PROGRAM, "-xf", bad.c_str(), "-C", (folder.path() / "inside").c_str(),
                 nullptr);
