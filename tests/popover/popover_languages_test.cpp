@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QLocale>
 
@@ -55,13 +56,21 @@ TEST_P(PopoverLanguagesTest, CutsNoTextThatIsNotANameWhateverARowHasToSay) {
         row.isApplying = true;
     });
     show();
-    // Rows beyond the edge are made bit by bit.
-    for (int turn = 0; turn < 20; ++turn) settle();
-    EXPECT_THAT(cutTexts(view->rootObject(), names), IsEmpty());
+    // Rows beyond the edge are made bit by bit and laid out after that.
+    const auto cutAtLast = [&] {
+        const QDeadlineTimer patience(5000);
+        for (int turn = 0; turn < 20; ++turn) settle();
+        auto cut = cutTexts(view->rootObject(), names);
+        while (!cut.empty() && !patience.hasExpired()) {
+            settle();
+            cut = cutTexts(view->rootObject(), names);
+        }
+        return cut;
+    };
+    EXPECT_THAT(cutAtLast(), IsEmpty());
     for (int row = 0; row < 10; ++row) {
         press(Qt::Key_Down);
-        for (int turn = 0; turn < 20; ++turn) settle();
-        EXPECT_THAT(cutTexts(view->rootObject(), names), IsEmpty()) << "row " << row;
+        EXPECT_THAT(cutAtLast(), IsEmpty()) << "row " << row;
     }
 }
 
