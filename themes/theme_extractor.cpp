@@ -134,7 +134,7 @@ Flow ThemeExtractor::run(fs::path archive, std::string themeId, fs::path destina
         status = made.error();
         co_return;
     }
-    const auto scratch = made.value();
+    const auto& scratch = made.value();
 
     ProcessRequest request;
     request.executable = "/usr/bin/tar";
