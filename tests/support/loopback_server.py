@@ -154,6 +154,20 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.wfile.flush()
             time.sleep(0.05)
 
+    def behave_held(self):
+        """The first half bit by bit, and the second as soon as the server behaves in another way."""
+        content = self.content()
+        self.start(len(content))
+        half = len(content) // 2
+        step = max(1, half // 10)
+        for at in range(0, half, step):
+            self.wfile.write(content[at:min(at + step, half)])
+            self.wfile.flush()
+            time.sleep(0.05)
+        while behaviour == "held" and not ending.wait(0.05):
+            continue
+        self.wfile.write(content[half:])
+
     def behave_nohttp(self):
         self.wfile.write(b"220 mail server ready\r\n\r\n")
         self.close_connection = True

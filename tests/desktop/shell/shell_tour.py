@@ -264,7 +264,7 @@ class ShellTour:
     def download(self):
         self.report.stage("Downloading a theme")
         self.app.opened()
-        self.server.behave("slow")
+        self.server.behave("held")
         row = self.app.row(BIBATA_ROW)
         self.person.click_on(row.node.box())
         said = self.app.wait_row(BIBATA_ROW, r"Downloading \d+%", 20)
@@ -272,8 +272,8 @@ class ShellTour:
         bar = self.app.look().find("progress bar", BIBATA_ROW)
         self.check("its bar tells how far it is", bool(bar) and re.fullmatch(r"\d+%", bar.description),
                    bar and bar.description)
-        said += self.app.wait_row(BIBATA_ROW, r"^(?!.*(Downloading|Connecting|Extracting|Starting|Click))", 60)
         self.server.behave("well")
+        said += self.app.wait_row(BIBATA_ROW, r"^(?!.*(Downloading|Connecting|Extracting|Starting|Click))", 60)
         percents = [int(each) for each in re.findall(r"Downloading (\d+)%", " ".join(said))]
         self.check("the row told its progress in growing steps",
                    percents and percents == sorted(percents), str(said))
