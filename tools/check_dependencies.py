@@ -20,7 +20,7 @@ BACKENDS = {
     "platform/plist": ("platform/posix",),
     "platform/freedesktop": ("platform/posix",),
     "platform/x11": ("platform/freedesktop",),
-    "platform/wayland": (),
+    "platform/wayland": ("platform/x11",),
 }
 #: What exists only to look at the rest, or to be pointed at by it.
 FREE = ["tests", "bench", "fuzz"]

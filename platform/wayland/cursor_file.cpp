@@ -111,6 +111,8 @@ std::uint64_t chunkBytes(const FileImage& image) {
 
 }  // namespace
 
+bool holdsItsFrames(const RegisteredCursor& cursor) { return framesOf(cursor).has_value(); }
+
 std::optional<std::vector<FileImage>> imagesOf(const RegisteredCursor& cursor, int base,
                                                std::span<const int> nominals) {
     const auto frames = framesOf(cursor);

@@ -26,6 +26,9 @@ struct FileImage {
     friend bool operator==(const FileImage&, const FileImage&) = default;
 };
 
+/// Whether imagesOf() can make something of it.
+bool holdsItsFrames(const RegisteredCursor& cursor);
+
 /// The frames of a registered picture at each of the sizes, frame by frame within a size. `base` is the size
 /// at which the picture is drawn as it is. The others are drawn anew from it, hotspots rounded. Sides are
 /// filled up with transparent pixels on the right and below, so that every output scale divides them. Absent

@@ -166,7 +166,7 @@ TEST_F(Channel, WhereNobodyCanBeAskedTheBeginningIsPutBack) {
 
 TEST_F(Channel, KilledAnywhereAndStartedAgainTheUserGetsBackExactlyWhatHeHad) {
     std::mt19937 random(7);
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 80; ++round) {
         const auto mine = setting(round % 3 == 0 ? std::nullopt : std::optional<std::string>("Adwaita"),
                                   round % 2 == 0 ? std::nullopt : std::optional<std::string>("24"));
         desktop_.value = mine;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 namespace pintle::x11 {
 namespace {
@@ -129,6 +130,34 @@ bool CursorPicture::equals(const CursorPicture& other) const {
         if (!samePixels(a, b)) return false;
     }
     return true;
+}
+
+std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture) {
+    const auto& frames = picture.frames();
+    const auto& first = frames.front();
+    const auto rowBytes = static_cast<std::size_t>(first.width) * 4;
+    const auto count = static_cast<std::int64_t>(frames.size());
+    auto strip = Bitmap::create(first.width, first.height * count, [&](std::span<std::uint8_t> bytes) {
+        std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
+        auto* at = bytes.data();
+        for (const auto& frame : frames) {
+            const auto used = static_cast<std::size_t>(std::min(frame.width, first.width)) * 4;
+            for (int y = 0; y < first.height; ++y, at += rowBytes)
+                if (y < frame.height) std::copy_n(frame.image.pixel(0, frame.top + y).data(), used, at);
+        }
+    });
+    if (!strip) return std::nullopt;
+    double delays = 0;
+    if (picture.isAnimated())
+        for (const auto& frame : frames) delays += frame.delay;
+    RegisteredCursor record;
+    record.identifier = identifier;
+    record.images = {std::move(*strip)};
+    record.size = {static_cast<double>(first.width), static_cast<double>(first.height)};
+    record.hotspot = {static_cast<double>(first.hotspotX), static_cast<double>(first.hotspotY)};
+    record.frameCount = frames.size();
+    record.frameDuration = delays / static_cast<double>(frames.size()) / 1000;
+    return record;
 }
 
 bool samePicture(const PicturePtr& a, const PicturePtr& b) {

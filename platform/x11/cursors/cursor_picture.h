@@ -4,7 +4,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "platform/registered_cursor.h"
@@ -58,6 +60,10 @@ class CursorPicture {
 };
 
 using PicturePtr = std::shared_ptr<const CursorPicture>;
+
+/// The picture as the window server's interface tells it: all frames in one strip, frame 0 on top, each as
+/// large as the first. Absent when the memory cannot be had.
+std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture);
 
 /// Both absent, or both there and equal.
 bool samePicture(const PicturePtr& a, const PicturePtr& b);

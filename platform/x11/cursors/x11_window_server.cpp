@@ -19,36 +19,6 @@ constexpr int kFailure = 1000;
 constexpr int kIllegalArgument = 1001;
 constexpr int kMostRounds = 64;
 
-/// The picture as the interface tells it: all frames in one strip, frame 0 on top, each as large as the
-/// first.
-std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture) {
-    const auto& frames = picture.frames();
-    const auto& first = frames.front();
-    const auto rowBytes = static_cast<std::size_t>(first.width) * 4;
-    const auto count = static_cast<std::int64_t>(frames.size());
-    auto strip = Bitmap::create(first.width, first.height * count, [&](std::span<std::uint8_t> bytes) {
-        std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
-        auto* at = bytes.data();
-        for (const auto& frame : frames) {
-            const auto used = static_cast<std::size_t>(std::min(frame.width, first.width)) * 4;
-            for (int y = 0; y < first.height; ++y, at += rowBytes)
-                if (y < frame.height) std::copy_n(frame.image.pixel(0, frame.top + y).data(), used, at);
-        }
-    });
-    if (!strip) return std::nullopt;
-    double delays = 0;
-    if (picture.isAnimated())
-        for (const auto& frame : frames) delays += frame.delay;
-    RegisteredCursor record;
-    record.identifier = identifier;
-    record.images = {std::move(*strip)};
-    record.size = {static_cast<double>(first.width), static_cast<double>(first.height)};
-    record.hotspot = {static_cast<double>(first.hotspotX), static_cast<double>(first.hotspotY)};
-    record.frameCount = frames.size();
-    record.frameDuration = delays / static_cast<double>(frames.size()) / 1000;
-    return record;
-}
-
 std::optional<std::string> processEnvironment(const std::string& name) {
     const char* const value = std::getenv(name.c_str());
     if (!value) return std::nullopt;
@@ -71,6 +41,7 @@ class X11WindowServer : public WindowServer {
   private:
     bool isUsable() const { return desk_.registration && desk_.watcher && !lost_; }
     std::string displayName() const;
+    CursorThemeChoice desktopChoice() const;
     void watchRegistration();
     void watchWatcher();
     void showOnRoot(const CursorPicture& picture);
@@ -124,7 +95,7 @@ X11WindowServer::X11WindowServer(X11WindowServerOptions options)
                                     : "[X11] No X server - cursor registration unavailable");
         return;
     }
-    desk_.theme.choose(desk_.watcher->cursorTheme(environment_));
+    desk_.theme.choose(desktopChoice());
     watchRegistration();
     watchWatcher();
     handleNewsSoon();
@@ -139,6 +110,14 @@ X11WindowServer::~X11WindowServer() {
 std::string X11WindowServer::displayName() const {
     if (options_.display) return *options_.display;
     return environment_("DISPLAY").value_or("");
+}
+
+CursorThemeChoice X11WindowServer::desktopChoice() const {
+    if (options_.desktopTheme) {
+        auto [theme, size] = options_.desktopTheme();
+        return {std::move(theme), size};
+    }
+    return desk_.watcher->cursorTheme(environment_);
 }
 
 void X11WindowServer::watchRegistration() {
@@ -162,7 +141,7 @@ RegistrationAnswer X11WindowServer::registerCursorWithImages(ConnectionId, const
     const auto names = namesOf(cursor.identifier);
     if (purpose == RegistrationPurpose::original) {
         if (!desktopIsFresh_) {
-            desk_.theme.choose(desk_.watcher->cursorTheme(environment_));
+            desk_.theme.choose(desktopChoice());
             desktopIsFresh_ = true;
         }
         desk_.wanted.wantDesktop(names);
@@ -286,7 +265,7 @@ void X11WindowServer::desktopThemeChanged() {
 }
 
 void X11WindowServer::refreshDesktopTheme() {
-    const auto choice = desk_.watcher->cursorTheme(environment_);
+    const auto choice = desktopChoice();
     if (choice != desk_.theme.choice()) desk_.theme.choose(choice);
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/subscription.h"
 #include "platform/log.h"
@@ -31,6 +32,8 @@ struct X11WindowServerOptions {
     std::function<std::optional<std::string>(const std::string& name)> environment;
     /// Told each X11 name whose picture is sent. Empty: nobody wants to know.
     std::function<void(std::string_view name)> nameSent;
+    /// The desktop's own theme and its size in pixels. Empty: what the X server's settings say.
+    std::function<std::pair<std::string, int>()> desktopTheme = {};
 };
 
 /// Never null. Without a usable X server every function is missing.

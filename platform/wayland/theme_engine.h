@@ -1,0 +1,67 @@
+// Brings the table of wishes onto the disk and into the desktop's settings, or takes everything back. What it
+// does may take a second, so it is asked from the background; the last request wins whatever the order of
+// threads.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/log.h"
+#include "platform/registered_cursor.h"
+#include "platform/wayland/settings_channel.h"
+#include "platform/wayland/theme_folder.h"
+
+namespace pintle::wayland {
+
+/// By identifier.
+using Wishes = std::map<std::string, RegisteredCursor>;
+
+struct ThemeRequest {
+    /// Counts up; a request that is older than one that was carried out is left out.
+    std::uint64_t serial = 0;
+    /// Empty: the user's own theme comes back.
+    Wishes wishes;
+    /// Nominal of the pictures as they are, and what the settings are set to.
+    int size = 0;
+};
+
+/// Any thread; requests wait for each other. The log outlives the engine.
+class ThemeEngine {
+  public:
+    ThemeEngine(IconFolders icons, std::vector<std::unique_ptr<SettingsProvider>> providers,
+                StateFile stateFile, std::function<std::vector<double>()> outputScales, Log& log);
+
+    bool reachesAnybody() const { return reachesAnybody_; }
+
+    /// False when the user sees another theme than he should; the log has the reason.
+    bool carryOut(const ThemeRequest& request);
+
+    /// The user's own theme and size, as last seen.
+    PointerSetting usersOwn() const;
+
+  private:
+    bool put(const ThemeRequest& request);
+    bool restore();
+    void noteUsersOwn();
+
+    const IconFolders icons_;
+    const std::function<std::vector<double>()> outputScales_;
+    Log& log_;
+    bool reachesAnybody_ = false;
+
+    /// Held while a request is carried out.
+    std::mutex working_;
+    SettingsChannel channel_;
+    std::uint64_t lastSerial_ = 0;
+    bool leftoversRemoved_ = false;
+
+    mutable std::mutex ownMutex_;
+    PointerSetting usersOwn_;
+};
+
+}  // namespace pintle::wayland
