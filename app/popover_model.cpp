@@ -118,7 +118,7 @@ CursorThemeInfo PopoverModel::theme(const std::string& id) const {
 
 bool PopoverModel::isActive(const std::string& id) const {
     const auto& current = to_.viewModel.currentTheme();
-    return session_ == Session::pointerCanChange && current && current->id == id;
+    return session_ != Session::pointerCannotChange && current && current->id == id;
 }
 
 ThemeRow PopoverModel::row(const std::string& id) const {
@@ -202,6 +202,7 @@ void PopoverModel::resetToDefault() { to_.viewModel.resetToDefault(); }
 
 std::optional<UserText> PopoverModel::unavailable() const {
     if (session_ == Session::pointerCanChange) return std::nullopt;
+    if (session_ == Session::pointerFollowsSetting) return UserText(popover_text::partlyUnavailable);
     return UserText(popover_text::unavailable);
 }
 

@@ -79,8 +79,9 @@ class PopoverModel {
         Application& application;
         Log& log;
     };
-    /// Whether this session lets the program change the pointer in any way: by registration or by overlay.
-    enum class Session { pointerCanChange, pointerCannotChange };
+    /// Whether this session lets the program change the pointer: by registration or by overlay, by the
+    /// desktop's own setting, which not every running program follows, or not at all.
+    enum class Session { pointerCanChange, pointerFollowsSetting, pointerCannotChange };
 
     explicit PopoverModel(const Neighbours& neighbours, Session session = Session::pointerCanChange);
     PopoverModel(const PopoverModel&) = delete;
@@ -136,11 +137,11 @@ class PopoverModel {
     void resetScale() { sliderChanged(scaleNotch); }
 
     GlassBackground glass() const { return glassBackground(to_.settings); }
-    /// One sentence instead of a promise; absent where the pointer can change. While it is present no theme
-    /// is active and downloaded rows accept no tap.
+    /// One sentence of what this session does not give; absent where it gives everything. Where the pointer
+    /// cannot change no theme is active and downloaded rows accept no tap.
     std::optional<UserText> unavailable() const;
     /// Whether slider, "System Default" and "Reset" do anything.
-    bool footerEnabled() const { return session_ == Session::pointerCanChange; }
+    bool footerEnabled() const { return session_ != Session::pointerCannotChange; }
 
     /// What the parts of the popover that read for themselves work with.
     CursorViewModel& viewModel() const { return to_.viewModel; }
@@ -206,13 +207,14 @@ inline constexpr auto reset = translatable("Pintle", "Reset");
 inline constexpr auto resetHelp = translatable("Pintle", "Cursor size back to 100%");
 inline constexpr auto noNetwork = translatable("Pintle", "There is no network");
 inline constexpr auto retry = translatable("Pintle", "Retry");
-inline constexpr auto unavailable = translatable(
-    "Pintle",
-    "Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.");
+inline constexpr auto unavailable =
+    translatable("Pintle", "Pintle cannot change the pointer in this kind of session.");
+inline constexpr auto partlyUnavailable = translatable(
+    "Pintle", "Applications that are running already may keep their pointer until they are restarted.");
 inline constexpr std::array all = {
-    title,       update,     settings,   about,    quit,       filterAll,     filterUniversal,
-    filterRight, filterLeft, filterName, listName, scaleName,  systemDefault, systemDefaultHelp,
-    reset,       resetHelp,  noNetwork,  retry,    unavailable};
+    title,       update,     settings,   about,    quit,        filterAll,        filterUniversal,
+    filterRight, filterLeft, filterName, listName, scaleName,   systemDefault,    systemDefaultHelp,
+    reset,       resetHelp,  noNetwork,  retry,    unavailable, partlyUnavailable};
 
 }  // namespace popover_text
 }  // namespace pintle

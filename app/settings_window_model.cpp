@@ -68,7 +68,10 @@ std::vector<SettingsSection> SettingsWindowModel::sections() const {
 
 SettingsToggleRow SettingsWindowModel::toggle(SettingsToggle toggle) const {
     const auto& texts = kToggles.at(static_cast<std::size_t>(toggle));
-    return {toggle, texts.icon, UserText(texts.title), UserText(texts.subtitle), isOn(toggle)};
+    const bool isEnabled = to_.seesApplications || (toggle != SettingsToggle::alwaysUseThemedCursor &&
+                                                    toggle != SettingsToggle::pauseWhenScreenShared);
+    const auto subtitle = isEnabled ? texts.subtitle : settings_text::noEffect;
+    return {toggle, texts.icon, UserText(texts.title), UserText(subtitle), isOn(toggle), isEnabled};
 }
 
 bool SettingsWindowModel::storedBool(const char* key, bool fallback) const {
@@ -97,7 +100,7 @@ bool SettingsWindowModel::isOn(SettingsToggle toggle) const {
 }
 
 void SettingsWindowModel::setToggle(SettingsToggle toggle, bool value) {
-    if (isOn(toggle) == value) return;
+    if (isOn(toggle) == value || !this->toggle(toggle).isEnabled) return;
     auto& settings = to_.settings;
     // The first three go to the store behind the settings' back, which keep what they have loaded.
     switch (toggle) {
@@ -165,6 +168,10 @@ void SettingsWindowModel::announceScale(double scale) {
 
 UserText SettingsWindowModel::removeLabel(const std::string& name) {
     return UserText(settings_text::remove, name);
+}
+
+UserText SettingsWindowModel::exclusionsExplanation() const {
+    return UserText(to_.seesApplications ? settings_text::exclusionsExplanation : settings_text::noEffect);
 }
 
 std::string_view SettingsWindowModel::addButtonSymbol() const {

@@ -43,6 +43,8 @@ struct SettingsToggleRow {
     UserText title;
     UserText subtitle;
     bool isOn = false;
+    /// False where this session gives it no effect; the subtitle says so then.
+    bool isEnabled = true;
     friend bool operator==(const SettingsToggleRow&, const SettingsToggleRow&) = default;
 };
 
@@ -81,6 +83,8 @@ class SettingsWindowModel {
         CursorViewModel& viewModel;
         Alerts& alerts;
         Application& application;
+        /// Whether the session shows which application is in front and lets others draw above it.
+        bool seesApplications = true;
     };
 
     explicit SettingsWindowModel(const Neighbours& neighbours);
@@ -112,6 +116,9 @@ class SettingsWindowModel {
     void selectScale(double scale);
 
     // Exclusions.
+    /// False where no application can be told from another.
+    bool exclusionsEnabled() const { return to_.seesApplications; }
+    UserText exclusionsExplanation() const;
     const std::vector<std::string>& excludedApps() const { return to_.settings.excludedApps(); }
     /// The text of the button that removes the name, for assistive technology and as its help.
     static UserText removeLabel(const std::string& name);
@@ -163,6 +170,8 @@ inline constexpr auto applyOnLaunch = translatable("Pintle", "Apply Last Cursor 
 inline constexpr auto applyOnLaunchSubtitle = translatable("Pintle", "Restore your cursor theme at startup");
 inline constexpr auto restoreOnQuit = translatable("Pintle", "Restore System Cursor on Quit");
 inline constexpr auto restoreOnQuitSubtitle = translatable("Pintle", "Reset to default when closing app");
+/// Below what has no effect.
+inline constexpr auto noEffect = translatable("Pintle", "This kind of session does not allow it");
 inline constexpr auto fullscreen = translatable("Pintle", "Use Themed Cursor in Fullscreen");
 inline constexpr auto fullscreenSubtitle = translatable("Pintle", "Keep custom cursor in fullscreen apps");
 inline constexpr auto missingTypes = translatable("Pintle", "Use System Cursor for Missing Types");
@@ -210,6 +219,7 @@ inline constexpr std::array all = {windowTitle,
                                    applyOnLaunchSubtitle,
                                    restoreOnQuit,
                                    restoreOnQuitSubtitle,
+                                   noEffect,
                                    fullscreen,
                                    fullscreenSubtitle,
                                    missingTypes,

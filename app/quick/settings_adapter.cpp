@@ -47,7 +47,8 @@ QVariantList SettingsAdapter::sections() const {
             toggles.append(QVariantMap{{QStringLiteral("toggle"), static_cast<int>(row.toggle)},
                                        {QStringLiteral("symbol"), text(row.icon)},
                                        {QStringLiteral("title"), translated(row.title)},
-                                       {QStringLiteral("subtitle"), translated(row.subtitle)}});
+                                       {QStringLiteral("subtitle"), translated(row.subtitle)},
+                                       {QStringLiteral("enabled"), row.isEnabled}});
         list.append(QVariantMap{{QStringLiteral("kind"), nameOf(section.kind)},
                                 {QStringLiteral("symbol"), text(section.symbol)},
                                 {QStringLiteral("title"), translated(section.title)},
@@ -63,11 +64,11 @@ QVariantList SettingsAdapter::toggleStates() const {
     return states;
 }
 
-QVariantMap SettingsAdapter::texts() {
+QVariantMap SettingsAdapter::texts() const {
     return {{QStringLiteral("glassOpacity"), translated(settings_text::glassOpacity)},
             {QStringLiteral("needsCompositor"), translated(settings_text::needsCompositor)},
             {QStringLiteral("cursorSize"), translated(settings_text::cursorSize)},
-            {QStringLiteral("exclusionsExplanation"), translated(settings_text::exclusionsExplanation)},
+            {QStringLiteral("exclusionsExplanation"), translated(model_.exclusionsExplanation())},
             {QStringLiteral("addHelp"), translated(settings_text::addHelp)},
             {QStringLiteral("placeholder"), translated(settings_text::placeholder)},
             {QStringLiteral("cancel"), translated(settings_text::cancel)},

@@ -15,7 +15,7 @@ namespace pintle {
 class SettingsAdapter : public QObject {
     Q_OBJECT
     /// From the top: kind (the name of its SettingsSectionKind), symbol, title, and toggles with toggle (the
-    /// number for toggleStates and setToggle), symbol, title, subtitle.
+    /// number for toggleStates and setToggle), symbol, title, subtitle, enabled.
     Q_PROPERTY(QVariantList sections READ sections CONSTANT)
     /// By number: whether it is on.
     Q_PROPERTY(QVariantList toggleStates READ toggleStates NOTIFY changed)
@@ -34,6 +34,7 @@ class SettingsAdapter : public QObject {
     Q_PROPERTY(int selectedScale READ selectedScale NOTIFY changed)
     /// One row for each name, in the role "display".
     Q_PROPERTY(QAbstractItemModel* excludedApps READ excludedApps CONSTANT)
+    Q_PROPERTY(bool exclusionsEnabled READ exclusionsEnabled CONSTANT)
     Q_PROPERTY(bool showAddAppField READ showAddAppField NOTIFY changed)
     Q_PROPERTY(QString addButtonSymbol READ addButtonSymbol NOTIFY changed)
     Q_PROPERTY(QString newAppName READ newAppName WRITE setNewAppName NOTIFY changed)
@@ -44,7 +45,8 @@ class SettingsAdapter : public QObject {
 
     QVariantList sections() const;
     QVariantList toggleStates() const;
-    static QVariantMap texts();
+    QVariantMap texts() const;
+    bool exclusionsEnabled() const { return model_.exclusionsEnabled(); }
     double glassOpacity() const { return model_.glassOpacity(); }
     static double glassOpacityFrom() { return SettingsWindowModel::glassOpacityRange.from; }
     static double glassOpacityTo() { return SettingsWindowModel::glassOpacityRange.to; }

@@ -423,6 +423,16 @@ TEST_F(PopoverModelTest, WhereThePointerCannotChangeItSaysSoAndPretendsNothing) 
     EXPECT_TRUE(world.theme(kLeft).isDownloading);
 }
 
+TEST_F(PopoverModelTest, WhereThePointerFollowsASettingItSaysWhoFollowsLaterAndEverythingElseWorks) {
+    world.applyNow(kIce);
+    make(PopoverModel::Session::pointerFollowsSetting);
+    ASSERT_TRUE(model->unavailable());
+    EXPECT_THAT(model->unavailable()->english(), testing::HasSubstr("until they are restarted"));
+    EXPECT_TRUE(model->footerEnabled());
+    EXPECT_TRUE(model->row(kIce).isActive);
+    EXPECT_TRUE(model->row(kIce).acceptsTap);
+}
+
 TEST_F(PopoverModelTest, NothingOfItRunsAfterItsEnd) {
     world.applyNow(kIce);
     model->sliderChanged(1.25);

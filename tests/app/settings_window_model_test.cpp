@@ -57,6 +57,26 @@ struct SettingsWindowModelTest : testing::Test {
     }
 };
 
+TEST_F(SettingsWindowModelTest, WhatHasNoEffectInASessionIsDisabledAndSaysWhy) {
+    EXPECT_TRUE(model->toggle(Toggle::alwaysUseThemedCursor).isEnabled);
+    EXPECT_TRUE(model->exclusionsEnabled());
+    model = std::make_unique<SettingsWindowModel>(
+        SettingsWindowModel::Neighbours{world.settings, world.store, launchAtLogin, world.notifications,
+                                        *world.viewModel, world.alerts, world.application, false});
+    for (const auto each : {Toggle::alwaysUseThemedCursor, Toggle::pauseWhenScreenShared}) {
+        const auto row = model->toggle(each);
+        EXPECT_FALSE(row.isEnabled);
+        EXPECT_EQ(row.subtitle.english(), "This kind of session does not allow it");
+        model->setToggle(each, !row.isOn);
+        EXPECT_EQ(isOn(each), row.isOn);
+    }
+    for (const auto each : {Toggle::launchAtLogin, Toggle::applyOnLaunch, Toggle::restoreOnQuit,
+                            Toggle::useSystemCursorForMissing, Toggle::glassMode})
+        EXPECT_TRUE(model->toggle(each).isEnabled);
+    EXPECT_FALSE(model->exclusionsEnabled());
+    EXPECT_EQ(model->exclusionsExplanation().english(), "This kind of session does not allow it");
+}
+
 TEST_F(SettingsWindowModelTest, TheSectionsStandInTheirOrderWithTheirSymbols) {
     std::vector<std::string> seen;
     for (const auto& section : model->sections())

@@ -24,11 +24,12 @@ struct PopoverWorld : testing::Test {
     std::unique_ptr<ShellViewsQuick> views;
     QQuickView* view = nullptr;
 
-    void show() {
+    void show(PopoverModel::Session session = PopoverModel::Session::pointerCanChange) {
         if (!world.viewModel) world.start();
         model = std::make_unique<PopoverModel>(
             PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log});
+                                     world.scheduler.mainQueue(), world.application, world.log},
+            session);
         views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
             [this]() -> PopoverModel& { return *model; }, appearance, world.settings, {}, {}});
         views->setComposited(false);

@@ -34,6 +34,13 @@ TEST_P(WindowLanguagesTest, TheSettingsCutNoText) {
     EXPECT_THAT(cutTexts(view->rootObject()), IsEmpty());
 }
 
+TEST_P(WindowLanguagesTest, TheSettingsCutNoTextWhereTheSessionShowsNoApplications) {
+    WindowWorld world(look(), false);
+    auto* const view = world.show(WindowContent::settings);
+    ASSERT_NE(view, nullptr);
+    EXPECT_THAT(cutTexts(view->rootObject()), IsEmpty());
+}
+
 TEST_P(WindowLanguagesTest, TheAboutWindowCutsNoText) {
     WindowWorld world(look());
     auto* const view = world.show(WindowContent::about);

@@ -43,7 +43,9 @@ inline QQmlEngine& sharedEngine() {
 }
 
 struct WindowWorld {
-    explicit WindowWorld(const ViewLook::Look& look) {
+    explicit WindowWorld(const ViewLook::Look& look, bool seesApplications = true)
+        : settings({world.settings, world.store, launchAtLogin, world.notifications, viewModel, alerts,
+                    application, seesApplications}) {
         sharedLook().setLook(look);
         world.scheduler.runUntilIdle();
     }
@@ -100,8 +102,7 @@ struct WindowWorld {
     CursorViewModel viewModel{CursorViewModel::Neighbours{
         world.themes, world.themeStore, world.pipeline, world.downloads, world.removal, fullReset,
         world.store, world.scheduler.mainQueue(), world.scheduler.backgroundTasks(), world.hints, world.log}};
-    SettingsWindowModel settings{
-        {world.settings, world.store, launchAtLogin, world.notifications, viewModel, alerts, application}};
+    SettingsWindowModel settings;
     Bundle bundle{.identifier = "com.pintle.app", .shortVersion = "0.1.0", .build = {}, .executable = {}};
     int dismissed = 0;
     AboutWindowModel about{bundle, application, [this] { ++dismissed; }};

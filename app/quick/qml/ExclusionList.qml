@@ -49,6 +49,7 @@ Column {
             symbol: list.model.addButtonSymbol
             text: list.model.texts.addHelp
             accented: true
+            enabled: list.model.exclusionsEnabled
             onClicked: {
                 list.model.toggleAddAppField();
                 if (list.model.showAddAppField) list.openField(Qt.TabFocusReason);

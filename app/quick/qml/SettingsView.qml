@@ -33,6 +33,7 @@ Page {
                     subtitle: modelData.subtitle
                     symbol: modelData.symbol
                     on: view.model.toggleStates[modelData.toggle]
+                    enabled: modelData.enabled
                     onFlipped: on => view.model.setToggle(modelData.toggle, on)
                 }
             }

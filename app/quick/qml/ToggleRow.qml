@@ -65,7 +65,7 @@ T.CheckBox {
                 horizontalAlignment: Text.AlignLeft
                 font.family: Theme.family
                 font.pixelSize: Theme.sizeBody
-                color: Theme.text
+                color: row.enabled ? Theme.text : Theme.text2
                 Accessible.ignored: true
             }
             Text {
@@ -85,6 +85,7 @@ T.CheckBox {
             anchors.right: parent.right
             anchors.rightMargin: 16
             anchors.verticalCenter: parent.verticalCenter
+            opacity: row.enabled ? 1 : 0.4
             checked: row.on
             hovered: row.hovered
             pressed: row.pressed

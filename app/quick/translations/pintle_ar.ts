@@ -40,6 +40,10 @@
         <translation>أُعيد ضبط التطبيق. سيُغلق Pintle الآن. شغّله مرة أخرى للبدء من جديد.</translation>
     </message>
     <message>
+        <source>Applications that are running already may keep their pointer until they are restarted.</source>
+        <translation>قد تحتفظ التطبيقات المفتوحة بمؤشرها حتى يُعاد تشغيلها.</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>تطبيق آخر مؤشر عند البدء</translation>
     </message>
@@ -188,8 +192,8 @@
         <translation>يتوفر Pintle %1</translation>
     </message>
     <message>
-        <source>Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.</source>
-        <translation>لا يستطيع Pintle تغيير المؤشر في هذا النوع من الجلسات؛ سجّل الدخول إلى جلسة X11 لاستخدامه.</translation>
+        <source>Pintle cannot change the pointer in this kind of session.</source>
+        <translation>لا يستطيع Pintle تغيير المؤشر في هذا النوع من الجلسات.</translation>
     </message>
     <message>
         <source>Pintle found no tray</source>
@@ -358,6 +362,10 @@
     <message>
         <source>There is no network</source>
         <translation>لا توجد شبكة</translation>
+    </message>
+    <message>
+        <source>This kind of session does not allow it</source>
+        <translation>هذا النوع من الجلسات لا يسمح بذلك</translation>
     </message>
     <message>
         <source>This will delete all downloaded themes, reset all settings to defaults, and restore the system cursor. Pintle will quit after reset.</source>

@@ -40,6 +40,10 @@
         <translation>Die App wurde zurückgesetzt. Pintle wird jetzt beendet. Zum Neubeginn wieder starten.</translation>
     </message>
     <message>
+        <source>Applications that are running already may keep their pointer until they are restarted.</source>
+        <translation>Apps, die schon laufen, behalten ihren Zeiger eventuell bis zum Neustart.</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Letzten Zeiger beim Start anwenden</translation>
     </message>
@@ -188,8 +192,8 @@
         <translation>Pintle %1 ist verfügbar</translation>
     </message>
     <message>
-        <source>Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.</source>
-        <translation>In dieser Art von Sitzung kann Pintle den Zeiger nicht ändern; dafür bitte in einer X11-Sitzung anmelden.</translation>
+        <source>Pintle cannot change the pointer in this kind of session.</source>
+        <translation>In dieser Art von Sitzung kann Pintle den Zeiger nicht ändern.</translation>
     </message>
     <message>
         <source>Pintle found no tray</source>
@@ -358,6 +362,10 @@
     <message>
         <source>There is no network</source>
         <translation>Kein Netzwerk</translation>
+    </message>
+    <message>
+        <source>This kind of session does not allow it</source>
+        <translation>Diese Art von Sitzung lässt das nicht zu</translation>
     </message>
     <message>
         <source>This will delete all downloaded themes, reset all settings to defaults, and restore the system cursor. Pintle will quit after reset.</source>

@@ -40,6 +40,10 @@
         <translation>La app se ha restablecido. Pintle se cerrará ahora. Ábralo otra vez para empezar de nuevo.</translation>
     </message>
     <message>
+        <source>Applications that are running already may keep their pointer until they are restarted.</source>
+        <translation>Las aplicaciones ya abiertas pueden conservar su puntero hasta que se reinicien.</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Aplicar el último cursor</translation>
     </message>
@@ -188,8 +192,8 @@
         <translation>Pintle %1 está disponible</translation>
     </message>
     <message>
-        <source>Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.</source>
-        <translation>Pintle no puede cambiar el puntero en este tipo de sesión; inicie una sesión X11 para usarlo.</translation>
+        <source>Pintle cannot change the pointer in this kind of session.</source>
+        <translation>Pintle no puede cambiar el puntero en este tipo de sesión.</translation>
     </message>
     <message>
         <source>Pintle found no tray</source>
@@ -358,6 +362,10 @@
     <message>
         <source>There is no network</source>
         <translation>No hay red</translation>
+    </message>
+    <message>
+        <source>This kind of session does not allow it</source>
+        <translation>Este tipo de sesión no lo permite</translation>
     </message>
     <message>
         <source>This will delete all downloaded themes, reset all settings to defaults, and restore the system cursor. Pintle will quit after reset.</source>

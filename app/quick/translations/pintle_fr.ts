@@ -40,6 +40,10 @@
         <translation>L’app a été réinitialisée. Pintle va quitter. Relancez-le pour repartir de zéro.</translation>
     </message>
     <message>
+        <source>Applications that are running already may keep their pointer until they are restarted.</source>
+        <translation>Les applications déjà ouvertes peuvent garder leur pointeur jusqu’à leur redémarrage.</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Appliquer le dernier pointeur</translation>
     </message>
@@ -188,8 +192,8 @@
         <translation>Pintle %1 est disponible</translation>
     </message>
     <message>
-        <source>Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.</source>
-        <translation>Pintle ne peut pas changer le pointeur dans ce type de session ; ouvrez une session X11 pour l’utiliser.</translation>
+        <source>Pintle cannot change the pointer in this kind of session.</source>
+        <translation>Pintle ne peut pas changer le pointeur dans ce type de session.</translation>
     </message>
     <message>
         <source>Pintle found no tray</source>
@@ -358,6 +362,10 @@
     <message>
         <source>There is no network</source>
         <translation>Aucun réseau</translation>
+    </message>
+    <message>
+        <source>This kind of session does not allow it</source>
+        <translation>Ce type de session ne le permet pas</translation>
     </message>
     <message>
         <source>This will delete all downloaded themes, reset all settings to defaults, and restore the system cursor. Pintle will quit after reset.</source>

@@ -40,6 +40,10 @@
         <translation>アプリをリセットしました。Pintle を終了します。もう一度起動すると最初から始められます。</translation>
     </message>
     <message>
+        <source>Applications that are running already may keep their pointer until they are restarted.</source>
+        <translation>起動中のアプリのポインターは、再起動するまで変わらないことがあります。</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>起動時に前回のカーソルを適用</translation>
     </message>
@@ -188,8 +192,8 @@
         <translation>Pintle %1 が利用できます</translation>
     </message>
     <message>
-        <source>Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.</source>
-        <translation>この種類のセッションではポインターを変更できません。X11 セッションにログインしてください。</translation>
+        <source>Pintle cannot change the pointer in this kind of session.</source>
+        <translation>この種類のセッションではポインターを変更できません。</translation>
     </message>
     <message>
         <source>Pintle found no tray</source>
@@ -358,6 +362,10 @@
     <message>
         <source>There is no network</source>
         <translation>ネットワークがありません</translation>
+    </message>
+    <message>
+        <source>This kind of session does not allow it</source>
+        <translation>この種類のセッションでは使えません</translation>
     </message>
     <message>
         <source>This will delete all downloaded themes, reset all settings to defaults, and restore the system cursor. Pintle will quit after reset.</source>

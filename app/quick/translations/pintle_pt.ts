@@ -40,6 +40,10 @@
         <translation>A app foi reposta. O Pintle vai fechar agora. Abra-o de novo para recomeçar.</translation>
     </message>
     <message>
+        <source>Applications that are running already may keep their pointer until they are restarted.</source>
+        <translation>As aplicações já abertas podem manter o seu ponteiro até serem reiniciadas.</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Aplicar o último cursor</translation>
     </message>
@@ -188,8 +192,8 @@
         <translation>O Pintle %1 está disponível</translation>
     </message>
     <message>
-        <source>Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.</source>
-        <translation>O Pintle não pode mudar o ponteiro neste tipo de sessão; inicie uma sessão X11 para usá-lo.</translation>
+        <source>Pintle cannot change the pointer in this kind of session.</source>
+        <translation>O Pintle não pode mudar o ponteiro neste tipo de sessão.</translation>
     </message>
     <message>
         <source>Pintle found no tray</source>
@@ -358,6 +362,10 @@
     <message>
         <source>There is no network</source>
         <translation>Não há rede</translation>
+    </message>
+    <message>
+        <source>This kind of session does not allow it</source>
+        <translation>Este tipo de sessão não o permite</translation>
     </message>
     <message>
         <source>This will delete all downloaded themes, reset all settings to defaults, and restore the system cursor. Pintle will quit after reset.</source>

@@ -40,6 +40,10 @@
         <translation>应用已重置。Pintle 现在将退出。再次启动即可重新开始。</translation>
     </message>
     <message>
+        <source>Applications that are running already may keep their pointer until they are restarted.</source>
+        <translation>已在运行的应用可能要在重新启动后才会更改指针。</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>启动时应用上次的光标</translation>
     </message>
@@ -188,8 +192,8 @@
         <translation>Pintle %1 已可用</translation>
     </message>
     <message>
-        <source>Pintle cannot change the pointer in this kind of session; log in to an X11 session to use it.</source>
-        <translation>Pintle 无法在此类会话中更改指针；请登录 X11 会话后使用。</translation>
+        <source>Pintle cannot change the pointer in this kind of session.</source>
+        <translation>Pintle 无法在此类会话中更改指针。</translation>
     </message>
     <message>
         <source>Pintle found no tray</source>
@@ -358,6 +362,10 @@
     <message>
         <source>There is no network</source>
         <translation>没有网络</translation>
+    </message>
+    <message>
+        <source>This kind of session does not allow it</source>
+        <translation>此类会话不支持此功能</translation>
     </message>
     <message>
         <source>This will delete all downloaded themes, reset all settings to defaults, and restore the system cursor. Pintle will quit after reset.</source>
