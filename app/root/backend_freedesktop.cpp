@@ -81,10 +81,9 @@ DesktopBackend makeDesktopBackend(EarlyBackend& early) {
     backend.images = makeQtImageService();
     backend.hardwareCursor = makeHardwareCursor();
     backend.names = makeFreedesktopNames();
-    backend.session =
-        detectSession(environment).make({*early.queue, *early.background, *early.log, environment, [] {
-                                             QCoreApplication::exit(1);
-                                         }});
+    backend.session = detectSession(environment)
+                          .make({*early.queue, *early.background, *early.log, environment, early.directories,
+                                 [] { QCoreApplication::exit(1); }});
     return backend;
 }
 

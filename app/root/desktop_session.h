@@ -23,6 +23,9 @@ struct DesktopSession {
     std::unique_ptr<Workspace> workspace;
     /// Null: nothing can be drawn above other programs' windows.
     std::unique_ptr<OverlayDesktop> overlay;
+    /// False: the workspace does not know which application is in front, nothing may be drawn above others,
+    /// and running programs follow the pointer only as far as they follow the desktop's setting.
+    bool seesApplications = true;
     /// Never null.
     std::unique_ptr<Appearance> appearance;
     /// Makes what puts the views on the desktop. Called once, with views that outlive the result.

@@ -21,7 +21,7 @@ struct Root::Desktop {
                            return settingsModel.emplace(SettingsWindowModel::Neighbours{
                                composition.settings(), *early.preferences, composition.launchAtLogin(),
                                composition.notifications(), composition.viewModel(), *shell.alerts,
-                               *early.application});
+                               *early.application, backend.session.seesApplications});
                        },
                        [this, &early]() -> AboutWindowModel& {
                            return aboutModel.emplace(early.bundle, *early.application, [this] {
@@ -34,8 +34,7 @@ struct Root::Desktop {
                       PopoverModel::Neighbours{composition.viewModel(), composition.updateChecker(),
                                                composition.settings(), composition.notifications(),
                                                *early.queue, *early.application, *early.log},
-                      canChangeThePointer() ? PopoverModel::Session::pointerCanChange
-                                            : PopoverModel::Session::pointerCannotChange);
+                      pointerSession());
               },
               *backend.session.appearance, composition.settings(),
               [this](QQmlEngine& engine, WindowContent content) {
@@ -58,9 +57,12 @@ struct Root::Desktop {
             settings, backend.names});
     }
 
-    bool canChangeThePointer() const {
-        return backend.session.overlay ||
-               backend.session.windowServer->provides(WindowServerFunction::registerCursorWithImages);
+    PopoverModel::Session pointerSession() const {
+        if (backend.session.overlay) return PopoverModel::Session::pointerCanChange;
+        if (!backend.session.windowServer->provides(WindowServerFunction::registerCursorWithImages))
+            return PopoverModel::Session::pointerCannotChange;
+        return backend.session.seesApplications ? PopoverModel::Session::pointerCanChange
+                                                : PopoverModel::Session::pointerFollowsSetting;
     }
 
     DesktopBackend backend;

@@ -6,19 +6,25 @@
 #include <utility>
 
 #include "app/root/shell_desktop_x11.h"
-#include "platform/absent_window_server.h"
 #include "platform/qt/qt_socket_watch.h"
 #include "platform/qt/shell/qt_alerts.h"
 #include "platform/qt/shell/qt_event_monitors.h"
 #include "platform/qt/shell/qt_popovers.h"
 #include "platform/qt/shell/qt_status_bar.h"
 #include "platform/qt/shell/qt_windows.h"
+#include "platform/wayland/gsettings_provider.h"
+#include "platform/wayland/hyprland_provider.h"
+#include "platform/wayland/kde_provider.h"
+#include "platform/wayland/output_scales.h"
+#include "platform/wayland/sway_provider.h"
+#include "platform/wayland/wayland_window_server.h"
 #include "platform/x11/cursors/x11_window_server.h"
 #include "platform/x11/desktop/x11_appearance.h"
 #include "platform/x11/desktop/x11_workspace.h"
 #include "platform/x11/overlay/overlay_desktop.h"
 #include "platform/x11/overlay/screen_watch.h"
 #include "platform/x11/windows/x11_shell.h"
+#include "settings/cursor_settings.h"
 
 namespace pintle {
 namespace {
@@ -90,19 +96,89 @@ DesktopSession makeX11Session(const SessionContext& context) {
     return session;
 }
 
-/// Nobody else may set the pointer of another program here, or draw above its windows.
-DesktopSession makeSessionWithoutCursors(const SessionContext& context) {
+std::vector<std::unique_ptr<wayland::SettingsProvider>> settingsProviders(
+    const wayland::Environment& environment) {
+    std::vector<std::unique_ptr<wayland::SettingsProvider>> providers;
+    const auto add = [&](std::unique_ptr<wayland::SettingsProvider> provider) {
+        if (provider) providers.push_back(std::move(provider));
+    };
+    add(wayland::makeKdeProvider(environment));
+    add(wayland::makeSwayProvider(environment));
+    add(wayland::makeHyprlandProvider(environment));
+    // Last, because on those desktops only some programs follow it.
+    add(wayland::makeGSettingsProvider({}));
+    return providers;
+}
+
+/// Wayland's own windows hide from the X server which application is in front, so that no rule can be about
+/// it.
+class WorkspaceWithoutApplications : public Workspace {
+  public:
+    explicit WorkspaceWithoutApplications(std::unique_ptr<Workspace> workspace)
+        : workspace_(std::move(workspace)) {}
+    std::optional<RunningApplication> frontmostApplication() override { return std::nullopt; }
+    Subscription observe(WorkspaceEvent event, Handler handler) override {
+        if (event == WorkspaceEvent::didActivateApplication) return {};
+        return workspace_->observe(event, std::move(handler));
+    }
+    Subscription observeDisplayReconfiguration(DisplayHandler handler) override {
+        return workspace_->observeDisplayReconfiguration(std::move(handler));
+    }
+
+  private:
+    const std::unique_ptr<Workspace> workspace_;
+};
+
+/// The pointer is the compositor's here, and follows the desktop's setting; nobody may draw above other
+/// windows.
+DesktopSession makeWaylandSession(const SessionContext& context) {
     auto session = withXShell(context);
-    context.log.system("[X11] Wayland session - cursor registration unavailable");
-    session.windowServer = std::make_unique<AbsentWindowServer>();
+    session.seesApplications = false;
+    const auto environment = [given = context.environment](const std::string& name) {
+        return given(name.c_str());
+    };
+    const auto& directories = context.directories;
+    session.windowServer = makeWaylandWindowServer({
+        .queue = context.queue,
+        .background = context.background,
+        .log = context.log,
+        .environment = environment,
+        .icons = {directories.applicationSupport / "icons", directories.home / ".icons"},
+        .stateFile = directories.applicationSupport / "Pintle" / "pointer_setting.json",
+        .providers = settingsProviders(environment),
+        .outputScales =
+            [environment] {
+                // Exact where the compositor says fractions.
+                auto scales = wayland::swayOutputScales(environment);
+                return scales.empty() ? wayland::outputScales(std::nullopt) : scales;
+            },
+        .cursorScale = [] { return CursorSettings::shared().cursorScale(); },
+        .makeXServer =
+            [&queue = context.queue, &log = context.log, environment](
+                std::function<std::pair<std::string, int>()> desktopTheme) -> std::unique_ptr<WindowServer> {
+            const auto display = environment("DISPLAY");
+            if (!display || display->empty()) return nullptr;
+            return makeX11WindowServer({
+                .display = display,
+                .queue = queue,
+                .log = log,
+                .watchReadable = watcherOn(queue),
+                .serverDied = {},
+                .environment = environment,
+                .nameSent = {},
+                .desktopTheme = std::move(desktopTheme),
+            });
+        },
+    });
     addXDesktop(session, context);
+    session.workspace = std::make_unique<WorkspaceWithoutApplications>(std::move(session.workspace));
     return session;
 }
 
 constexpr std::array kKinds{
     SessionKind{"x11", [](const Environment& environment) { return !isWayland(environment); },
                 makeX11Session},
-    SessionKind{"none", [](const Environment&) { return true; }, makeSessionWithoutCursors},
+    SessionKind{"wayland", [](const Environment&) { return true; }, makeWaylandSession},
 };
 
 }  // namespace

@@ -22,6 +22,7 @@ struct SessionContext {
     BackgroundTasks& background;
     Log& log;
     Environment environment;
+    UserDirectories directories;
     /// Ends the process: the session's server is gone for good.
     std::function<void()> serverDied;
 };
