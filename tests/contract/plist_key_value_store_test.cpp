@@ -4,11 +4,9 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <chrono>
-#include <fstream>
 #include <memory>
 #include <vector>
 
@@ -16,6 +14,7 @@
 #include "platform/fake/virtual_scheduler.h"
 #include "platform/plist/plist_coder.h"
 #include "tests/contract/child_process.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temporary_folder.h"
 
 namespace pintle {
@@ -24,11 +23,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using ::testing::HasSubstr;
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream input(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(input), {}};
-}
 
 class PreferenceFile : public ::testing::Test {
   protected:
@@ -317,27 +311,6 @@ TEST_F(PreferenceFile, ALockThatIsNotGivenBackIsWaitedForOnce) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, 500ms);
     ::close(lock);
 }
-
-/// No file of this process grows beyond `bytes` while this lives.
-class FullDisk {
-  public:
-    explicit FullDisk(rlim_t bytes) {
-        before_ = ::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &limit_);
-        const rlimit small{bytes, limit_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &limit_);
-        ::signal(SIGXFSZ, before_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-  private:
-    rlimit limit_ = {};
-    void (*before_)(int) = nullptr;
-};
 
 TEST_F(PreferenceFile, AFullDiskKeepsTheOldFileAndTheValueIsWrittenLater) {
     const auto store = open();

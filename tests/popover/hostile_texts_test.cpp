@@ -1,31 +1,18 @@
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
 #include <QTcpServer>
-#include <optional>
 #include <set>
 
-#include "app/quick/shell_views_quick.h"
-#include "platform/fake/fake_appearance.h"
-#include "tests/app/model_world.h"
+#include "tests/popover/popover_world.h"
 
 namespace pintle {
 namespace {
 
 /// Texts from archives and servers name a server of this test, which must not be asked.
-struct HostileTextsTest : testing::Test {
+struct HostileTextsTest : PopoverWorld {
     QTcpServer server;
-    ModelWorld world;
-    FakeAppearance appearance;
-    std::optional<PopoverModel> model;
-    std::unique_ptr<ShellViewsQuick> views;
-    QQuickView* view = nullptr;
 
     HostileTextsTest() { server.listen(QHostAddress::LocalHost); }
     std::string address() const {
@@ -33,20 +20,6 @@ struct HostileTextsTest : testing::Test {
     }
     std::string markup(const char* place) const {
         return "<h1>" + std::string(place) + "</h1><img src=\"" + address() + "\">";
-    }
-    void show() {
-        model.emplace(PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings,
-                                               world.notifications, world.scheduler.mainQueue(),
-                                               world.application, world.log});
-        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
-            [this]() -> PopoverModel& { return *model; }, appearance, world.settings, {}, {}});
-        views->setComposited(false);
-        view = qobject_cast<QQuickView*>(views->popover());
-        ASSERT_NE(view, nullptr);
-        view->resize(340, 520);
-        views->popoverWillShow(false);
-        view->show();
-        for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
     }
     /// Everything below an object, once: its own children, what is drawn in it, and what its popups hold.
     static void collect(QObject* object, std::set<QObject*>& all) {

@@ -1,18 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAccessible>
-#include <QCoreApplication>
-#include <QKeyEvent>
-#include <QQuickItem>
-#include <QQuickView>
 #include <QTest>
 #include <functional>
 
-#include "app/quick/shell_views_quick.h"
-#include "platform/fake/fake_appearance.h"
 #include "settings/notification_names.h"
-#include "tests/app/model_world.h"
+#include "tests/popover/popover_world.h"
 
 namespace pintle {
 namespace {
@@ -31,45 +24,7 @@ struct Spoken {
 
 constexpr auto classic = "bibata-modern-classic";
 
-struct PopoverViewTest : testing::Test {
-    ModelWorld world;
-    FakeAppearance appearance;
-    std::unique_ptr<PopoverModel> model;
-    std::unique_ptr<ShellViewsQuick> views;
-    QQuickView* view = nullptr;
-
-    void show(PopoverModel::Session session = PopoverModel::Session::pointerCanChange) {
-        if (!world.viewModel) world.start();
-        model = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log},
-            session);
-        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
-            [this]() -> PopoverModel& { return *model; }, appearance, world.settings, {}, {}});
-        views->setComposited(false);
-        view = qobject_cast<QQuickView*>(views->popover());
-        ASSERT_NE(view, nullptr);
-        view->resize(340, 520);
-        views->popoverWillShow(false);
-        view->show();
-        view->requestActivate();
-        settle();
-    }
-    static void settle() {
-        for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
-        QKeyEvent down(QEvent::KeyPress, key, modifiers);
-        QCoreApplication::sendEvent(view, &down);
-        QKeyEvent up(QEvent::KeyRelease, key, modifiers);
-        QCoreApplication::sendEvent(view, &up);
-        settle();
-    }
-    std::string focused() const {
-        auto* item = view->activeFocusItem();
-        auto* spoken = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
-        return spoken ? spoken->text(QAccessible::Name).toStdString() : std::string();
-    }
+struct PopoverViewTest : PopoverWorld {
     /// What shows the mark of the keyboard's focus.
     std::string ringed() const {
         auto* const item = view->activeFocusItem();
@@ -91,10 +46,6 @@ struct PopoverViewTest : testing::Test {
         for (const auto& one : spoken())
             if (one.role == role && one.name == name) return one;
         return std::nullopt;
-    }
-    void install(const char* id) {
-        writeFile(world.themesDirectory() / id / "cursors" / "left_ptr",
-                  XCursorBuilder().image({.size = 32}).bytes());
     }
 };
 

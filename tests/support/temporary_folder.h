@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <span>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -40,6 +41,13 @@ inline void writeFile(const std::filesystem::path& path, std::span<const std::ui
 }
 inline void writeFile(const std::filesystem::path& path, std::string_view text) {
     writeFile(path, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+}
+
+/// The whole file; empty when it cannot be read.
+inline std::string contentOf(const std::filesystem::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
 }
 
 }  // namespace pintle

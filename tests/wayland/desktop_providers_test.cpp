@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <map>
-#include <sstream>
 
 #include "platform/fake/fake_log.h"
 #include "platform/wayland/gsettings_provider.h"
@@ -18,12 +16,6 @@ namespace pintle::wayland {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 class GSettingsFile : public ::testing::Test {
   protected:
@@ -90,7 +82,7 @@ class KdeFile : public ::testing::Test {
             static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                               G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
             nullptr, nullptr, nullptr);
-        std::string heard;
+        std::string received;
         g_dbus_connection_signal_subscribe(
             listener, nullptr, "org.kde.KGlobalSettings", "notifyChange", "/KGlobalSettings", nullptr,
             G_DBUS_SIGNAL_FLAGS_NONE,
@@ -100,7 +92,7 @@ class KdeFile : public ::testing::Test {
                 *static_cast<std::string*>(data) = text;
                 g_free(text);
             },
-            &heard, nullptr);
+            &received, nullptr);
         // The bus has taken the subscription when it answers the next call.
         g_variant_unref(g_dbus_connection_call_sync(listener, "org.freedesktop.DBus", "/org/freedesktop/DBus",
                                                     "org.freedesktop.DBus", "GetId", nullptr, nullptr,
@@ -109,10 +101,10 @@ class KdeFile : public ::testing::Test {
         bool late = false;
         const auto timer = g_timeout_add(
             5000, [](gpointer data) { return *static_cast<bool*>(data) = true, G_SOURCE_REMOVE; }, &late);
-        while (heard.empty() && !late) g_main_context_iteration(nullptr, TRUE);
+        while (received.empty() && !late) g_main_context_iteration(nullptr, TRUE);
         if (!late) g_source_remove(timer);
         g_object_unref(listener);
-        return heard;
+        return received;
     }
 
     TemporaryFolder folder_;

@@ -6,21 +6,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "tests/support/temporary_folder.h"
 
 namespace pintle::wayland {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 SettingState example() {
     return {{"gsettings:a.b", {{"Adwaita", "24"}, {"Pintle-A", "32"}, "41"}},

@@ -3,17 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <fstream>
 #include <set>
-#include <sstream>
 
+#include "tests/support/full_disk.h"
 #include "tests/support/temporary_folder.h"
 
 namespace pintle::wayland {
@@ -25,12 +22,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-std::string contentOf(const fs::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-}
-
 std::set<std::string> namesIn(const fs::path& folder) {
     std::set<std::string> names;
     std::error_code error;
@@ -38,27 +29,6 @@ std::set<std::string> namesIn(const fs::path& folder) {
         names.insert(each->path().filename().string());
     return names;
 }
-
-/// No file of this process grows beyond `bytes` while this lives.
-class FullDisk {
-  public:
-    explicit FullDisk(rlim_t bytes) {
-        before_ = ::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &limit_);
-        const rlimit small{bytes, limit_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &limit_);
-        ::signal(SIGXFSZ, before_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-  private:
-    rlimit limit_ = {};
-    void (*before_)(int) = nullptr;
-};
 
 class ThemeFolder : public ::testing::Test {
   protected:
