@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -131,12 +132,15 @@ TEST_F(ProcessRunnerTest, AChildComputesNoLongerThanAllowed) {
 }
 
 TEST_F(ProcessRunnerTest, TheChildDiesWithTheProgram) {
+    // Whoever opens a pipe waits for the other end.
+    const auto pipe = folder.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const auto pidFile = folder.path() / "pid";
     const pid_t program = ::fork();
     if (program == 0) {
         // A fresh event loop is not needed: the child is started inside start().
-        shell("echo $$ > " + pidFile.string() + "; exec sleep 100");
-        while (!fs::exists(pidFile) || fs::file_size(pidFile) < 2) ::usleep(10'000);
+        shell("echo $$ > " + pipe.string() + "; exec sleep 100");
+        writeFile(pidFile, contentOf(pipe));
         ::kill(::getpid(), SIGKILL);
     }
     int state = 0;

@@ -372,6 +372,7 @@ TEST_F(RealArchives, TheProgramThatUnpacksIsLimitedAndConfined) {
         return fs::read_symlink(proc / "cwd", error).filename() == "inside" &&
                lineOf(proc / "status", "State:").starts_with("State: S");
     };
+    // Nobody reports that another process waits for a pipe, so it is looked at again and again.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!waits() && std::chrono::steady_clock::now() < deadline) ::usleep(1000);
     EXPECT_TRUE(waits());

@@ -156,7 +156,8 @@ TEST_F(SettingsSurvivalTest, TenThousandChangesWithAHundredSuddenDeathsLoseNothi
         const long wanted = (kChanges - changes) / (kDeaths - death) + static_cast<long>(random() % 21);
         while (writer.changes < wanted && writer.readSome()) {
         }
-        // Somewhere inside the next few changes.
+        // At any moment inside the next few changes: a death that waits for an event is always at the same
+        // place.
         ::usleep(static_cast<useconds_t>(random() % 2000));
         writer.kill();
         ASSERT_TRUE(WIFSIGNALED(writer.wait()));
@@ -206,6 +207,7 @@ TEST_F(SettingsSurvivalTest, WritersThatDieInCompanyLeaveAFileThatParsesAndTakes
         while (dying.changes < 20 && dying.readSome()) {
         }
         ASSERT_TRUE(steady.readSome());
+        // At any moment, as above.
         ::usleep(static_cast<useconds_t>(random() % 2000));
         dying.kill();
         ASSERT_TRUE(WIFSIGNALED(dying.wait()));

@@ -57,14 +57,14 @@ class VirtualPointer:
     def until_answered(self):
         callback = self.fresh()
         self.send(DISPLAY, 0, struct.pack("=I", callback))
-        heard = []
+        received = []
         while True:
             message = self.receive()
             if message[0] == DISPLAY and message[1] == 0:
                 raise RuntimeError(f"the compositor complains: {message[2]!r}")
             if message[0] == callback:
-                return heard
-            heard.append(message)
+                return received
+            received.append(message)
 
     def move(self, x, y, width, height):
         """To a point of an output area of that size."""
