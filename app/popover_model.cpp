@@ -209,9 +209,9 @@ std::optional<UserText> PopoverModel::unavailable() const {
 void PopoverModel::refreshNews() {
     std::size_t at = 0;
     for (const auto& theme : to_.viewModel.themes()) {
-        if (at >= told_.size()) return;
-        const auto& told = told_[at++];
-        const bool came = told.id == theme.id && told.status == RowStatus::downloading &&
+        if (at >= shown_.size()) return;
+        const auto& before = shown_[at++];
+        const bool came = before.id == theme.id && before.status == RowStatus::downloading &&
                           theme.isDownloaded && !theme.isDownloading;
         if (came) news_.downloaded(theme.id);
     }
@@ -221,13 +221,13 @@ void PopoverModel::refreshRows() {
     refreshNews();
     std::vector<ThemeRow> rows;
     std::vector<std::string> different;
-    rows.reserve(told_.size());
+    rows.reserve(shown_.size());
     for (const auto& theme : to_.viewModel.themes()) {
         rows.push_back(row(theme.id));
         const auto at = rows.size() - 1;
-        if (at >= told_.size() || told_[at] != rows.back()) different.push_back(theme.id);
+        if (at >= shown_.size() || shown_[at] != rows.back()) different.push_back(theme.id);
     }
-    told_ = std::move(rows);
+    shown_ = std::move(rows);
     if (!different.empty()) rowsChanged.emit(different);
 }
 

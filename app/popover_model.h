@@ -181,8 +181,8 @@ class PopoverModel {
     CursorHandedness listedFilter_ = CursorHandedness::all;
     /// Ids and hands of all themes when rowIds_ was made.
     std::vector<std::pair<std::string, CursorHandedness>> listedThemes_;
-    /// What the user interface has been told of each theme, in catalog order.
-    std::vector<ThemeRow> told_;
+    /// What the user interface shows of each theme, in catalog order.
+    std::vector<ThemeRow> shown_;
     std::vector<Subscription> observers_;
 };
 

@@ -116,7 +116,7 @@ class SettingsWindowModel {
     void selectScale(double scale);
 
     // Exclusions.
-    /// False where no application can be told from another.
+    /// False where applications cannot be distinguished.
     bool exclusionsEnabled() const { return to_.seesApplications; }
     UserText exclusionsExplanation() const;
     const std::vector<std::string>& excludedApps() const { return to_.settings.excludedApps(); }

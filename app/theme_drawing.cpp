@@ -126,7 +126,7 @@ ThemeDrawing themeDrawing(std::string_view name, CursorHandedness handedness) {
         const auto folded = foldedText(word);
         const auto known = std::ranges::find(colourWords, folded, &ColourWord::word);
         if (known != colourWords.end()) colour = &*known;
-        if (const auto told = shapeOf(folded)) shape = told;
+        if (const auto named = shapeOf(folded)) shape = named;
     }
 
     ThemeDrawing drawing;

@@ -1,5 +1,5 @@
 // What stands for a theme of which there is no picture yet: a pointer of our own that looks like the theme's
-// as far as its name tells, or else the initials of the name. Pure; any thread.
+// as far as its name says so, or else the initials of the name. Pure; any thread.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct ThemeDrawing {
     enum class Kind : std::uint8_t { letters, pointer };
     enum class Shape : std::uint8_t { plain, rounded, angular };
     enum class Fill : std::uint8_t {
-        /// The name tells a shape and no colour.
+        /// The name has a word for a shape and none for a colour.
         none,
         /// One colour.
         plain,

@@ -4,7 +4,7 @@
 // How they are translated: every source stands in one of the models' lists of texts as
 // translatable("Pintle", "…"), which the extraction tool is told to read as QT_TRANSLATE_NOOP
 // (lupdate -tr-function-alias QT_TRANSLATE_NOOP+=translatable). The user interface looks the source up in the
-// context "Pintle" and puts the argument in the place of "%1".
+// context "Pintle" and replaces "%1" by the argument.
 #pragma once
 
 #include <string>

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Fails when a text that people read is missing in a language: each translatable("Pintle", "...") of the sources must
 have a finished translation in every file of translations, with the same places for values. A translation whose text is
-nowhere is told as well.
+nowhere is reported as well.
 
   check_translations.py SOURCE... FILE.ts...
 """

@@ -18,7 +18,7 @@ class Root {
     Root& operator=(const Root&) = delete;
 
     /// Brings the program up to the point where it waits for events. False when another copy runs: that one
-    /// was told, nothing was touched, and the program ends.
+    /// was asked to show itself, nothing was touched, and the program ends.
     [[nodiscard]] bool start();
 
     MainQueue& mainQueue() { return *early_.queue; }

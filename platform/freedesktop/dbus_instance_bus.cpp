@@ -251,7 +251,7 @@ class DbusInstanceBus : public InstanceBus {
         connectTo(address);
         const auto answer = ask("RequestName", {name_, kWaitForIt}, kCallMilliseconds);
         if (answer != kInQueue && answer != kExists) return;
-        // An owner whose age cannot be told stays: it would not believe that this one is older.
+        // An owner of unknown age stays: it would not believe that this one is older.
         if (isOlderThanThis(name_, true)) {
             olderCopies_.emit();
             return;

@@ -35,8 +35,8 @@ void freeWritten(Text* text) {
         plist_to_bin_free(text);
 }
 
-/// Version 2.3 of the library tells negative integers from those above the signed range; earlier ones have
-/// one function for both, which is the unsigned one.
+/// Version 2.3 of the library distinguishes negative integers from those above the signed range; earlier ones
+/// have one function for both, which is the unsigned one.
 template <typename Integer>
 plist_t newInteger(Integer value) {
     if constexpr (requires { plist_new_int(value); })

@@ -41,7 +41,7 @@ struct WrittenTheme {
     std::optional<Error> linkError;
 };
 
-/// Writes a whole theme under one of kThemeNames in the place of an earlier one of this program, and waits
+/// Writes a whole theme under one of kThemeNames instead of an earlier one of this program, and waits
 /// until it is on the disk; nobody ever sees a part of it. `inherits`: the themes that are asked for what it
 /// lacks; names that no index file can hold are left out. On an error, of the domain "errno", what was there
 /// is as it was; EEXIST when something of this name is not ours.

@@ -61,7 +61,7 @@ class CursorPicture {
 
 using PicturePtr = std::shared_ptr<const CursorPicture>;
 
-/// The picture as the window server's interface tells it: all frames in one strip, frame 0 on top, each as
+/// The picture as the window server's interface has it: all frames in one strip, frame 0 on top, each as
 /// large as the first. Absent when the memory cannot be had.
 std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture);
 
