@@ -48,8 +48,8 @@ WindowSpec aboutSpec() {
 
 }  // namespace
 
-AppDelegate::AppDelegate(Neighbours neighbours) : to_(std::move(neighbours)) {
-    to_.application.setWillTerminate(lifetime_.weakly([this] { applicationWillTerminate(); }));
+AppDelegate::AppDelegate(Dependencies dependencies) : deps_(std::move(dependencies)) {
+    deps_.application.setWillTerminate(lifetime_.weakly([this] { applicationWillTerminate(); }));
 }
 
 AppDelegate::~AppDelegate() {
@@ -59,13 +59,13 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    if (to_.bundle.identifier.empty()) std::abort();
-    auto& log = to_.early.log;
-    auto& instances = to_.early.instances;
+    if (deps_.bundle.identifier.empty()) std::abort();
+    auto& log = deps_.early.log;
+    auto& instances = deps_.early.instances;
     if (instances.anotherCopyRuns()) {
         isRedundant_ = true;
         instances.post(kShowPopoverNotification);
-        to_.application.terminate();
+        deps_.application.terminate();
         return;
     }
     showPopoverRequest_ = instances.observe(kShowPopoverNotification, lifetime_.weakly([this] {
@@ -73,18 +73,18 @@ void AppDelegate::applicationDidFinishLaunching() {
     }));
     olderCopy_ = instances.observeOlderCopy(lifetime_.weakly([this] {
         if (std::exchange(isRedundant_, true)) return;
-        to_.early.log.system("[PINTLEAPP] A copy that started earlier runs - ending");
-        to_.application.terminate();
+        deps_.early.log.system("[PINTLEAPP] A copy that started earlier runs - ending");
+        deps_.application.terminate();
     }));
-    to_.composition.refreshLoginItem(to_.login);
-    to_.installSignalRecovery();
-    desktop_.emplace(to_.makeDesktop());
+    deps_.composition.refreshLoginItem(deps_.login);
+    deps_.installSignalRecovery();
+    desktop_.emplace(deps_.makeDesktop());
 
     // A pointer hidden by a copy that crashed comes back.
     log.system("[PINTLEAPP] Calling showSystemCursorGuaranteed()");
-    to_.composition.overlay().showSystemCursorGuaranteed();
+    deps_.composition.overlay().showSystemCursorGuaranteed();
     log.system("[PINTLEAPP] showSystemCursorGuaranteed() DONE");
-    to_.application.setActivationPolicy(ActivationPolicy::accessory);
+    deps_.application.setActivationPolicy(ActivationPolicy::accessory);
     log.system("[PINTLEAPP] setupMenuBar()");
     setupMenuBar();
     log.system("[PINTLEAPP] setupEventMonitor()");
@@ -95,14 +95,14 @@ void AppDelegate::applicationDidFinishLaunching() {
     applyLastCursor();
     // The second of two lines, as the first step of start-up after the call.
     log.system("[PINTLEAPP] applyLastCursor() DONE");
-    to_.composition.updateChecker().start();
-    welcomePending_ = to_.welcomes;
+    deps_.composition.updateChecker().start();
+    welcomePending_ = deps_.welcomes;
     if (desktop_->statusBar.isAvailable()) welcome();
 }
 
 void AppDelegate::setupMenuBar() {
     if (!desktop_) return;
-    auto& log = to_.early.log;
+    auto& log = deps_.early.log;
     log.system("[MENUBAR] setupMenuBar() START");
     statusItem_ = desktop_->statusBar.makeStatusItem(kSquareStatusItemLength);
     log.system("[MENUBAR] Status item created: " + statusItem_->description());
@@ -118,15 +118,15 @@ void AppDelegate::setupMenuBar() {
     }
     log.system("[MENUBAR] Creating popover...");
     // What the popover's view is built on exists before the view.
-    to_.composition.viewModel();
-    to_.composition.updateChecker();
+    deps_.composition.viewModel();
+    deps_.composition.updateChecker();
     popover_ = desktop_->popovers.makePopover(
         {.contentSize = PopoverModel::contentSize, .transient = true, .animates = true});
     log.system("[MENUBAR] Popover created with PopoverView");
     log.system("[MENUBAR] setupMenuBar() DONE");
 
     if (!desktop_->statusBar.isAvailable())
-        trayDeadline_ = to_.mainQueue.after(kTrayPatience, lifetime_.weakly([this] {
+        trayDeadline_ = deps_.mainQueue.after(kTrayPatience, lifetime_.weakly([this] {
             tellIfThereIsNoTray();
             if (desktop_->statusBar.isAvailable()) welcome();
         }));
@@ -142,7 +142,7 @@ void AppDelegate::setupEventMonitor() {
 }
 
 void AppDelegate::setupNotificationObservers() {
-    auto& centre = to_.composition.notifications();
+    auto& centre = deps_.composition.notifications();
     openSettingsRequest_ = centre.observe(std::string(notification::openSettingsRequest),
                                           [this](const std::any&) { openSettings(); });
     openAboutRequest_ =
@@ -152,16 +152,16 @@ void AppDelegate::setupNotificationObservers() {
 }
 
 void AppDelegate::applyLastCursor() {
-    auto& log = to_.early.log;
+    auto& log = deps_.early.log;
     log.system("[PINTLEAPP] applyLastCursor() START");
-    cursorViewModel_ = &to_.composition.viewModel();
+    cursorViewModel_ = &deps_.composition.viewModel();
     log.system("[PINTLEAPP] CursorViewModel created");
     cursorViewModel_->applyLastUsedTheme();
     log.system("[PINTLEAPP] applyLastCursor() DONE");
 }
 
 void AppDelegate::statusBarClicked(std::optional<StatusItemEvent> event) {
-    auto& log = to_.early.log;
+    auto& log = deps_.early.log;
     log.system("[MENUBAR] STATUS BAR CLICKED!!!");
     if (!event) {
         log.system("[MENUBAR] No current event");
@@ -174,11 +174,11 @@ void AppDelegate::statusBarClicked(std::optional<StatusItemEvent> event) {
         return;
     }
     log.system("[MENUBAR] Left click - toggling popover");
-    if (!dismissal_.drops(*event, to_.mainQueue.now())) togglePopover();
+    if (!dismissal_.drops(*event, deps_.mainQueue.now())) togglePopover();
 }
 
 void AppDelegate::togglePopover() {
-    auto& log = to_.early.log;
+    auto& log = deps_.early.log;
     if (!statusItem_ || !statusItem_->hasButton() || !popover_) {
         log.system("[MENUBAR] togglePopover: no button");
         return;
@@ -191,7 +191,7 @@ void AppDelegate::togglePopover() {
     log.system("[MENUBAR] Showing popover...");
     popover_->show(*statusItem_, placeUnderStatusItem(PopoverModel::contentSize, placement()));
     log.system("[MENUBAR] Popover shown, activating app");
-    to_.application.activateIgnoringOtherApps();
+    deps_.application.activateIgnoringOtherApps();
     tellIfThereIsNoTray();
 }
 
@@ -229,7 +229,7 @@ void AppDelegate::show(std::unique_ptr<ShellWindow>& window, const WindowSpec& s
     if (!window) return;
     positionWindowUnderStatusItem(*window);
     window->makeKeyAndOrderFront();
-    to_.application.activateIgnoringOtherApps();
+    deps_.application.activateIgnoringOtherApps();
 }
 
 void AppDelegate::positionWindowUnderStatusItem(ShellWindow& window) {
@@ -244,7 +244,7 @@ void AppDelegate::positionWindowUnderStatusItem(ShellWindow& window) {
 
 Placement AppDelegate::placement() const {
     Placement known;
-    known.policy = to_.placement;
+    known.policy = deps_.placement;
     known.hasButton = statusItem_ && statusItem_->hasButton();
     if (known.hasButton) known.button = statusItem_->buttonFrame();
     known.lastClick = lastClick_;
@@ -256,12 +256,13 @@ Placement AppDelegate::placement() const {
 }
 
 void AppDelegate::checkForUpdates() {
-    to_.mainQueue.post(lifetime_.weakly([this] { to_.composition.updateChecker().checkInteractively(); }));
+    deps_.mainQueue.post(
+        lifetime_.weakly([this] { deps_.composition.updateChecker().checkInteractively(); }));
 }
 
 void AppDelegate::quitApp() {
     stopOverlay();
-    to_.application.terminate();
+    deps_.application.terminate();
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -269,30 +270,30 @@ void AppDelegate::applicationWillTerminate() {
     stopOverlay();
     // A copy that found another one puts nothing back under the other one's feet.
     if (isRedundant_) return;
-    if (boolValue(to_.early.preferences, CursorSettings::restoreOnQuitKey)) {
-        auto& changer = to_.composition.changer();
-        auto& applier = to_.composition.applier();
+    if (boolValue(deps_.early.preferences, CursorSettings::restoreOnQuitKey)) {
+        auto& changer = deps_.composition.changer();
+        auto& applier = deps_.composition.applier();
         changer.restoreSystemState();
         changer.forgetApplied();
         applier.resetToSystemDefaults();
         applier.customCursors().clear();
     }
-    to_.composition.flush();
+    deps_.composition.flush();
 }
 
 void AppDelegate::stopOverlay() {
     if (!desktop_) return;
-    auto& overlay = to_.composition.overlay();
+    auto& overlay = deps_.composition.overlay();
     overlay.deactivate();
     overlay.showSystemCursorGuaranteed();
     overlay.destroyWindows();
     overlay.showSystemCursorGuaranteed();
-    to_.early.log.standardOutput("[AppDelegate] System cursor restored");
+    deps_.early.log.standardOutput("[AppDelegate] System cursor restored");
 }
 
 void AppDelegate::pressedElsewhere(const GlobalMouseDown& press) {
     const bool closes = popover_ && popover_->isShown();
-    dismissal_.pressed(press, closes, to_.mainQueue.now());
+    dismissal_.pressed(press, closes, deps_.mainQueue.now());
     if (closes) popover_->close();
 }
 
@@ -308,14 +309,14 @@ bool AppDelegate::swallowsKey(const LocalKeyDown& key) {
 
 void AppDelegate::welcome() {
     if (!std::exchange(welcomePending_, false)) return;
-    to_.application.notify(std::string(translatable("Pintle", "Pintle lives in the tray")),
-                           std::string(translatable("Pintle", "Click its icon to choose a cursor theme.")));
+    deps_.application.notify(std::string(translatable("Pintle", "Pintle lives in the tray")),
+                             std::string(translatable("Pintle", "Click its icon to choose a cursor theme.")));
 }
 
 void AppDelegate::tellIfThereIsNoTray() {
     if (hasToldOfNoTray_ || !desktop_ || desktop_->statusBar.isAvailable()) return;
     hasToldOfNoTray_ = true;
-    to_.application.notify(
+    deps_.application.notify(
         std::string(translatable("Pintle", "Pintle found no tray")),
         std::string(
             translatable("Pintle", "It goes on running without an icon. Start Pintle again to open it.")));

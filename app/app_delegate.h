@@ -38,7 +38,7 @@ struct ShellPlatform {
 class AppDelegate {
   public:
     /// Everything passed by reference must outlive the delegate.
-    struct Neighbours {
+    struct Dependencies {
         Composition& composition;
         EarlyPlatform early;
         Application& application;
@@ -58,7 +58,7 @@ class AppDelegate {
     };
 
     /// From here on the end of the program is heard.
-    explicit AppDelegate(Neighbours neighbours);
+    explicit AppDelegate(Dependencies dependencies);
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
     /// Stops the overlay, then the monitors.
@@ -106,7 +106,7 @@ class AppDelegate {
     void welcome();
     void stopOverlay();
 
-    const Neighbours to_;
+    const Dependencies deps_;
     std::optional<ShellPlatform> desktop_;
     bool isRedundant_ = false;
     bool hasTerminated_ = false;

@@ -61,7 +61,7 @@ void Composition::flush() {
 
 CursorViewModel& Composition::viewModel() {
     if (!viewModel_) {
-        viewModel_ = std::make_unique<CursorViewModel>(CursorViewModel::Neighbours{
+        viewModel_ = std::make_unique<CursorViewModel>(CursorViewModel::Dependencies{
             core_->themes, core_->store, core_->pipeline, core_->downloads, core_->removal, core_->fullReset,
             early_.preferences, core_->platform.mainQueue, core_->platform.background, core_->platform.hints,
             early_.log});

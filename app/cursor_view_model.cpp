@@ -22,25 +22,25 @@ bool passes(CursorHandedness filter, CursorHandedness theme) {
 
 }  // namespace
 
-CursorViewModel::CursorViewModel(const Neighbours& neighbours) : to_(neighbours) {
-    to_.log.system("[VIEWMODEL] INIT START");
-    to_.log.system(fmt::format("[VIEWMODEL] Catalog count: {}", CursorThemeInfo::catalog().size()));
-    themesChanged_ = to_.themes.changed.observe([this] { changed.emit(); });
-    downloaded_ = to_.downloads.downloaded.observe([this] { detectAnimatedThemes(); });
-    deleted_ = to_.removal.deleted.observe([this](const std::string& id) {
+CursorViewModel::CursorViewModel(const Dependencies& dependencies) : deps_(dependencies) {
+    deps_.log.system("[VIEWMODEL] INIT START");
+    deps_.log.system(fmt::format("[VIEWMODEL] Catalog count: {}", CursorThemeInfo::catalog().size()));
+    themesChanged_ = deps_.themes.changed.observe([this] { changed.emit(); });
+    downloaded_ = deps_.downloads.downloaded.observe([this] { detectAnimatedThemes(); });
+    deleted_ = deps_.removal.deleted.observe([this](const std::string& id) {
         if (currentTheme() && currentTheme()->id == id) resetToDefault();
     });
-    currentThemeChanged_ = to_.pipeline.currentThemeChanged.observe([this] { changed.emit(); });
+    currentThemeChanged_ = deps_.pipeline.currentThemeChanged.observe([this] { changed.emit(); });
 
-    to_.store.createDirectoriesIfNeeded();
-    to_.themes.loadThemes();
-    to_.log.system(fmt::format("[VIEWMODEL] Themes loaded: {}", themes().size()));
-    to_.log.system(fmt::format("[VIEWMODEL] Downloaded themes: {}",
-                               std::count_if(themes().begin(), themes().end(),
-                                             [](const auto& theme) { return theme.isDownloaded; })));
+    deps_.store.createDirectoriesIfNeeded();
+    deps_.themes.loadThemes();
+    deps_.log.system(fmt::format("[VIEWMODEL] Themes loaded: {}", themes().size()));
+    deps_.log.system(fmt::format("[VIEWMODEL] Downloaded themes: {}",
+                                 std::count_if(themes().begin(), themes().end(),
+                                               [](const auto& theme) { return theme.isDownloaded; })));
     restoreCurrentTheme();
     detectAnimatedThemes();
-    to_.pipeline.observeScale();
+    deps_.pipeline.observeScale();
 }
 
 CursorViewModel::~CursorViewModel() {
@@ -58,9 +58,9 @@ std::vector<const CursorThemeInfo*> CursorViewModel::filteredThemes() const {
     std::vector<const CursorThemeInfo*> filtered;
     for (const auto& theme : themes())
         if (passes(selectedFilter_, theme.handedness)) filtered.push_back(&theme);
-    to_.log.system(fmt::format("[VIEWMODEL] filteredThemes called: filter={}, total={}, filtered={}",
-                               cursor_handedness::rawValue(selectedFilter_), themes().size(),
-                               filtered.size()));
+    deps_.log.system(fmt::format("[VIEWMODEL] filteredThemes called: filter={}, total={}, filtered={}",
+                                 cursor_handedness::rawValue(selectedFilter_), themes().size(),
+                                 filtered.size()));
     return filtered;
 }
 
@@ -72,8 +72,8 @@ void CursorViewModel::setSelectedFilter(CursorHandedness filter) {
 void CursorViewModel::readStrip(const std::string& themeId, const Lifetime& lifetime,
                                 std::function<void(std::vector<StripCursor>)> done) const {
     runInBackground(
-        to_.background, to_.mainQueue, lifetime, Priority::userInitiated,
-        [folder = to_.store.themeDirectory(themeId)] {
+        deps_.background, deps_.mainQueue, lifetime, Priority::userInitiated,
+        [folder = deps_.store.themeDirectory(themeId)] {
             const auto cursors = folder ? ThemeStore::findCursorsDirectoryNonisolated(*folder) : std::nullopt;
             return cursors ? readThemeStrip(*cursors) : std::vector<StripCursor>();
         },
@@ -82,13 +82,13 @@ void CursorViewModel::readStrip(const std::string& themeId, const Lifetime& life
 
 void CursorViewModel::resetAllData() {
     detection_ = std::make_unique<Lifetime>();
-    to_.fullReset.run();
+    deps_.fullReset.run();
 }
 
 void CursorViewModel::restoreCurrentTheme() {
-    const auto id = stringValue(to_.preferences, CursorSettings::themeIdKey);
-    const auto* row = id ? to_.themes.find(*id) : nullptr;
-    if (row && row->isDownloaded) to_.pipeline.setCurrentTheme(*row);
+    const auto id = stringValue(deps_.preferences, CursorSettings::themeIdKey);
+    const auto* row = id ? deps_.themes.find(*id) : nullptr;
+    if (row && row->isDownloaded) deps_.pipeline.setCurrentTheme(*row);
 }
 
 void CursorViewModel::detectAnimatedThemes() {
@@ -97,13 +97,13 @@ void CursorViewModel::detectAnimatedThemes() {
         Subscription activity;
     };
     runInBackground(
-        to_.background, to_.mainQueue, *detection_, Priority::utility,
-        [&hints = to_.hints, themes = themesToExamine(to_.preferences, to_.themes, to_.store)] {
+        deps_.background, deps_.mainQueue, *detection_, Priority::utility,
+        [&hints = deps_.hints, themes = themesToExamine(deps_.preferences, deps_.themes, deps_.store)] {
             auto activity = hints.beginActivity("Detecting animated themes");
             return Examined{examineThemes(themes), std::move(activity)};
         },
         [this](const Examined& examined) {
-            recordAnimationAnswers(examined.answers, to_.preferences, to_.themes);
+            recordAnimationAnswers(examined.answers, deps_.preferences, deps_.themes);
         });
 }
 

@@ -32,7 +32,7 @@ namespace pintle {
 
 class CursorViewModel {
   public:
-    struct Neighbours {
+    struct Dependencies {
         ThemeList& themes;
         ThemeStore& store;
         ApplicationPipeline& pipeline;
@@ -48,7 +48,7 @@ class CursorViewModel {
 
     /// Loads the catalog and the themes on disk, restores the current theme, starts the detection of animated
     /// themes and listens for changes of the scale.
-    explicit CursorViewModel(const Neighbours& neighbours);
+    explicit CursorViewModel(const Dependencies& dependencies);
     CursorViewModel(const CursorViewModel&) = delete;
     CursorViewModel& operator=(const CursorViewModel&) = delete;
     ~CursorViewModel();
@@ -59,9 +59,9 @@ class CursorViewModel {
     static void install(CursorViewModel& instance);
 
     /// The rows in catalog order.
-    const std::vector<CursorThemeInfo>& themes() const { return to_.themes.themes(); }
+    const std::vector<CursorThemeInfo>& themes() const { return deps_.themes.themes(); }
     /// The theme last applied; absent when the desktop's cursors are in use.
-    const std::optional<CursorThemeInfo>& currentTheme() const { return to_.pipeline.currentTheme(); }
+    const std::optional<CursorThemeInfo>& currentTheme() const { return deps_.pipeline.currentTheme(); }
     CursorHandedness selectedFilter() const { return selectedFilter_; }
     /// The rows that the filter lets through, in catalog order; every call is logged. Universal themes show
     /// under both hand filters, and no handed theme shows under "Universal". Valid until the rows change.
@@ -70,19 +70,19 @@ class CursorViewModel {
     /// Any of the three above has changed.
     Signal<> changed;
 
-    void applyTheme(const CursorThemeInfo& theme) { to_.pipeline.applyTheme(theme); }
+    void applyTheme(const CursorThemeInfo& theme) { deps_.pipeline.applyTheme(theme); }
     void applyThemeWithScale(const CursorThemeInfo& theme, double scale) {
-        to_.pipeline.applyThemeWithScale(theme, scale);
+        deps_.pipeline.applyThemeWithScale(theme, scale);
     }
-    void resetToDefault() { to_.pipeline.resetToDefault(); }
+    void resetToDefault() { deps_.pipeline.resetToDefault(); }
     /// These two return at once; the row tells how it goes.
-    void downloadTheme(const CursorThemeInfo& theme) { to_.downloads.downloadTheme(theme); }
+    void downloadTheme(const CursorThemeInfo& theme) { deps_.downloads.downloadTheme(theme); }
     /// See ThemeDownloads.
-    Signal<const std::string&>& wantedNetwork() const { return to_.downloads.wantedNetwork; }
-    void deleteTheme(const CursorThemeInfo& theme) { to_.removal.deleteTheme(theme); }
+    Signal<const std::string&>& wantedNetwork() const { return deps_.downloads.wantedNetwork; }
+    void deleteTheme(const CursorThemeInfo& theme) { deps_.removal.deleteTheme(theme); }
     /// Deletes all themes and preferences and brings the desktop's cursors back. The caller quits afterwards.
     void resetAllData();
-    void applyLastUsedTheme() { to_.pipeline.applyLastUsedTheme(); }
+    void applyLastUsedTheme() { deps_.pipeline.applyLastUsedTheme(); }
 
     static std::optional<PreloadedCursor> makePreloaded(const std::string& name,
                                                         const std::vector<XCursorImage>& images,
@@ -102,7 +102,7 @@ class CursorViewModel {
   private:
     void restoreCurrentTheme();
 
-    const Neighbours to_;
+    const Dependencies deps_;
     CursorHandedness selectedFilter_ = CursorHandedness::all;
     Subscription themesChanged_;
     Subscription currentThemeChanged_;

@@ -15,7 +15,7 @@ namespace pintle {
 
 class FullReset {
   public:
-    struct Neighbours {
+    struct Dependencies {
         CursorSettings& settings;
         KeyValueStore& preferences;
         ThemeStore& store;
@@ -26,7 +26,7 @@ class FullReset {
         Log& log;
     };
 
-    explicit FullReset(const Neighbours& neighbours) : to_(neighbours) {}
+    explicit FullReset(const Dependencies& dependencies) : deps_(dependencies) {}
 
     /// Ends all work under way first: nothing of it reaches the disk or the screen from then on. The rows of
     /// the theme list stay as they are, and so do the folder "Pintle" and the backup of the desktop's
@@ -36,7 +36,7 @@ class FullReset {
   private:
     void deleteThemes();
 
-    const Neighbours to_;
+    const Dependencies deps_;
 };
 
 }  // namespace pintle

@@ -34,31 +34,31 @@ GlassBackground glassBackground(const CursorSettings& settings) {
     return {settings.glassMode(), stored > range.from ? std::min(stored, range.to) : range.from};
 }
 
-PopoverModel::PopoverModel(const Neighbours& neighbours, Session session)
-    : to_(neighbours), session_(session), cursorScale_(neighbours.settings.cursorScale()) {
+PopoverModel::PopoverModel(const Dependencies& dependencies, Session session)
+    : deps_(dependencies), session_(session), cursorScale_(dependencies.settings.cursorScale()) {
     refreshList();
     refreshRows();
-    observers_.push_back(to_.viewModel.changed.observe([this] {
+    observers_.push_back(deps_.viewModel.changed.observe([this] {
         refreshRows();
         refreshList();
         const bool shown = networkLine().has_value();
         if (std::exchange(networkLineShown_, shown) != shown) changed.emit();
     }));
-    observers_.push_back(to_.viewModel.wantedNetwork().observe([this](const std::string& id) {
+    observers_.push_back(deps_.viewModel.wantedNetwork().observe([this](const std::string& id) {
         std::erase(offline_, id);
         offline_.push_back(id);
         networkLineShown_ = true;
         changed.emit();
     }));
-    observers_.push_back(to_.updates.changed.observe([this] { changed.emit(); }));
-    observers_.push_back(to_.settings.changed.observe([this] { settingsChanged(); }));
+    observers_.push_back(deps_.updates.changed.observe([this] { changed.emit(); }));
+    observers_.push_back(deps_.settings.changed.observe([this] { settingsChanged(); }));
 }
 
 void PopoverModel::onAppear() {
-    to_.log.system("[POPOVER] ON APPEAR CALLED!!!");
-    to_.log.system(fmt::format("[POPOVER] themes: {}, filtered: {}", to_.viewModel.themes().size(),
-                               to_.viewModel.filteredThemes().size()));
-    cursorScale_ = to_.settings.cursorScale();
+    deps_.log.system("[POPOVER] ON APPEAR CALLED!!!");
+    deps_.log.system(fmt::format("[POPOVER] themes: {}, filtered: {}", deps_.viewModel.themes().size(),
+                                 deps_.viewModel.filteredThemes().size()));
+    cursorScale_ = deps_.settings.cursorScale();
     news_.appeared();
     refreshRows();
     changed.emit();
@@ -67,12 +67,12 @@ void PopoverModel::onAppear() {
 UserText PopoverModel::title() { return UserText(popover_text::title); }
 
 std::optional<UserText> PopoverModel::updateButton() const {
-    const auto& available = to_.updates.available();
+    const auto& available = deps_.updates.available();
     if (!available) return std::nullopt;
     return UserText(popover_text::update, available->version);
 }
 
-void PopoverModel::openDownloadPage() { to_.application.openUrl(to_.updates.downloadURL()); }
+void PopoverModel::openDownloadPage() { deps_.application.openUrl(deps_.updates.downloadURL()); }
 
 std::array<HeaderButton, 3> PopoverModel::headerButtons() {
     using Request = HeaderButton::Request;
@@ -84,11 +84,11 @@ std::array<HeaderButton, 3> PopoverModel::headerButtons() {
 void PopoverModel::press(HeaderButton::Request request) {
     switch (request) {
         case HeaderButton::Request::settings:
-            return to_.notifications.post(notification::openSettingsRequest);
+            return deps_.notifications.post(notification::openSettingsRequest);
         case HeaderButton::Request::about:
-            return to_.notifications.post(notification::openAboutRequest);
+            return deps_.notifications.post(notification::openAboutRequest);
         case HeaderButton::Request::quit:
-            return to_.notifications.post(notification::quitAppRequest);
+            return deps_.notifications.post(notification::quitAppRequest);
     }
 }
 
@@ -97,15 +97,15 @@ std::array<FilterButton, 4> PopoverModel::filterButtons() const {
     std::transform(cursor_handedness::allCases.begin(), cursor_handedness::allCases.end(), buttons.begin(),
                    [this](CursorHandedness filter) {
                        return FilterButton{filter, UserText(cursor_handedness::rawValue(filter)),
-                                           iconOf(filter), filter == to_.viewModel.selectedFilter()};
+                                           iconOf(filter), filter == deps_.viewModel.selectedFilter()};
                    });
     return buttons;
 }
 
-void PopoverModel::select(CursorHandedness filter) { to_.viewModel.setSelectedFilter(filter); }
+void PopoverModel::select(CursorHandedness filter) { deps_.viewModel.setSelectedFilter(filter); }
 
 const CursorThemeInfo* PopoverModel::find(const std::string& id) const {
-    const auto& themes = to_.viewModel.themes();
+    const auto& themes = deps_.viewModel.themes();
     const auto found = std::find_if(themes.begin(), themes.end(),
                                     [&](const CursorThemeInfo& theme) { return theme.id == id; });
     return found == themes.end() ? nullptr : &*found;
@@ -117,7 +117,7 @@ CursorThemeInfo PopoverModel::theme(const std::string& id) const {
 }
 
 bool PopoverModel::isActive(const std::string& id) const {
-    const auto& current = to_.viewModel.currentTheme();
+    const auto& current = deps_.viewModel.currentTheme();
     return session_ != Session::pointerCannotChange && current && current->id == id;
 }
 
@@ -149,56 +149,56 @@ std::optional<UserText> PopoverModel::networkLine() const {
 
 void PopoverModel::retryDownloads() {
     for (const auto& id : std::exchange(offline_, {}))
-        if (wantsNetwork(id)) to_.viewModel.downloadTheme(theme(id));
+        if (wantsNetwork(id)) deps_.viewModel.downloadTheme(theme(id));
     changed.emit();
 }
 
 void PopoverModel::buttonAction(const std::string& id) {
     if (!row(id).acceptsTap) return;
-    to_.log.system(fmt::format("[UI] BUTTON ACTION FIRED for theme: {}", theme(id).name));
+    deps_.log.system(fmt::format("[UI] BUTTON ACTION FIRED for theme: {}", theme(id).name));
     handleTap(id);
 }
 
 void PopoverModel::handleTap(const std::string& id) {
     // A copy: what it is passed to changes the list.
     const auto tapped = theme(id);
-    to_.log.system(fmt::format("[UI] handleTap() called for theme: {}, isDownloaded: {:d}", tapped.name,
-                               tapped.isDownloaded));
+    deps_.log.system(fmt::format("[UI] handleTap() called for theme: {}, isDownloaded: {:d}", tapped.name,
+                                 tapped.isDownloaded));
     if (tapped.isDownloaded) {
-        to_.log.system("[UI] Theme is downloaded, calling applyTheme()");
-        to_.viewModel.applyTheme(tapped);
+        deps_.log.system("[UI] Theme is downloaded, calling applyTheme()");
+        deps_.viewModel.applyTheme(tapped);
     } else {
-        to_.log.system("[UI] Theme NOT downloaded, calling downloadTheme()");
-        to_.viewModel.downloadTheme(tapped);
+        deps_.log.system("[UI] Theme NOT downloaded, calling downloadTheme()");
+        deps_.viewModel.downloadTheme(tapped);
     }
 }
 
 void PopoverModel::deleteTheme(const std::string& id) {
-    if (row(id).canDelete) to_.viewModel.deleteTheme(theme(id));
+    if (row(id).canDelete) deps_.viewModel.deleteTheme(theme(id));
 }
 
 void PopoverModel::sliderChanged(double value) {
     value = scaleRange.nearest(value);
     if (value == cursorScale_) return;
     cursorScale_ = value;
-    to_.settings.setCursorScale(value);
+    deps_.settings.setCursorScale(value);
     scaleDebounceTask_.end();
-    scaleDebounceTask_ = to_.mainQueue.after(scaleDebounce, [this, value] {
-        if (const auto current = to_.viewModel.currentTheme())
-            to_.viewModel.applyThemeWithScale(*current, value);
+    scaleDebounceTask_ = deps_.mainQueue.after(scaleDebounce, [this, value] {
+        if (const auto current = deps_.viewModel.currentTheme())
+            deps_.viewModel.applyThemeWithScale(*current, value);
     });
 }
 
 void PopoverModel::settingsChanged() {
-    if (to_.settings.cursorScale() != cursorScale_) {
+    if (deps_.settings.cursorScale() != cursorScale_) {
         // Somebody else has set the scale: what the slider asked for before must not come after it.
         scaleDebounceTask_.end();
-        cursorScale_ = to_.settings.cursorScale();
+        cursorScale_ = deps_.settings.cursorScale();
     }
     changed.emit();
 }
 
-void PopoverModel::resetToDefault() { to_.viewModel.resetToDefault(); }
+void PopoverModel::resetToDefault() { deps_.viewModel.resetToDefault(); }
 
 std::optional<UserText> PopoverModel::unavailable() const {
     if (session_ == Session::pointerCanChange) return std::nullopt;
@@ -208,7 +208,7 @@ std::optional<UserText> PopoverModel::unavailable() const {
 
 void PopoverModel::refreshNews() {
     std::size_t at = 0;
-    for (const auto& theme : to_.viewModel.themes()) {
+    for (const auto& theme : deps_.viewModel.themes()) {
         if (at >= shown_.size()) return;
         const auto& before = shown_[at++];
         const bool came = before.id == theme.id && before.status == RowStatus::downloading &&
@@ -222,7 +222,7 @@ void PopoverModel::refreshRows() {
     std::vector<ThemeRow> rows;
     std::vector<std::string> different;
     rows.reserve(shown_.size());
-    for (const auto& theme : to_.viewModel.themes()) {
+    for (const auto& theme : deps_.viewModel.themes()) {
         rows.push_back(row(theme.id));
         const auto at = rows.size() - 1;
         if (at >= shown_.size() || shown_[at] != rows.back()) different.push_back(theme.id);
@@ -232,15 +232,15 @@ void PopoverModel::refreshRows() {
 }
 
 void PopoverModel::refreshList() {
-    const auto filter = to_.viewModel.selectedFilter();
+    const auto filter = deps_.viewModel.selectedFilter();
     std::vector<std::pair<std::string, CursorHandedness>> themes;
-    for (const auto& theme : to_.viewModel.themes()) themes.emplace_back(theme.id, theme.handedness);
+    for (const auto& theme : deps_.viewModel.themes()) themes.emplace_back(theme.id, theme.handedness);
     const bool filterChanged = filter != listedFilter_;
     if (filterChanged || themes != listedThemes_) {
         listedFilter_ = filter;
         listedThemes_ = std::move(themes);
         rowIds_.clear();
-        for (const auto* theme : to_.viewModel.filteredThemes()) rowIds_.push_back(theme->id);
+        for (const auto* theme : deps_.viewModel.filteredThemes()) rowIds_.push_back(theme->id);
         rowsReplaced.emit();
     }
     if (filterChanged) changed.emit();

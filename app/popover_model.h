@@ -70,7 +70,7 @@ class PopoverModel {
     static constexpr double percentSpringResponse = 0.3;
     static constexpr double percentSpringDamping = 0.825;
 
-    struct Neighbours {
+    struct Dependencies {
         CursorViewModel& viewModel;
         UpdateChecker& updates;
         CursorSettings& settings;
@@ -83,7 +83,7 @@ class PopoverModel {
     /// desktop's own setting, which not every running program follows, or not at all.
     enum class Session { pointerCanChange, pointerFollowsSetting, pointerCannotChange };
 
-    explicit PopoverModel(const Neighbours& neighbours, Session session = Session::pointerCanChange);
+    explicit PopoverModel(const Dependencies& dependencies, Session session = Session::pointerCanChange);
     PopoverModel(const PopoverModel&) = delete;
     PopoverModel& operator=(const PopoverModel&) = delete;
 
@@ -136,7 +136,7 @@ class PopoverModel {
     /// "Reset": the scale back to 100 %, as if the slider had been moved there.
     void resetScale() { sliderChanged(scaleNotch); }
 
-    GlassBackground glass() const { return glassBackground(to_.settings); }
+    GlassBackground glass() const { return glassBackground(deps_.settings); }
     /// One sentence of what this session does not give; absent where it gives everything. Where the pointer
     /// cannot change no theme is active and downloaded rows accept no tap.
     std::optional<UserText> unavailable() const;
@@ -144,8 +144,8 @@ class PopoverModel {
     bool footerEnabled() const { return session_ != Session::pointerCannotChange; }
 
     /// What the parts of the popover that read for themselves work with.
-    CursorViewModel& viewModel() const { return to_.viewModel; }
-    MainQueue& mainQueue() const { return to_.mainQueue; }
+    CursorViewModel& viewModel() const { return deps_.viewModel; }
+    MainQueue& mainQueue() const { return deps_.mainQueue; }
 
     /// rowIds() is another list: filter or catalog have changed.
     Signal<> rowsReplaced;
@@ -165,7 +165,7 @@ class PopoverModel {
     void refreshList();
     void settingsChanged();
 
-    const Neighbours to_;
+    const Dependencies deps_;
     const Session session_;
     double cursorScale_;
     /// The pending re-apply; ending it takes it back.

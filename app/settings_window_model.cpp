@@ -34,15 +34,16 @@ std::string withoutBlanks(const std::string& text) {
 
 }  // namespace
 
-SettingsWindowModel::SettingsWindowModel(const Neighbours& neighbours) : to_(neighbours) {
-    observers_.push_back(to_.settings.changed.observe([this] { changed.emit(); }));
+SettingsWindowModel::SettingsWindowModel(const Dependencies& dependencies) : deps_(dependencies) {
+    observers_.push_back(deps_.settings.changed.observe([this] { changed.emit(); }));
     for (const auto* key : {CursorSettings::launchAtLoginKey, CursorSettings::applyOnLaunchKey,
                             CursorSettings::restoreOnQuitKey})
-        observers_.push_back(to_.preferences.observe(key, [this] { changed.emit(); }));
-    observers_.push_back(to_.preferences.observe(CursorSettings::scaleKey, [this] { storedScaleChanged(); }));
+        observers_.push_back(deps_.preferences.observe(key, [this] { changed.emit(); }));
+    observers_.push_back(
+        deps_.preferences.observe(CursorSettings::scaleKey, [this] { storedScaleChanged(); }));
 }
 
-void SettingsWindowModel::appear() { to_.launchAtLogin.syncLaunchAtLoginState(); }
+void SettingsWindowModel::appear() { deps_.launchAtLogin.syncLaunchAtLoginState(); }
 
 std::vector<SettingsSection> SettingsWindowModel::sections() const {
     using Kind = SettingsSectionKind;
@@ -68,18 +69,18 @@ std::vector<SettingsSection> SettingsWindowModel::sections() const {
 
 SettingsToggleRow SettingsWindowModel::toggle(SettingsToggle toggle) const {
     const auto& texts = kToggles.at(static_cast<std::size_t>(toggle));
-    const bool isEnabled = to_.seesApplications || (toggle != SettingsToggle::alwaysUseThemedCursor &&
-                                                    toggle != SettingsToggle::pauseWhenScreenShared);
+    const bool isEnabled = deps_.seesApplications || (toggle != SettingsToggle::alwaysUseThemedCursor &&
+                                                      toggle != SettingsToggle::pauseWhenScreenShared);
     const auto subtitle = isEnabled ? texts.subtitle : settings_text::noEffect;
     return {toggle, texts.icon, UserText(texts.title), UserText(subtitle), isOn(toggle), isEnabled};
 }
 
 bool SettingsWindowModel::storedBool(const char* key, bool fallback) const {
-    return to_.preferences.object(key) ? boolValue(to_.preferences, key) : fallback;
+    return deps_.preferences.object(key) ? boolValue(deps_.preferences, key) : fallback;
 }
 
 bool SettingsWindowModel::isOn(SettingsToggle toggle) const {
-    const auto& settings = to_.settings;
+    const auto& settings = deps_.settings;
     switch (toggle) {
         case SettingsToggle::launchAtLogin:
             return storedBool(CursorSettings::launchAtLoginKey, false);
@@ -101,16 +102,16 @@ bool SettingsWindowModel::isOn(SettingsToggle toggle) const {
 
 void SettingsWindowModel::setToggle(SettingsToggle toggle, bool value) {
     if (isOn(toggle) == value || !this->toggle(toggle).isEnabled) return;
-    auto& settings = to_.settings;
+    auto& settings = deps_.settings;
     // The first three go to the store behind the settings' back, which keep what they have loaded.
     switch (toggle) {
         case SettingsToggle::launchAtLogin:
-            to_.preferences.set(CursorSettings::launchAtLoginKey, value);
-            return to_.launchAtLogin.setLaunchAtLogin(value);
+            deps_.preferences.set(CursorSettings::launchAtLoginKey, value);
+            return deps_.launchAtLogin.setLaunchAtLogin(value);
         case SettingsToggle::applyOnLaunch:
-            return to_.preferences.set(CursorSettings::applyOnLaunchKey, value);
+            return deps_.preferences.set(CursorSettings::applyOnLaunchKey, value);
         case SettingsToggle::restoreOnQuit:
-            return to_.preferences.set(CursorSettings::restoreOnQuitKey, value);
+            return deps_.preferences.set(CursorSettings::restoreOnQuitKey, value);
         case SettingsToggle::alwaysUseThemedCursor:
             return settings.setAlwaysUseThemedCursor(value);
         case SettingsToggle::useSystemCursorForMissing:
@@ -124,13 +125,13 @@ void SettingsWindowModel::setToggle(SettingsToggle toggle, bool value) {
 
 void SettingsWindowModel::setGlassOpacity(double value) {
     value = glassOpacityRange.nearest(value);
-    if (value != to_.settings.glassOpacity()) to_.settings.setGlassOpacity(value);
+    if (value != deps_.settings.glassOpacity()) deps_.settings.setGlassOpacity(value);
 }
 
 double SettingsWindowModel::cursorScale() const {
     constexpr double kFallback = 1.0;
-    return to_.preferences.object(CursorSettings::scaleKey) ? CursorSettings::storedScale(to_.preferences)
-                                                            : kFallback;
+    return deps_.preferences.object(CursorSettings::scaleKey) ? CursorSettings::storedScale(deps_.preferences)
+                                                              : kFallback;
 }
 
 std::array<SettingsScaleButton, 4> SettingsWindowModel::scaleButtons() const {
@@ -144,7 +145,7 @@ std::array<SettingsScaleButton, 4> SettingsWindowModel::scaleButtons() const {
 void SettingsWindowModel::selectScale(double scale) {
     if (cursorScale() == scale) return;
     selectingScale_ = true;
-    to_.preferences.set(CursorSettings::scaleKey, scale);
+    deps_.preferences.set(CursorSettings::scaleKey, scale);
     selectingScale_ = false;
     announceScale(scale);
 }
@@ -154,16 +155,16 @@ void SettingsWindowModel::storedScaleChanged() {
     const double stored = cursorScale();
     // One that reads as 0 for being beyond all use is left as it is in the file: taking it would write it
     // back.
-    const bool usable = CursorSettings::canScale(doubleValue(to_.preferences, CursorSettings::scaleKey));
-    if (usable && !selectingScale_ && !resetting_ && stored != to_.settings.cursorScale())
+    const bool usable = CursorSettings::canScale(doubleValue(deps_.preferences, CursorSettings::scaleKey));
+    if (usable && !selectingScale_ && !resetting_ && stored != deps_.settings.cursorScale())
         announceScale(stored);
     changed.emit();
 }
 
 void SettingsWindowModel::announceScale(double scale) {
-    to_.settings.setCursorScale(scale);
+    deps_.settings.setCursorScale(scale);
     // The settings have posted it; this is the second time, and meant.
-    to_.notifications.post(notification::cursorScaleChanged, scale);
+    deps_.notifications.post(notification::cursorScaleChanged, scale);
 }
 
 UserText SettingsWindowModel::removeLabel(const std::string& name) {
@@ -171,7 +172,7 @@ UserText SettingsWindowModel::removeLabel(const std::string& name) {
 }
 
 UserText SettingsWindowModel::exclusionsExplanation() const {
-    return UserText(to_.seesApplications ? settings_text::exclusionsExplanation : settings_text::noEffect);
+    return UserText(deps_.seesApplications ? settings_text::exclusionsExplanation : settings_text::noEffect);
 }
 
 std::string_view SettingsWindowModel::addButtonSymbol() const {
@@ -192,7 +193,7 @@ void SettingsWindowModel::setNewAppName(std::string name) {
 void SettingsWindowModel::addExcludedApp() {
     const auto name = withoutBlanks(newAppName_);
     if (name.empty()) return;
-    to_.settings.addExcludedApp(name);
+    deps_.settings.addExcludedApp(name);
     cancelAddApp();
 }
 
@@ -202,7 +203,9 @@ void SettingsWindowModel::cancelAddApp() {
     changed.emit();
 }
 
-void SettingsWindowModel::removeExcludedApp(const std::string& name) { to_.settings.removeExcludedApp(name); }
+void SettingsWindowModel::removeExcludedApp(const std::string& name) {
+    deps_.settings.removeExcludedApp(name);
+}
 
 void SettingsWindowModel::resetApplication() {
     if (std::exchange(resetting_, true)) return;
@@ -210,7 +213,7 @@ void SettingsWindowModel::resetApplication() {
                          std::string(settings_text::resetQuestion),
                          std::string(settings_text::resetQuestionText),
                          {std::string(settings_text::resetAndQuit), std::string(settings_text::cancel)}};
-    to_.alerts.runModal(question, lifetime_.weakly([this](int button) {
+    deps_.alerts.runModal(question, lifetime_.weakly([this](int button) {
         if (button == 0)
             resetConfirmed();
         else
@@ -219,12 +222,12 @@ void SettingsWindowModel::resetApplication() {
 }
 
 void SettingsWindowModel::resetConfirmed() {
-    to_.viewModel.resetAllData();
+    deps_.viewModel.resetAllData();
     const Alert message{AlertStyle::informational,
                         std::string(settings_text::resetDone),
                         std::string(settings_text::resetDoneText),
                         {std::string(settings_text::quit)}};
-    to_.alerts.runModal(message, lifetime_.weakly([this](int) { to_.application.terminate(); }));
+    deps_.alerts.runModal(message, lifetime_.weakly([this](int) { deps_.application.terminate(); }));
 }
 
 }  // namespace pintle

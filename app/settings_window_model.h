@@ -75,7 +75,7 @@ class SettingsWindowModel {
     static constexpr SliderRange glassOpacityRange{0.75, 1.0, 0.05};
     static constexpr std::array scales = {0.75, 1.0, 1.25, 1.5};
 
-    struct Neighbours {
+    struct Dependencies {
         CursorSettings& settings;
         KeyValueStore& preferences;
         LaunchAtLogin& launchAtLogin;
@@ -87,7 +87,7 @@ class SettingsWindowModel {
         bool seesApplications = true;
     };
 
-    explicit SettingsWindowModel(const Neighbours& neighbours);
+    explicit SettingsWindowModel(const Dependencies& dependencies);
     SettingsWindowModel(const SettingsWindowModel&) = delete;
     SettingsWindowModel& operator=(const SettingsWindowModel&) = delete;
 
@@ -101,10 +101,10 @@ class SettingsWindowModel {
     void setToggle(SettingsToggle toggle, bool isOn);
 
     // Interface style.
-    UserText glassOpacityText() const { return percentText(to_.settings.glassOpacity()); }
-    double glassOpacity() const { return to_.settings.glassOpacity(); }
+    UserText glassOpacityText() const { return percentText(deps_.settings.glassOpacity()); }
+    double glassOpacity() const { return deps_.settings.glassOpacity(); }
     /// Without the glass look there is nothing that the slider would change.
-    bool glassOpacityEnabled() const { return to_.settings.glassMode(); }
+    bool glassOpacityEnabled() const { return deps_.settings.glassMode(); }
     /// On every value the slider takes; put on its grid. One that is not new does nothing.
     void setGlassOpacity(double value);
 
@@ -117,9 +117,9 @@ class SettingsWindowModel {
 
     // Exclusions.
     /// False where applications cannot be distinguished.
-    bool exclusionsEnabled() const { return to_.seesApplications; }
+    bool exclusionsEnabled() const { return deps_.seesApplications; }
     UserText exclusionsExplanation() const;
-    const std::vector<std::string>& excludedApps() const { return to_.settings.excludedApps(); }
+    const std::vector<std::string>& excludedApps() const { return deps_.settings.excludedApps(); }
     /// The text of the button that removes the name, for assistive technology and as its help.
     static UserText removeLabel(const std::string& name);
     bool showAddAppField() const { return showAddAppField_; }
@@ -148,7 +148,7 @@ class SettingsWindowModel {
     void storedScaleChanged();
     void resetConfirmed();
 
-    const Neighbours to_;
+    const Dependencies deps_;
     std::string newAppName_;
     bool showAddAppField_ = false;
     /// A button of the window is writing the scale itself.

@@ -24,7 +24,7 @@ struct FullSet {
 
 }  // namespace
 
-ApplicationPipeline::ApplicationPipeline(const Neighbours& neighbours) : to_(neighbours) {}
+ApplicationPipeline::ApplicationPipeline(const Dependencies& dependencies) : deps_(dependencies) {}
 
 void ApplicationPipeline::setCurrentTheme(std::optional<CursorThemeInfo> theme) {
     currentTheme_ = std::move(theme);
@@ -32,11 +32,11 @@ void ApplicationPipeline::setCurrentTheme(std::optional<CursorThemeInfo> theme) 
 }
 
 void ApplicationPipeline::observeScale() {
-    scaleObserver_ = to_.notifications.observe(std::string(notification::cursorScaleChanged),
-                                               [this](const std::any& object) {
-                                                   if (const auto* scale = std::any_cast<double>(&object))
-                                                       scaleChanged(*scale);
-                                               });
+    scaleObserver_ = deps_.notifications.observe(std::string(notification::cursorScaleChanged),
+                                                 [this](const std::any& object) {
+                                                     if (const auto* scale = std::any_cast<double>(&object))
+                                                         scaleChanged(*scale);
+                                                 });
 }
 
 void ApplicationPipeline::scaleChanged(double scale) {
@@ -44,7 +44,7 @@ void ApplicationPipeline::scaleChanged(double scale) {
     // Whatever is requested between now and the task has read the new scale itself and is the newer request.
     const auto latest = generations_->latest();
     scaleTask_ = Subscription([wanted] { *wanted = false; });
-    to_.mainQueue.post(lifetime_.weakly([this, wanted, scale, latest] {
+    deps_.mainQueue.post(lifetime_.weakly([this, wanted, scale, latest] {
         if (!*wanted || !generations_->isLatest(latest)) return;
         if (const auto theme = currentTheme_) applyThemeWithScale(*theme, scale);
     }));
@@ -52,18 +52,19 @@ void ApplicationPipeline::scaleChanged(double scale) {
 
 void ApplicationPipeline::applyTheme(const CursorThemeInfo& theme) {
     if (!theme.isDownloaded) return;
-    to_.mainQueue.post(
+    deps_.mainQueue.post(
         lifetime_.weakly([this, theme, resetsBefore = resets_] { record(theme, resetsBefore); }));
 
-    const double scale = to_.settings.cursorScale();
-    to_.log.system(fmt::format("[APPLY] Applying theme: {} at scale: {}", theme.name, shortestDouble(scale)));
-    const auto folder = to_.store.themesDirectory() / theme.id;
+    const double scale = deps_.settings.cursorScale();
+    deps_.log.system(
+        fmt::format("[APPLY] Applying theme: {} at scale: {}", theme.name, shortestDouble(scale)));
+    const auto folder = deps_.store.themesDirectory() / theme.id;
     const auto generation = generations_->take();
     ++applying_[theme.id];
-    to_.mainQueue.post(lifetime_.weakly([this, folder, scale, generation, id = theme.id] {
+    deps_.mainQueue.post(lifetime_.weakly([this, folder, scale, generation, id = theme.id] {
         applyCursorFromThemeAsync(folder, scale, CacheUse::yes, generation, [this, id](bool applied) {
             applyEnded(id);
-            to_.log.system(fmt::format("[APPLY] Theme applied: {}", applied ? "SUCCESS" : "FAILED"));
+            deps_.log.system(fmt::format("[APPLY] Theme applied: {}", applied ? "SUCCESS" : "FAILED"));
         });
     }));
 }
@@ -71,26 +72,26 @@ void ApplicationPipeline::applyTheme(const CursorThemeInfo& theme) {
 void ApplicationPipeline::record(const CursorThemeInfo& theme, int resetsBefore) {
     // A reset that came after the request has already forgotten the theme.
     if (resetsBefore != resets_) return;
-    to_.settings.setCurrentThemeId(theme.id);
+    deps_.settings.setCurrentThemeId(theme.id);
     setCurrentTheme(theme);
-    to_.themes.setApplying(theme.id, true);
+    deps_.themes.setApplying(theme.id, true);
 }
 
 void ApplicationPipeline::applyEnded(const std::string& id) {
     if (--applying_[id] > 0) return;
     applying_.erase(id);
-    to_.themes.setApplying(id, false);
+    deps_.themes.setApplying(id, false);
 }
 
 void ApplicationPipeline::applyThemeWithScale(const CursorThemeInfo& theme, double scale) {
-    to_.log.system(
+    deps_.log.system(
         fmt::format("[CursorViewModel] Applying scale: {} for theme: {}", shortestDouble(scale), theme.name));
     const auto generation = generations_->take();
-    const auto folder = to_.store.themesDirectory() / theme.id;
-    to_.mainQueue.post(lifetime_.weakly([this, folder, scale, generation] {
+    const auto folder = deps_.store.themesDirectory() / theme.id;
+    deps_.mainQueue.post(lifetime_.weakly([this, folder, scale, generation] {
         applyCursorFromThemeAsync(folder, scale, CacheUse::yes, generation, [this, scale](bool applied) {
-            to_.log.system(fmt::format("[CursorViewModel] Scale applied: {} at {}", applied ? "OK" : "FAIL",
-                                       shortestDouble(scale)));
+            deps_.log.system(fmt::format("[CursorViewModel] Scale applied: {} at {}", applied ? "OK" : "FAIL",
+                                         shortestDouble(scale)));
         });
     }));
 }
@@ -102,42 +103,42 @@ void ApplicationPipeline::cancelRequests() {
 
 void ApplicationPipeline::resetToDefault() {
     cancelRequests();
-    to_.overlay.showSystemCursorGuaranteed();
+    deps_.overlay.showSystemCursorGuaranteed();
     setCurrentTheme(std::nullopt);
     // Behind the settings' back, whose own copy of the id stays as it is.
-    to_.preferences.remove(CursorSettings::themeIdKey);
-    to_.applier.customCursors().clear();
-    to_.applier.resetToSystemDefaults();
+    deps_.preferences.remove(CursorSettings::themeIdKey);
+    deps_.applier.customCursors().clear();
+    deps_.applier.resetToSystemDefaults();
     earlierRunMayShow_ = false;
 }
 
 void ApplicationPipeline::putBackWhatAnEarlierRunReplaced() {
-    if (std::exchange(earlierRunMayShow_, false)) to_.applier.restoreUnlessRegistered();
+    if (std::exchange(earlierRunMayShow_, false)) deps_.applier.restoreUnlessRegistered();
 }
 
 void ApplicationPipeline::applyLastUsedTheme() {
-    if (!to_.settings.applyOnLaunch()) {
+    if (!deps_.settings.applyOnLaunch()) {
         resetToDefault();
         return;
     }
-    if (const auto id = stringValue(to_.preferences, CursorSettings::themeIdKey)) {
-        const auto* row = to_.themes.find(*id);
+    if (const auto id = stringValue(deps_.preferences, CursorSettings::themeIdKey)) {
+        const auto* row = deps_.themes.find(*id);
         if (row && row->isDownloaded) {
             const auto theme = *row;
             earlierRunMayShow_ = true;
             applyTheme(theme);
-            to_.log.system(fmt::format("Auto-applied last theme: {}", theme.name));
+            deps_.log.system(fmt::format("Auto-applied last theme: {}", theme.name));
             return;
         }
     }
     resetToDefault();
-    to_.log.system("No theme to apply - using system default");
+    deps_.log.system("No theme to apply - using system default");
 }
 
 void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path& themeFolder, double scale,
                                                     CacheUse useCache, std::int64_t generation, Done done) {
     if (!generations_->isLatest(generation)) return done(false);
-    const auto cursorsFolder = to_.store.findCursorsDirectory(themeFolder);
+    const auto cursorsFolder = deps_.store.findCursorsDirectory(themeFolder);
     if (!cursorsFolder) {
         putBackWhatAnEarlierRunReplaced();
         return done(false);
@@ -148,7 +149,7 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
         return applyCached(scale, generation, std::move(done));
 
     runInBackground(
-        to_.background, to_.mainQueue, lifetime_, Priority::userInitiated,
+        deps_.background, deps_.mainQueue, lifetime_, Priority::userInitiated,
         [folder = *cursorsFolder, scale] { return loadEssentialSet(folder, scale); },
         [this, themeId = std::move(themeId), scale, generation, done = std::move(done)](EssentialSet loaded) {
             if (!generations_->isLatest(generation)) return done(false);
@@ -156,7 +157,7 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
                 putBackWhatAnEarlierRunReplaced();
                 return done(false);
             }
-            const bool applied = to_.applier.applyCursorsFromPreloaded(loaded.cursors, scale);
+            const bool applied = deps_.applier.applyCursorsFromPreloaded(loaded.cursors, scale);
             putBackWhatAnEarlierRunReplaced();
             done(applied);
             loadFullSet(std::make_shared<const EssentialSet>(std::move(loaded)), themeId, scale, generation);
@@ -165,7 +166,7 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
 
 void ApplicationPipeline::applyCached(double scale, std::int64_t generation, Done done) {
     runInBackground(
-        to_.background, to_.mainQueue, lifetime_, Priority::userInitiated,
+        deps_.background, deps_.mainQueue, lifetime_, Priority::userInitiated,
         [images = cachedCursorData_, scale] { return makePreloadedSet(images, scale); },
         [this, scale, generation, done = std::move(done)](const std::vector<PreloadedCursor>& cursors) {
             scheduleCacheDrop();
@@ -176,8 +177,8 @@ void ApplicationPipeline::applyCached(double scale, std::int64_t generation, Don
 void ApplicationPipeline::loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId,
                                       double scale, std::int64_t generation) {
     runInBackground(
-        to_.background, to_.mainQueue, lifetime_, Priority::utility,
-        [&hints = to_.hints, generations = generations_, essential = std::move(essential), scale,
+        deps_.background, deps_.mainQueue, lifetime_, Priority::utility,
+        [&hints = deps_.hints, generations = generations_, essential = std::move(essential), scale,
          generation] {
             FullSet set;
             set.activity = hints.beginActivity("Loading full cursor set");
@@ -193,7 +194,7 @@ void ApplicationPipeline::loadFullSet(std::shared_ptr<const EssentialSet> essent
 
 bool ApplicationPipeline::applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale,
                                         std::int64_t generation) {
-    return generations_->isLatest(generation) && to_.applier.applyCursorsFromPreloaded(cursors, scale);
+    return generations_->isLatest(generation) && deps_.applier.applyCursorsFromPreloaded(cursors, scale);
 }
 
 void ApplicationPipeline::keepInCache(std::string themeId, NamedImages images, std::int64_t generation) {
@@ -205,11 +206,11 @@ void ApplicationPipeline::keepInCache(std::string themeId, NamedImages images, s
 }
 
 void ApplicationPipeline::scheduleCacheDrop() {
-    cacheDropWork_ = to_.mainQueue.after(kCacheLife, lifetime_.weakly([this] {
+    cacheDropWork_ = deps_.mainQueue.after(kCacheLife, lifetime_.weakly([this] {
         cachedCursorData_ = {};
         cachedThemeId_.reset();
-        to_.hints.releaseFreeMemory();
-        to_.log.system("[VIEWMODEL] Theme pixel cache released (idle)");
+        deps_.hints.releaseFreeMemory();
+        deps_.log.system("[VIEWMODEL] Theme pixel cache released (idle)");
     }));
 }
 

@@ -33,7 +33,7 @@ namespace pintle {
 
 class ApplicationPipeline {
   public:
-    struct Neighbours {
+    struct Dependencies {
         CursorSettings& settings;
         KeyValueStore& preferences;
         NotificationCenter& notifications;
@@ -47,7 +47,7 @@ class ApplicationPipeline {
         Log& log;
     };
 
-    explicit ApplicationPipeline(const Neighbours& neighbours);
+    explicit ApplicationPipeline(const Dependencies& dependencies);
 
     /// The theme last applied; absent when the desktop's cursors are in use.
     const std::optional<CursorThemeInfo>& currentTheme() const { return currentTheme_; }
@@ -85,7 +85,7 @@ class ApplicationPipeline {
     void putBackWhatAnEarlierRunReplaced();
     void keepInCache(std::string themeId, NamedImages images, std::int64_t generation);
 
-    const Neighbours to_;
+    const Dependencies deps_;
     /// Shared with background work that may outlive the pipeline.
     std::shared_ptr<GenerationCounter> generations_ = std::make_shared<GenerationCounter>();
     /// Tells a request that waits to be recorded whether a reset came after it.

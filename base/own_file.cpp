@@ -80,12 +80,12 @@ int createBeside(const std::filesystem::path& start, mode_t mode, std::filesyste
 
 Status replaceOwnFile(const std::filesystem::path& file, std::span<const std::uint8_t> bytes, mode_t mode) {
     const auto folder = file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-    std::filesystem::path neighbour;
-    const int fd = createBeside(folder / ("." + file.filename().string() + ".new-"), mode, neighbour);
+    std::filesystem::path beside;
+    const int fd = createBeside(folder / ("." + file.filename().string() + ".new-"), mode, beside);
     if (fd < 0) return errorOf(errno);
-    if (!writeAndSync(fd, bytes) || ::rename(neighbour.c_str(), file.c_str()) != 0) {
+    if (!writeAndSync(fd, bytes) || ::rename(beside.c_str(), file.c_str()) != 0) {
         const int code = errno;
-        ::unlink(neighbour.c_str());
+        ::unlink(beside.c_str());
         return errorOf(code);
     }
     syncFolder(folder);

@@ -25,65 +25,65 @@ double seconds(std::chrono::nanoseconds duration) { return std::chrono::duration
 
 }  // namespace
 
-ThemeDownloads::ThemeDownloads(const Neighbours& neighbours, fs::path temporary,
+ThemeDownloads::ThemeDownloads(const Dependencies& dependencies, fs::path temporary,
                                std::optional<std::string> mirror)
-    : to_(neighbours),
+    : deps_(dependencies),
       temporary_(std::move(temporary)),
       mirror_(std::move(mirror)),
-      workEnded_(to_.work.ended.observe([this] { downloads_.clear(); })) {}
+      workEnded_(deps_.work.ended.observe([this] { downloads_.clear(); })) {}
 
 ThemeDownloads::~ThemeDownloads() = default;
 
 void ThemeDownloads::line(const std::string& id, const std::string& text) {
-    to_.log.system("[DOWNLOAD] [" + id + "] " + text);
+    deps_.log.system("[DOWNLOAD] [" + id + "] " + text);
 }
 
 template <typename Change>
 void ThemeDownloads::changeRow(const std::string& id, Change change) {
-    const auto* found = to_.themes.find(id);
+    const auto* found = deps_.themes.find(id);
     if (!found) return;
     auto row = *found;
     change(row);
-    to_.themes.replace(std::move(row));
+    deps_.themes.replace(std::move(row));
 }
 
 void ThemeDownloads::downloadTheme(const CursorThemeInfo& theme) {
-    to_.log.system("[DOWNLOAD] downloadTheme() CALLED for theme: " + theme.id);
-    to_.log.system("[DOWNLOAD] Creating Task.detached...");
+    deps_.log.system("[DOWNLOAD] downloadTheme() CALLED for theme: " + theme.id);
+    deps_.log.system("[DOWNLOAD] Creating Task.detached...");
     auto alive = std::make_shared<bool>(false);
     // Weak by hand: the task says so when it finds nobody any more, and a reset takes it back without a word.
-    auto begin = lifetime_.weakly([this, alive, theme, permit = to_.work.permit()] {
+    auto begin = lifetime_.weakly([this, alive, theme, permit = deps_.work.permit()] {
         *alive = true;
-        if (permit != to_.work.permit()) return;
-        to_.log.system("[DOWNLOAD] Calling downloadThemeAsync...");
+        if (permit != deps_.work.permit()) return;
+        deps_.log.system("[DOWNLOAD] Calling downloadThemeAsync...");
         downloadThemeAsync(theme);
     });
-    to_.mainQueue.post([alive, begin = std::move(begin), &log = to_.log]() mutable {
+    deps_.mainQueue.post([alive, begin = std::move(begin), &log = deps_.log]() mutable {
         log.system("[DOWNLOAD] Task.detached STARTED");
         begin();
         if (!*alive) log.system("[DOWNLOAD] ERROR: self is nil in Task.detached");
     });
-    to_.log.system("[DOWNLOAD] Task.detached created, exiting downloadTheme()");
+    deps_.log.system("[DOWNLOAD] Task.detached created, exiting downloadTheme()");
 }
 
 void ThemeDownloads::downloadThemeAsync(const CursorThemeInfo& theme) {
-    to_.log.system("[DOWNLOAD] downloadThemeAsync() STARTED for theme: " + theme.id);
+    deps_.log.system("[DOWNLOAD] downloadThemeAsync() STARTED for theme: " + theme.id);
     auto address = downloadAddress(theme.downloadURL, mirror_);
     if (!address) {
-        to_.log.system("[DOWNLOAD] ERROR: Invalid URL for theme " + theme.id);
+        deps_.log.system("[DOWNLOAD] ERROR: Invalid URL for theme " + theme.id);
         changeRow(theme.id, [](auto& row) { row.downloadError = "Invalid URL"; });
         return;
     }
 
-    to_.log.system("[DOWNLOAD] Valid URL, marking as downloading...");
-    to_.log.system("[DOWNLOAD] Inside MainActor.run - updating UI state");
+    deps_.log.system("[DOWNLOAD] Valid URL, marking as downloading...");
+    deps_.log.system("[DOWNLOAD] Inside MainActor.run - updating UI state");
     changeRow(theme.id, [](auto& row) {
         row.isDownloading = true;
         row.downloadProgress = 0;
         row.downloadStatus = "Connecting...";
         row.downloadError.reset();
     });
-    to_.log.system("[DOWNLOAD] UI state updated: isDownloading=true, status=Connecting...");
+    deps_.log.system("[DOWNLOAD] UI state updated: isDownloading=true, status=Connecting...");
 
     const auto entry = downloads_.insert(downloads_.end(), run(theme.id, std::move(*address)));
     entry->start([this, entry] { downloads_.erase(entry); });
@@ -91,8 +91,8 @@ void ThemeDownloads::downloadThemeAsync(const CursorThemeInfo& theme) {
 
 Flow ThemeDownloads::run(std::string id, std::string address) {
     line(id, "Starting download (async nonisolated)");
-    const auto destination = to_.store.themeDirectory(id);
-    const auto start = to_.mainQueue.now();
+    const auto destination = deps_.store.themeDirectory(id);
+    const auto start = deps_.mainQueue.now();
     line(id, "START - URL: " + address);
     HttpRequest request;
     request.url = address;
@@ -115,13 +115,13 @@ Flow ThemeDownloads::run(std::string id, std::string address) {
     };
     line(id, "Calling task.resume()...");
     Answer<Result<HttpResponse>> arrived;
-    const auto transfer = to_.http.start(std::move(request), progress, arrived.resolver());
+    const auto transfer = deps_.http.start(std::move(request), progress, arrived.resolver());
     line(id, "task.resume() DONE");
 
     const auto response = co_await arrived;
     Status outcome = received(id, archive, response);
     if (outcome) {
-        line(id, fmt::format("URLSession.download DONE in {:.2f}s", seconds(to_.mainQueue.now() - start)));
+        line(id, fmt::format("URLSession.download DONE in {:.2f}s", seconds(deps_.mainQueue.now() - start)));
         const int status = *response.value().status;
         if (status != kStatusOk) outcome = Error{"Pintle", status, fmt::format("HTTP {}", status)};
     }
@@ -136,11 +136,11 @@ Flow ThemeDownloads::run(std::string id, std::string address) {
         if (!destination) outcome = fileError(std::make_error_code(std::errc::invalid_argument));
     }
     if (outcome) {
-        const auto began = to_.mainQueue.now();
+        const auto began = deps_.mainQueue.now();
         Answer<Status> extracted;
-        to_.extractor.extract(archive.path(), id, *destination, extracted.resolver());
+        deps_.extractor.extract(archive.path(), id, *destination, extracted.resolver());
         outcome = co_await extracted;
-        const auto now = to_.mainQueue.now();
+        const auto now = deps_.mainQueue.now();
         if (outcome) {
             line(id, fmt::format("Extraction DONE in {:.2f}s", seconds(now - began)));
             line(id, fmt::format("SUCCESS - total time: {:.2f}s", seconds(now - start)));
@@ -152,10 +152,10 @@ Flow ThemeDownloads::run(std::string id, std::string address) {
         line(id, "ERROR: " + text);
         archive.remove();
         Answer<ThemeWork::Turn> next;
-        to_.work.begin(id, next.resolver());
+        deps_.work.begin(id, next.resolver());
         const auto turn = co_await next;
-        auto cleaned = inBackground(to_.background, to_.mainQueue, Priority::userInitiated,
-                                    [permit = to_.work.permit(), destination] {
+        auto cleaned = inBackground(deps_.background, deps_.mainQueue, Priority::userInitiated,
+                                    [permit = deps_.work.permit(), destination] {
                                         bool removed = false;
                                         permit->use([&] {
                                             std::error_code missing;
@@ -167,7 +167,7 @@ Flow ThemeDownloads::run(std::string id, std::string address) {
                                     });
         const bool removed = co_await cleaned;
         if (removed) line(id, "Cleaned up broken theme directory");
-        to_.settings.setThemeError(id, text);
+        deps_.settings.setThemeError(id, text);
         changeRow(id, [&](auto& row) {
             row.isDownloading = false;
             row.isDownloaded = false;
@@ -182,27 +182,27 @@ Flow ThemeDownloads::run(std::string id, std::string address) {
 
     archive.remove();
     line(id, "Marking as DOWNLOADED");
-    to_.settings.clearThemeError(id);
+    deps_.settings.clearThemeError(id);
     changeRow(id, [](auto& row) {
         row.isDownloading = false;
         row.isDownloaded = true;
         row.downloadProgress = 0;
         row.downloadStatus.clear();
     });
-    forgetAnimationAnswer(id, to_.preferences);
+    forgetAnimationAnswer(id, deps_.preferences);
     downloaded.emit();
     line(id, "UI updated: isDownloaded=true");
 
-    const auto previewStart = to_.mainQueue.now();
+    const auto previewStart = deps_.mainQueue.now();
     Answer<std::optional<Bitmap>> loaded;
     const Lifetime here;
-    to_.store.loadPreviewImageAsync(id, to_.background, to_.mainQueue, here, loaded.resolver());
+    deps_.store.loadPreviewImageAsync(id, deps_.background, deps_.mainQueue, here, loaded.resolver());
     auto preview = co_await loaded;
     changeRow(id, [&](auto& row) {
         // It may have been deleted in the meantime.
         if (row.isDownloaded) row.previewImage = std::move(preview);
     });
-    line(id, fmt::format("Preview loaded in {:.2f}s", seconds(to_.mainQueue.now() - previewStart)));
+    line(id, fmt::format("Preview loaded in {:.2f}s", seconds(deps_.mainQueue.now() - previewStart)));
 }
 
 Status ThemeDownloads::received(const std::string& id, ArchiveFile& archive,

@@ -30,7 +30,7 @@ namespace pintle {
 
 class ThemeDownloads {
   public:
-    struct Neighbours {
+    struct Dependencies {
         CursorSettings& settings;
         KeyValueStore& preferences;
         ThemeList& themes;
@@ -47,7 +47,7 @@ class ThemeDownloads {
 
     /// Archives pass through the folder `temporary`. `mirror`, when present, takes the place of scheme and
     /// host of every address.
-    ThemeDownloads(const Neighbours& neighbours, std::filesystem::path temporary,
+    ThemeDownloads(const Dependencies& dependencies, std::filesystem::path temporary,
                    std::optional<std::string> mirror);
     ~ThemeDownloads();
     ThemeDownloads(const ThemeDownloads&) = delete;
@@ -71,7 +71,7 @@ class ThemeDownloads {
     template <typename Change>
     void changeRow(const std::string& id, Change change);
 
-    const Neighbours to_;
+    const Dependencies deps_;
     const std::filesystem::path temporary_;
     const std::optional<std::string> mirror_;
     std::list<Flow> downloads_;

@@ -94,10 +94,10 @@ Status moveIntoPlace(const ScratchFolder& scratch, const fs::path& chosen, const
 
 }  // namespace
 
-ThemeExtractor::ThemeExtractor(const Neighbours& neighbours, ExtractionLimits limits)
-    : to_(neighbours),
+ThemeExtractor::ThemeExtractor(const Dependencies& dependencies, ExtractionLimits limits)
+    : deps_(dependencies),
       limits_(limits),
-      workEnded_(to_.work.ended.observe([this] { extractions_.clear(); })) {}
+      workEnded_(deps_.work.ended.observe([this] { extractions_.clear(); })) {}
 
 ThemeExtractor::~ThemeExtractor() = default;
 
@@ -121,9 +121,10 @@ void ThemeExtractor::extract(const fs::path& archive, const std::string& themeId
 Flow ThemeExtractor::run(fs::path archive, std::string themeId, fs::path destination, Status& status,
                          ThemeWork::Turn& turn) {
     const auto inBackground = [this](auto work) {
-        return pintle::inBackground(to_.background, to_.mainQueue, Priority::userInitiated, std::move(work));
+        return pintle::inBackground(deps_.background, deps_.mainQueue, Priority::userInitiated,
+                                    std::move(work));
     };
-    const auto permit = to_.work.permit();
+    const auto permit = deps_.work.permit();
     auto prepared = inBackground([permit, parent = destination.parent_path()] {
         Result<Scratch> made = Scratch();
         permit->use([&] { made = prepare(parent); });
@@ -143,7 +144,7 @@ Flow ThemeExtractor::run(fs::path archive, std::string themeId, fs::path destina
     request.largestFile = limits_.bytes;
     request.processorTime = limits_.processorTime;
     Answer<Result<int>> exited;
-    const auto child = to_.processes.start(std::move(request), exited.resolver());
+    const auto child = deps_.processes.start(std::move(request), exited.resolver());
     // The scratch folder is measured while the archiver runs.
     std::optional<std::string> tooMuch;
     const auto end = [&](const std::string& why) {
@@ -153,10 +154,10 @@ Flow ThemeExtractor::run(fs::path archive, std::string themeId, fs::path destina
     };
     std::optional<Lifetime> running(std::in_place);
     bool measuring = false;
-    auto watching = to_.mainQueue.every(limits_.interval, [&] {
+    auto watching = deps_.mainQueue.every(limits_.interval, [&] {
         if (std::exchange(measuring, true)) return;
         runInBackground(
-            to_.background, to_.mainQueue, *running, Priority::utility,
+            deps_.background, deps_.mainQueue, *running, Priority::utility,
             [root = unpackRoot(*scratch), limits = limits_] {
                 return excess(measureTree(root, mostOf(limits)), limits);
             },
@@ -165,7 +166,7 @@ Flow ThemeExtractor::run(fs::path archive, std::string themeId, fs::path destina
                 if (found) end(*found);
             });
     });
-    auto deadline = to_.mainQueue.after(limits_.deadline, [&] {
+    auto deadline = deps_.mainQueue.after(limits_.deadline, [&] {
         end(fmt::format("the archive takes longer than {} seconds", limits_.deadline.count()));
     });
     const auto exit = co_await exited;
@@ -187,7 +188,7 @@ Flow ThemeExtractor::run(fs::path archive, std::string themeId, fs::path destina
     }
 
     Answer<ThemeWork::Turn> next;
-    to_.work.begin(themeId, next.resolver());
+    deps_.work.begin(themeId, next.resolver());
     turn = co_await next;
     auto installed = inBackground([scratch, permit, folder = chosen.value(), destination, limits = limits_] {
         Status moved = Done{};

@@ -37,7 +37,7 @@ struct ExtractionLimits {
 
 class ThemeExtractor {
   public:
-    struct Neighbours {
+    struct Dependencies {
         ProcessRunner& processes;
         ThemeWork& work;
         MainQueue& mainQueue;
@@ -45,7 +45,7 @@ class ThemeExtractor {
     };
     using Completion = std::function<void(Status)>;
 
-    explicit ThemeExtractor(const Neighbours& neighbours, ExtractionLimits limits = {});
+    explicit ThemeExtractor(const Dependencies& dependencies, ExtractionLimits limits = {});
     ~ThemeExtractor();
     ThemeExtractor(const ThemeExtractor&) = delete;
     ThemeExtractor& operator=(const ThemeExtractor&) = delete;
@@ -71,7 +71,7 @@ class ThemeExtractor {
     Flow run(std::filesystem::path archive, std::string themeId, std::filesystem::path destination,
              Status& status, ThemeWork::Turn& turn);
 
-    const Neighbours to_;
+    const Dependencies deps_;
     const ExtractionLimits limits_;
     std::list<Extraction> extractions_;
     Subscription workEnded_;

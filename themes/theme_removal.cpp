@@ -13,46 +13,46 @@ void ThemeRemoval::deleteTheme(const CursorThemeInfo& theme) {
 }
 
 Flow ThemeRemoval::run(std::string id) {
-    const auto folder = to_.store.themeDirectory(id);
-    const auto permit = to_.work.permit();
+    const auto folder = deps_.store.themeDirectory(id);
+    const auto permit = deps_.work.permit();
     Answer<ThemeWork::Turn> next;
-    to_.work.begin(id, next.resolver());
+    deps_.work.begin(id, next.resolver());
     const auto turn = co_await next;
-    auto removed =
-        inBackground(to_.background, to_.mainQueue, Priority::userInitiated, [permit, folder]() -> Status {
-            auto error = std::make_error_code(std::errc::no_such_file_or_directory);
-            permit->use([&] {
-                if (folder) error = removeWhole(*folder);
-            });
-            if (error) return fileError(error);
-            return Done{};
-        });
+    auto removed = inBackground(deps_.background, deps_.mainQueue, Priority::userInitiated,
+                                [permit, folder]() -> Status {
+                                    auto error = std::make_error_code(std::errc::no_such_file_or_directory);
+                                    permit->use([&] {
+                                        if (folder) error = removeWhole(*folder);
+                                    });
+                                    if (error) return fileError(error);
+                                    return Done{};
+                                });
     const auto status = co_await removed;
     // Not when a reset has come in between.
-    if (permit == to_.work.permit()) finish(id, status);
+    if (permit == deps_.work.permit()) finish(id, status);
 }
 
 void ThemeRemoval::finish(const std::string& id, const Status& status) {
     const auto prefix = "[DELETE] [" + id + "] ";
-    const auto* found = to_.themes.find(id);
+    const auto* found = deps_.themes.find(id);
     auto row = found ? std::optional(*found) : std::nullopt;
     if (!status) {
-        to_.log.system(prefix + "Error: " + status.error().description);
+        deps_.log.system(prefix + "Error: " + status.error().description);
         if (!row) return;
         row->downloadError = "Delete failed: " + status.error().description;
-        to_.themes.replace(std::move(*row));
+        deps_.themes.replace(std::move(*row));
         return;
     }
-    to_.log.system(prefix + "Deleted successfully");
-    to_.settings.clearThemeError(id);
-    forgetAnimationAnswer(id, to_.preferences);
+    deps_.log.system(prefix + "Deleted successfully");
+    deps_.settings.clearThemeError(id);
+    forgetAnimationAnswer(id, deps_.preferences);
     if (row) {
         row->isDownloaded = false;
         // As the record of examined themes says from now on.
         row->isAnimated = false;
         row->previewImage.reset();
         row->downloadError.reset();
-        to_.themes.replace(std::move(*row));
+        deps_.themes.replace(std::move(*row));
     }
     deleted.emit(id);
 }

@@ -21,7 +21,7 @@ namespace pintle {
 
 class ThemeRemoval {
   public:
-    struct Neighbours {
+    struct Dependencies {
         CursorSettings& settings;
         KeyValueStore& preferences;
         ThemeList& themes;
@@ -32,7 +32,7 @@ class ThemeRemoval {
         Log& log;
     };
 
-    explicit ThemeRemoval(const Neighbours& neighbours) : to_(neighbours) {}
+    explicit ThemeRemoval(const Dependencies& dependencies) : deps_(dependencies) {}
 
     /// Returns at once. A failure is shown in the row and not stored.
     void deleteTheme(const CursorThemeInfo& theme);
@@ -44,7 +44,7 @@ class ThemeRemoval {
     Flow run(std::string id);
     void finish(const std::string& id, const Status& status);
 
-    const Neighbours to_;
+    const Dependencies deps_;
     std::list<Flow> removals_;
 };
 

@@ -56,21 +56,21 @@ struct ShellViewsQuick::Scenes {
     std::map<WindowContent, std::unique_ptr<QWindow>> windows;
 };
 
-ShellViewsQuick::ShellViewsQuick(Neighbours neighbours) : to_(std::move(neighbours)) {
+ShellViewsQuick::ShellViewsQuick(Dependencies dependencies) : deps_(std::move(dependencies)) {
     // The renderer that runs everywhere and keeps no graphics driver in memory. Before the first window.
     if (QQuickWindow::graphicsApi() != QSGRendererInterface::Software)
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QQuickWindow::setDefaultAlphaBuffer(true);
-    appearanceChanged_ = to_.appearance.observe([this] { followLook(); });
-    settingsChanged_ = to_.settings.changed.observe([this] { followLook(); });
+    appearanceChanged_ = deps_.appearance.observe([this] { followLook(); });
+    settingsChanged_ = deps_.settings.changed.observe([this] { followLook(); });
     followLook();
 }
 
 ShellViewsQuick::~ShellViewsQuick() = default;
 
 void ShellViewsQuick::followLook() {
-    const auto& desktop = to_.appearance.look();
-    const auto glass = glassBackground(to_.settings);
+    const auto& desktop = deps_.appearance.look();
+    const auto glass = glassBackground(deps_.settings);
     look_.setLook({.dark = desktop.dark,
                    .glassMode = glass.isOn,
                    .glassOpacity = glass.opacity,
@@ -125,7 +125,7 @@ QWindow* ShellViewsQuick::popover() {
     auto& made = scenes();
     if (made.popover) return made.popover.get();
     if (!made.popoverModel) {
-        made.popoverModel = &to_.popover();
+        made.popoverModel = &deps_.popover();
         made.popoverFacade = std::make_unique<PopoverFacade>(*made.popoverModel, made.previews);
         made.engine.addImageProvider(StripImages::providerName,
                                      made.popoverFacade->strips()->makeProvider().release());
@@ -170,13 +170,13 @@ QWindow* ShellViewsQuick::window(WindowContent content) {
     auto& made = scenes();
     const auto known = made.windows.find(content);
     if (known != made.windows.end()) return known->second.get();
-    auto view = to_.makeWindow ? to_.makeWindow(made.engine, content) : nullptr;
+    auto view = deps_.makeWindow ? deps_.makeWindow(made.engine, content) : nullptr;
     if (!view) return nullptr;
     return made.windows.emplace(content, std::move(view)).first->second.get();
 }
 
 QWindow* ShellViewsQuick::alert(const Alert& alert, std::function<void(int button)> chosen) {
-    return to_.makeAlert ? to_.makeAlert(scenes().engine, alert, std::move(chosen)) : nullptr;
+    return deps_.makeAlert ? deps_.makeAlert(scenes().engine, alert, std::move(chosen)) : nullptr;
 }
 
 }  // namespace pintle

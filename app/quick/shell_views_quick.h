@@ -20,7 +20,7 @@ namespace pintle {
 
 class ShellViewsQuick : public ShellViews {
   public:
-    struct Neighbours {
+    struct Dependencies {
         /// Called once, when the popover is first asked for. The answer must outlive the views.
         std::function<PopoverModel&()> popover;
         Appearance& appearance;
@@ -32,7 +32,7 @@ class ShellViewsQuick : public ShellViews {
             makeAlert;
     };
 
-    explicit ShellViewsQuick(Neighbours neighbours);
+    explicit ShellViewsQuick(Dependencies dependencies);
     ~ShellViewsQuick() override;
 
     void setComposited(bool composited) override;
@@ -54,7 +54,7 @@ class ShellViewsQuick : public ShellViews {
     Scenes& scenes();
     void followLook();
 
-    const Neighbours to_;
+    const Dependencies deps_;
     bool composited_ = false;
     bool nativelyHosted_ = false;
     ViewLook look_;

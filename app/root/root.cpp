@@ -18,7 +18,7 @@ struct Root::Desktop {
     Desktop(EarlyBackend& early, Composition& composition)
         : backend(makeDesktopBackend(early)),
           windowViews({[this, &early, &composition]() -> SettingsWindowModel& {
-                           return settingsModel.emplace(SettingsWindowModel::Neighbours{
+                           return settingsModel.emplace(SettingsWindowModel::Dependencies{
                                composition.settings(), *early.preferences, composition.launchAtLogin(),
                                composition.notifications(), composition.viewModel(), *shell.alerts,
                                *early.application, backend.session.seesApplications});
@@ -28,12 +28,12 @@ struct Root::Desktop {
                                if (auto* const view = views.window(WindowContent::about)) view->close();
                            });
                        }}),
-          views(ShellViewsQuick::Neighbours{
+          views(ShellViewsQuick::Dependencies{
               [this, &early, &composition]() -> PopoverModel& {
                   return popoverModel.emplace(
-                      PopoverModel::Neighbours{composition.viewModel(), composition.updateChecker(),
-                                               composition.settings(), composition.notifications(),
-                                               *early.queue, *early.application, *early.log},
+                      PopoverModel::Dependencies{composition.viewModel(), composition.updateChecker(),
+                                                 composition.settings(), composition.notifications(),
+                                                 *early.queue, *early.application, *early.log},
                       pointerSession());
               },
               *backend.session.appearance, composition.settings(),
@@ -97,7 +97,7 @@ Root::Root()
     : early_(makeEarlyBackend()),
       composition_(EarlyPlatform{*early_.log, *early_.preferences, *early_.instances}) {
     const auto program = early_.bundle.executable.string();
-    delegate_ = std::make_unique<AppDelegate>(AppDelegate::Neighbours{
+    delegate_ = std::make_unique<AppDelegate>(AppDelegate::Dependencies{
         .composition = composition_,
         .early = {*early_.log, *early_.preferences, *early_.instances},
         .application = *early_.application,

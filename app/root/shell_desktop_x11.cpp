@@ -27,7 +27,7 @@ ShellDesktop makeShellDesktop(X11Shell& x) {
     desktop.trayHosts = [&x] { return TrayHosts{x.hasNotifierHost(), x.hasEmbeddingTray()}; };
     desktop.observeTrayHosts = [&x](auto changed) { return x.observeTrays(std::move(changed)); };
     desktop.panelLook = [&x](NativeWindow icon) -> std::optional<PanelLook> {
-        const auto ground = x.groundOf(icon);
+        const auto ground = x.coloursOf(icon);
         if (!ground) return std::nullopt;
         return PanelLook{ground->dark, ground->foreground};
     };

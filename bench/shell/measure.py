@@ -24,7 +24,7 @@ sys.path[:0] = [os.path.join(ROOT, "tests", "desktop", name) for name in ("shell
 import archives  # noqa: E402
 import children  # noqa: E402
 from application import THEMES, Application  # noqa: E402
-from person import Person  # noqa: E402
+from input_devices import InputDevices  # noqa: E402
 from server import Server  # noqa: E402
 from session import ShellDesktop  # noqa: E402
 from theme import Theme, write_preferences  # noqa: E402
@@ -44,7 +44,7 @@ DOWNLOADED, DOWNLOADED_ROW = "numix-cursor", "Numix Cursor"
 class Bench:
     def __init__(self, desktop, host, options):
         self.desktop, self.host, self.options = desktop, host, options
-        self.person = Person(desktop)
+        self.input = InputDevices(desktop)
         self.programs = {"plain": os.path.join(options.build, "bench", "shell", "plain_tray"),
                          "pintle": os.path.join(options.build, "pintle")}
         self.missed = []
@@ -135,19 +135,19 @@ class Bench:
 
     def blocks(self, process):
         """Rows are found before the clock runs, for the finding keeps the program busy."""
-        app = Application(self.desktop, self.person, self.host, self.programs["pintle"])
+        app = Application(self.desktop, self.input, self.host, self.programs["pintle"])
         app.process = process
         app.open_popover()
         top = app.popover().find("list", THEMES).node.box()
 
         def scroll():
-            self.person.point(top.x + top.width // 2, top.y + top.height // 2)
+            self.input.point(top.x + top.width // 2, top.y + top.height // 2)
             for clicks in (40, -40, 40, -40):
-                self.person.wheel(clicks)
+                self.input.wheel(clicks)
 
         def click(name):
             box = app.row(name).node.box()
-            return lambda: self.person.click_on(box)
+            return lambda: self.input.click_on(box)
         quiet, count = self.longest(app.node, 1500, lambda: None)
         print(f"the popover at rest answers {count} questions, the slowest after {quiet:.1f} ms", flush=True)
         for what, prepare, milliseconds in (("scrolling", lambda: scroll, 4000),
@@ -220,7 +220,7 @@ class Bench:
         write_preferences(self.desktop.config, currentThemeId=OTHER_THEME, cursorScale=1.0)
         pintle, _ = self.start("pintle")
         icon = children.wait_until("the icon", self.host.icon)
-        self.person.do("mousemove", 700, 800)
+        self.input.do("mousemove", 700, 800)
         self.rest(pintle, "at rest, a theme in force")
         pss, rss = self.settled_memory(pintle)
         print(f"with a theme in force: PSS {pss / 1024:.1f} MB, RSS {rss / 1024:.1f} MB", flush=True)
@@ -229,7 +229,7 @@ class Bench:
         self.told("click to popover", later[1], POPOVER_GOAL, "ms",
                   f" (there after {later[0]:.0f} ms, at rest after {later[2]:.0f} ms)")
         self.blocks(pintle)
-        self.person.do("mousemove", 700, 800)
+        self.input.do("mousemove", 700, 800)
         self.rest(pintle, "after a popover")
         pss, rss = self.settled_memory(pintle)
         print(f"after a popover: PSS {pss / 1024:.1f} MB, RSS {rss / 1024:.1f} MB", flush=True)

@@ -87,7 +87,7 @@ extern "C" void runPostedWork(void* info) {
     inAutoreleasePool([&] { posted->run(); });
 }
 
-struct Beat {
+struct Tick {
     Work work;
     bool repeats = false;
     std::weak_ptr<Turns> turns;
@@ -96,20 +96,20 @@ struct Beat {
 
 extern "C" void beatFired(CFRunLoopTimerRef timer, void* info) {
     // The work may end its own timer.
-    const auto beat = *static_cast<std::shared_ptr<Beat>*>(info);
-    if (!beat->repeats) CFRunLoopTimerInvalidate(timer);
+    const auto tick = *static_cast<std::shared_ptr<Tick>*>(info);
+    if (!tick->repeats) CFRunLoopTimerInvalidate(timer);
     inAutoreleasePool([&] {
-        beat->work();
-        if (const auto turns = beat->turns.lock()) turns->end();
+        tick->work();
+        if (const auto turns = tick->turns.lock()) turns->end();
     });
 }
 
 extern "C" void releaseBeat(const void* info) {
-    delete static_cast<std::shared_ptr<Beat>*>(const_cast<void*>(info));
+    delete static_cast<std::shared_ptr<Tick>*>(const_cast<void*>(info));
 }
 
 extern "C" const void* retainBeat(const void* info) {
-    return new std::shared_ptr<Beat>(*static_cast<const std::shared_ptr<Beat>*>(info));
+    return new std::shared_ptr<Tick>(*static_cast<const std::shared_ptr<Tick>*>(info));
 }
 
 class MacMainQueue : public MainQueue {
@@ -157,19 +157,19 @@ class MacMainQueue : public MainQueue {
   private:
     /// An interval of 0 fires once.
     Timer start(nanoseconds delay, nanoseconds interval, Work work) {
-        auto beat = std::make_shared<Beat>();
-        beat->work = std::move(work);
-        beat->repeats = interval > nanoseconds{0};
-        beat->turns = posted_->turns;
+        auto tick = std::make_shared<Tick>();
+        tick->work = std::move(work);
+        tick->repeats = interval > nanoseconds{0};
+        tick->turns = posted_->turns;
         CFRunLoopTimerContext context = {};
-        context.info = &beat;
+        context.info = &tick;
         context.retain = retainBeat;
         context.release = releaseBeat;
-        beat->timer = CfRef<CFRunLoopTimerRef>::adopt(
+        tick->timer = CfRef<CFRunLoopTimerRef>::adopt(
             CFRunLoopTimerCreate(kCFAllocatorDefault, CFAbsoluteTimeGetCurrent() + seconds(delay),
                                  seconds(interval), 0, 0, beatFired, &context));
-        CFRunLoopAddTimer(CFRunLoopGetMain(), beat->timer.get(), kCFRunLoopCommonModes);
-        return Timer([weak = std::weak_ptr(beat)] {
+        CFRunLoopAddTimer(CFRunLoopGetMain(), tick->timer.get(), kCFRunLoopCommonModes);
+        return Timer([weak = std::weak_ptr(tick)] {
             // A timer that has fired is gone already.
             if (const auto alive = weak.lock()) CFRunLoopTimerInvalidate(alive->timer.get());
         });

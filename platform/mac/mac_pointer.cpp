@@ -48,7 +48,7 @@ class MacPointer : public Pointer {
     std::optional<SystemCursor> currentSystemCursor() override {
         const auto seed = currentCursorSeed();
         if (seed && seed == lastSeed_) return last_;
-        // Drawing a picture costs more than the rest of a beat; the same seed means the same picture.
+        // Drawing a picture costs more than the rest of a tick; the same seed means the same picture.
         last_ = readNow();
         lastSeed_ = last_ ? seed : std::nullopt;
         return last_;

@@ -9,7 +9,7 @@
 namespace pintle {
 
 /// One turn is one batch of posted work, or the timers that are due at one moment. Timers keep to their grid
-/// (start + n × interval): a beat that the thread missed is left out, not made up for. Beats come up to about
+/// (start + n × interval): a tick that the thread missed is left out, not made up for. Ticks come up to about
 /// a millisecond late, never early. Work left when the queue ends is dropped.
 std::unique_ptr<MainQueue> makeQtMainQueue();
 

@@ -23,7 +23,7 @@ struct ViewModelTest : testing::Test {
     FullReset fullReset{{world.settings, world.store, world.themeStore, world.work, world.pipeline,
                          world.applier, world.changer, world.log}};
 
-    CursorViewModel::Neighbours neighbours() {
+    CursorViewModel::Dependencies dependencies() {
         return {world.themes,
                 world.themeStore,
                 world.pipeline,
@@ -53,7 +53,7 @@ struct ViewModelTest : testing::Test {
 TEST_F(ViewModelTest, StartsInItsOrderWithItsLogLines) {
     world.writeTheme(kIce, 1);
     world.writeTheme(kBanana, 1);
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     const auto path = world.themesDirectory().string();
     EXPECT_THAT(
         world.linesOf({"[VIEWMODEL]", "[LOAD_THEMES] ━━━"}),
@@ -66,7 +66,7 @@ TEST_F(ViewModelTest, StartsInItsOrderWithItsLogLines) {
 }
 
 TEST_F(ViewModelTest, StartsWithoutAFilterAndWithoutACurrentTheme) {
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     EXPECT_EQ(model.selectedFilter(), CursorHandedness::all);
     EXPECT_FALSE(model.currentTheme());
     EXPECT_EQ(model.themes().size(), 77u);
@@ -77,7 +77,7 @@ TEST_F(ViewModelTest, StartsWithoutAFilterAndWithoutACurrentTheme) {
 TEST_F(ViewModelTest, RestoresTheCurrentThemeWhenItIsDownloaded) {
     world.writeTheme(kIce, 1);
     world.store.set("currentThemeId", kIce);
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     ASSERT_TRUE(model.currentTheme());
     EXPECT_EQ(model.currentTheme()->id, kIce);
     EXPECT_TRUE(model.currentTheme()->isDownloaded);
@@ -86,7 +86,7 @@ TEST_F(ViewModelTest, RestoresTheCurrentThemeWhenItIsDownloaded) {
 TEST_F(ViewModelTest, RestoresNoCurrentThemeForAnIdThatMatchesNoDownloadedRow) {
     for (const char* id : {"fuchsia", "of-no-row", ""}) {
         world.store.set("currentThemeId", id);
-        CursorViewModel model(neighbours());
+        CursorViewModel model(dependencies());
         EXPECT_FALSE(model.currentTheme()) << id;
     }
 }
@@ -94,7 +94,7 @@ TEST_F(ViewModelTest, RestoresNoCurrentThemeForAnIdThatMatchesNoDownloadedRow) {
 TEST_F(ViewModelTest, AppliesARestoredThemeAgainWhenTheScaleChanges) {
     world.writeTheme(kIce, 0x010203);
     world.store.set("currentThemeId", kIce);
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     world.settings.setCursorScale(1.5);
     world.scheduler.runUntilIdle();
     EXPECT_EQ(world.windowServer.registered.at("com.apple.coregraphics.Arrow").size, (Size{72, 72}));
@@ -104,7 +104,7 @@ TEST_F(ViewModelTest, ExaminesAndRecordsOnlyDownloadedThemes) {
     world.writeTheme(kIce, 1);
     world.writeTheme(kBanana, 1);
     animate(kIce, "left_ptr");
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     EXPECT_FALSE(world.store.object(kAnimatedKey));
     world.scheduler.runUntilIdle();
     EXPECT_EQ(*world.store.object(kAnimatedKey),
@@ -119,7 +119,7 @@ TEST_F(ViewModelTest, DoesNotExamineAThemeWithAnAnswerOnRecord) {
     world.writeTheme(kIce, 1);
     animate(kIce, "left_ptr");
     world.store.set(kAnimatedKey, PropertyDictionary{{kIce, false}});
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     world.scheduler.runUntilIdle();
     EXPECT_EQ(answer(kIce), false);
     EXPECT_FALSE(world.theme(kIce).isAnimated);
@@ -130,7 +130,7 @@ TEST_F(ViewModelTest, AStillLeftPtrBesideAnAnimatedDefaultCountsAsAnimated) {
     animate(kIce, "default");
     world.writeTheme(kBanana, 1);
     animate(kBanana, "watch");
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     world.scheduler.runUntilIdle();
     EXPECT_EQ(answer(kIce), true);
     EXPECT_EQ(answer(kBanana), false);
@@ -138,7 +138,7 @@ TEST_F(ViewModelTest, AStillLeftPtrBesideAnAnimatedDefaultCountsAsAnimated) {
 
 TEST_F(ViewModelTest, ForwardsApplyScaleAndReset) {
     world.writeTheme(kIce, 0x010203);
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     model.applyTheme(world.theme(kIce));
     world.scheduler.runUntilIdle();
     EXPECT_EQ(world.colourOf("com.apple.coregraphics.Arrow"), 0x010203u);
@@ -153,7 +153,7 @@ TEST_F(ViewModelTest, ForwardsApplyScaleAndReset) {
 
 TEST_F(ViewModelTest, TellsItsObserversOfRowsCurrentThemeAndFilter) {
     world.writeTheme(kIce, 1);
-    CursorViewModel model(neighbours());
+    CursorViewModel model(dependencies());
     world.scheduler.runUntilIdle();
     int changes = 0;
     const auto observer = model.changed.observe([&] { ++changes; });
@@ -180,7 +180,7 @@ TEST_F(ViewModelTest, BuildsPreloadedCursors) {
 
 TEST_F(ViewModelTest, LeavesNothingBehindThatRunsAfterItsEnd) {
     world.writeTheme(kIce, 1);
-    { CursorViewModel model(neighbours()); }
+    { CursorViewModel model(dependencies()); }
     world.scheduler.runUntilIdle();
     EXPECT_FALSE(world.store.object(kAnimatedKey));
 }

@@ -26,9 +26,9 @@ struct ResetWorld : CursorWorld {
         fs::create_directories(directories.temporary);
         writeTheme(kIce, 0x010203);
         writeFile(directories.applicationSupport / "Pintle" / "system_cursor_backup.plist", "backup");
-        model.emplace(CursorViewModel::Neighbours{themes, themeStore, pipeline, downloads, removal, fullReset,
-                                                  store, scheduler.mainQueue(), scheduler.backgroundTasks(),
-                                                  hints, log});
+        model.emplace(CursorViewModel::Dependencies{themes, themeStore, pipeline, downloads, removal,
+                                                    fullReset, store, scheduler.mainQueue(),
+                                                    scheduler.backgroundTasks(), hints, log});
         scheduler.runUntilIdle();
         processes.play = [](const ProcessRequest& request) {
             writeFile(fs::path(request.arguments.at(3)) / "cursors/left_ptr",

@@ -34,8 +34,8 @@ struct ModelWorld : CursorWorld {
     /// Once the themes that the test wants on disk are there.
     void start() {
         viewModel = std::make_unique<CursorViewModel>(
-            CursorViewModel::Neighbours{themes, themeStore, pipeline, downloads, removal, fullReset, store,
-                                        scheduler.mainQueue(), scheduler.backgroundTasks(), hints, log});
+            CursorViewModel::Dependencies{themes, themeStore, pipeline, downloads, removal, fullReset, store,
+                                          scheduler.mainQueue(), scheduler.backgroundTasks(), hints, log});
         scheduler.runUntilIdle();
         log.systemLines.clear();
     }

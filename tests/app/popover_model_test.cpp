@@ -33,8 +33,8 @@ struct PopoverModelTest : testing::Test {
     }
     void make(PopoverModel::Session session = PopoverModel::Session::pointerCanChange) {
         model = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log},
+            PopoverModel::Dependencies{*world.viewModel, world.updates, world.settings, world.notifications,
+                                       world.scheduler.mainQueue(), world.application, world.log},
             session);
         world.log.systemLines.clear();
     }

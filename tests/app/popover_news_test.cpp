@@ -17,8 +17,8 @@ struct PopoverNewsTest : testing::Test {
     PopoverNewsTest() {
         world.start();
         model = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log});
+            PopoverModel::Dependencies{*world.viewModel, world.updates, world.settings, world.notifications,
+                                       world.scheduler.mainQueue(), world.application, world.log});
         model->onAppear();
     }
     void failDownload(const char* id, int code) {

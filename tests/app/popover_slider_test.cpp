@@ -29,8 +29,8 @@ struct Drag {
         world.writeTheme(ModelWorld::ice, 0x102030);
         world.start();
         model = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log});
+            PopoverModel::Dependencies{*world.viewModel, world.updates, world.settings, world.notifications,
+                                       world.scheduler.mainQueue(), world.application, world.log});
         world.applyNow(ModelWorld::ice);
         if (cache == Cache::cold) world.scheduler.advance(61s);
         world.log.systemLines.clear();

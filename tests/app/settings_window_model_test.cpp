@@ -40,8 +40,8 @@ struct SettingsWindowModelTest : testing::Test {
         world.writeTheme(kIce, 0x102030);
         world.start();
         model = std::make_unique<SettingsWindowModel>(
-            SettingsWindowModel::Neighbours{world.settings, world.store, launchAtLogin, world.notifications,
-                                            *world.viewModel, world.alerts, world.application});
+            SettingsWindowModel::Dependencies{world.settings, world.store, launchAtLogin, world.notifications,
+                                              *world.viewModel, world.alerts, world.application});
     }
     bool isOn(Toggle toggle) { return model->toggle(toggle).isOn; }
     std::vector<std::string> percentages() {
@@ -61,8 +61,8 @@ TEST_F(SettingsWindowModelTest, WhatHasNoEffectInASessionIsDisabledAndSaysWhy) {
     EXPECT_TRUE(model->toggle(Toggle::alwaysUseThemedCursor).isEnabled);
     EXPECT_TRUE(model->exclusionsEnabled());
     model = std::make_unique<SettingsWindowModel>(
-        SettingsWindowModel::Neighbours{world.settings, world.store, launchAtLogin, world.notifications,
-                                        *world.viewModel, world.alerts, world.application, false});
+        SettingsWindowModel::Dependencies{world.settings, world.store, launchAtLogin, world.notifications,
+                                          *world.viewModel, world.alerts, world.application, false});
     for (const auto each : {Toggle::alwaysUseThemedCursor, Toggle::pauseWhenScreenShared}) {
         const auto row = model->toggle(each);
         EXPECT_FALSE(row.isEnabled);

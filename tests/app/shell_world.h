@@ -113,7 +113,7 @@ struct ShellWorld {
     /// The delegate before its start-up.
     AppDelegate& make() {
         composition = std::make_unique<Composition>(early());
-        delegate = std::make_unique<AppDelegate>(AppDelegate::Neighbours{
+        delegate = std::make_unique<AppDelegate>(AppDelegate::Dependencies{
             .composition = *composition,
             .early = early(),
             .application = shell.application,

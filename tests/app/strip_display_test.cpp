@@ -23,8 +23,8 @@ struct StripDisplayTest : testing::Test {
     void make() {
         world.start();
         popover = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log});
+            PopoverModel::Dependencies{*world.viewModel, world.updates, world.settings, world.notifications,
+                                       world.scheduler.mainQueue(), world.application, world.log});
         display = std::make_unique<StripDisplay>(*popover, *world.viewModel, world.scheduler.mainQueue());
         world.log.systemLines.clear();
     }

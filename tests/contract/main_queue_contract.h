@@ -117,26 +117,26 @@ TYPED_TEST(MainQueueContract, TimersRunInTheOrderOfTheirTimes) {
 }
 
 TYPED_TEST(MainQueueContract, ARepeatingTimerGoesOnUntilItsHandleEndsInItsOwnCall) {
-    int beats = 0;
+    int ticks = 0;
     Timer timer;
     timer = this->queue().every(2ms, [&] {
-        if (++beats == 3) timer.end();
+        if (++ticks == 3) timer.end();
     });
-    ASSERT_TRUE(this->world_.runUntil([&] { return beats >= 3; }));
+    ASSERT_TRUE(this->world_.runUntil([&] { return ticks >= 3; }));
     bool later = false;
     const Timer end = this->queue().after(20ms, [&] { later = true; });
     ASSERT_TRUE(this->world_.runUntil([&] { return later; }));
-    EXPECT_EQ(beats, 3);
+    EXPECT_EQ(ticks, 3);
 }
 
 TYPED_TEST(MainQueueContract, ABeatNeverComesBeforeItsPlaceOnTheGrid) {
     constexpr auto kInterval = 8333333ns;
     const auto start = this->queue().now();
-    std::vector<std::chrono::nanoseconds> beats;
-    Timer timer = this->queue().every(kInterval, [&] { beats.push_back(this->queue().now() - start); });
-    ASSERT_TRUE(this->world_.runUntil([&] { return beats.size() >= 12; }));
+    std::vector<std::chrono::nanoseconds> ticks;
+    Timer timer = this->queue().every(kInterval, [&] { ticks.push_back(this->queue().now() - start); });
+    ASSERT_TRUE(this->world_.runUntil([&] { return ticks.size() >= 12; }));
     timer.end();
-    for (std::size_t i = 0; i < 12; ++i) EXPECT_GE(beats[i], kInterval * static_cast<int>(i + 1));
+    for (std::size_t i = 0; i < 12; ++i) EXPECT_GE(ticks[i], kInterval * static_cast<int>(i + 1));
 }
 
 TYPED_TEST(MainQueueContract, TheEndOfTheTurnFollowsPostedWork) {

@@ -53,35 +53,35 @@ TEST(QtMainQueue, ANestedLoopGoesOnWithTheRestInOrder) {
 
 TEST(QtMainQueue, ATimerGoesOnBeatingInsideANestedLoopOfItsOwn) {
     QtWorld world;
-    int beats = 0;
+    int ticks = 0;
     Timer timer = world.queue().every(2ms, [&] {
-        if (++beats > 1) return;
-        EXPECT_TRUE(world.runUntil([&] { return beats >= 3; }));
+        if (++ticks > 1) return;
+        EXPECT_TRUE(world.runUntil([&] { return ticks >= 3; }));
     });
-    ASSERT_TRUE(world.runUntil([&] { return beats >= 4; }));
+    ASSERT_TRUE(world.runUntil([&] { return ticks >= 4; }));
 }
 
 TEST(QtMainQueue, BeatsMissedWhileTheThreadWasBusyAreLeftOut) {
     QtWorld world;
     constexpr auto kInterval = 4ms;
     const auto start = world.queue().now();
-    std::vector<nanoseconds> beats;
+    std::vector<nanoseconds> ticks;
     Timer timer = world.queue().every(kInterval, [&] {
-        beats.push_back(world.queue().now() - start);
-        if (beats.size() == 1) world.letPass(10 * kInterval);
+        ticks.push_back(world.queue().now() - start);
+        if (ticks.size() == 1) world.letPass(10 * kInterval);
     });
-    ASSERT_TRUE(world.runUntil([&] { return beats.size() >= 3; }));
+    ASSERT_TRUE(world.runUntil([&] { return ticks.size() >= 3; }));
     timer.end();
-    // One beat may follow at once, the next keeps to the grid again.
-    EXPECT_GE(beats[1], 11 * kInterval);
-    EXPECT_GE(beats[2] / kInterval, beats[1] / kInterval + 1);
+    // One tick may follow at once, the next keeps to the grid again.
+    EXPECT_GE(ticks[1], 11 * kInterval);
+    EXPECT_GE(ticks[2] / kInterval, ticks[1] / kInterval + 1);
 }
 
 TEST(QtMainQueue, ABeatThatIsNoWholeNumberOfMillisecondsDoesNotDrift) {
     QtWorld world;
     constexpr nanoseconds kInterval{8333333};
     bool close = false;
-    // A busy machine may spoil a run, drift spoils each: rounded to 9 ms, two beats of three would be late.
+    // A busy machine may spoil a run, drift spoils each: rounded to 9 ms, two ticks of three would be late.
     for (int attempt = 0; attempt < 5 && !close; ++attempt) {
         const auto start = world.queue().now();
         std::vector<nanoseconds> late;

@@ -27,10 +27,10 @@ struct PopoverWorld : testing::Test {
     void show(PopoverModel::Session session = PopoverModel::Session::pointerCanChange) {
         if (!world.viewModel) world.start();
         model = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log},
+            PopoverModel::Dependencies{*world.viewModel, world.updates, world.settings, world.notifications,
+                                       world.scheduler.mainQueue(), world.application, world.log},
             session);
-        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Dependencies{
             [this]() -> PopoverModel& { return *model; }, appearance, world.settings, {}, {}});
         views->setComposited(false);
         view = qobject_cast<QQuickView*>(views->popover());

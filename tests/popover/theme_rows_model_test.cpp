@@ -29,8 +29,8 @@ struct ThemeRowsModelTest : testing::Test {
     void SetUp() override {
         world.start();
         popover = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log});
+            PopoverModel::Dependencies{*world.viewModel, world.updates, world.settings, world.notifications,
+                                       world.scheduler.mainQueue(), world.application, world.log});
         rows = std::make_unique<ThemeRowsModel>(*popover, previews);
         QObject::connect(rows.get(), &QAbstractItemModel::dataChanged, rows.get(),
                          [this](const QModelIndex& from, const QModelIndex& to, const QList<int>& roles) {

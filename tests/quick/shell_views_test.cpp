@@ -24,10 +24,10 @@ struct ShellViewsTest : testing::Test {
 
     ShellViewsTest() {
         world.start();
-        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Dependencies{
             [this]() -> PopoverModel& {
                 ++asked;
-                return model.emplace(PopoverModel::Neighbours{
+                return model.emplace(PopoverModel::Dependencies{
                     *world.viewModel, world.updates, world.settings, world.notifications,
                     world.scheduler.mainQueue(), world.application, world.log});
             },

@@ -99,7 +99,7 @@ struct WindowWorld {
                                 LoginAgentRole::fallback};
     FullReset fullReset{{world.settings, world.store, world.themeStore, world.work, world.pipeline,
                          world.applier, world.changer, world.log}};
-    CursorViewModel viewModel{CursorViewModel::Neighbours{
+    CursorViewModel viewModel{CursorViewModel::Dependencies{
         world.themes, world.themeStore, world.pipeline, world.downloads, world.removal, fullReset,
         world.store, world.scheduler.mainQueue(), world.scheduler.backgroundTasks(), world.hints, world.log}};
     SettingsWindowModel settings;

@@ -36,8 +36,8 @@ struct LibraryWorld : TestWorld {
         themes.loadThemes();
         log.systemLines.clear();
         downloads.emplace(
-            ThemeDownloads::Neighbours{settings, store, themes, themeStore, extractor, work, http,
-                                       scheduler.mainQueue(), scheduler.backgroundTasks(), log},
+            ThemeDownloads::Dependencies{settings, store, themes, themeStore, extractor, work, http,
+                                         scheduler.mainQueue(), scheduler.backgroundTasks(), log},
             directories.temporary, std::move(mirror));
     }
 

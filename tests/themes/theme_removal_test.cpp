@@ -106,7 +106,7 @@ TEST(ThemeRemovalEnd, WhoeverIsGoneInTheMiddleRemovesTheWholeThemeOrNothing) {
         LibraryWorld world;
         writeFile(world.themeFolder("banana") / "cursors/left_ptr", LibraryWorld::cursorFile());
         world.themes.loadThemes();
-        auto removal = std::make_optional<ThemeRemoval>(ThemeRemoval::Neighbours{
+        auto removal = std::make_optional<ThemeRemoval>(ThemeRemoval::Dependencies{
             world.settings, world.store, world.themes, world.themeStore, world.work,
             world.scheduler.mainQueue(), world.scheduler.backgroundTasks(), world.log});
         removal->deleteTheme(world.row("banana"));

@@ -19,7 +19,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-/// `frames` frames one below the other, each pixel unlike its neighbours.
+/// `frames` frames one below the other, each pixel unlike those beside it.
 RegisteredCursor picture(int width, int height, std::uint64_t frames, double duration = 0) {
     RegisteredCursor cursor;
     cursor.identifier = "com.apple.coregraphics.Arrow";

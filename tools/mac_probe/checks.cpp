@@ -339,8 +339,8 @@ json desktop(const std::string&) {
     return report;
 }
 
-/// A second of beats at 120 a second, in the common modes of the main run loop.
-json beats(const std::string&) {
+/// A second of ticks at 120 a second, in the common modes of the main run loop.
+json ticks(const std::string&) {
     const auto queue = makeMacMainQueue();
     constexpr auto kInterval = 8333333ns;
     std::vector<std::chrono::nanoseconds> at;
@@ -351,9 +351,9 @@ json beats(const std::string&) {
     while (queue->now() - start < 1s) runLoopFor(0.1);
     timer.end();
     std::chrono::nanoseconds latest{0};
-    for (const auto& beat : at) latest = std::max(latest, beat % kInterval);
+    for (const auto& tick : at) latest = std::max(latest, tick % kInterval);
     return {{"posted_work_ran", posted},
-            {"beats_in_a_second", at.size()},
+            {"ticks_in_a_second", at.size()},
             {"latest_after_its_place_in_microseconds",
              std::chrono::duration_cast<std::chrono::microseconds>(latest).count()}};
 }
@@ -365,7 +365,7 @@ const std::map<std::string, Check>& probeChecks() {
         {"accessibility", accessibility},
         {"arrow_replacement", onWindowServer(arrowReplacement)},
         {"arrow_round_trip", onWindowServer(arrowRoundTrip)},
-        {"beats", beats},
+        {"ticks", ticks},
         {"desktop", desktop},
         {"images", images},
         {"login_item", loginItem},

@@ -122,7 +122,7 @@ bool overlap(int first, int last, int otherFirst, int otherLast) {
 
 }  // namespace
 
-std::optional<Ground> groundOf(XConnection& connection, xcb_window_t icon, xcb_window_t trayOwner) {
+std::optional<Colours> coloursOf(XConnection& connection, xcb_window_t icon, xcb_window_t trayOwner) {
     if (icon != 0 && trayOwner != 0) {
         // Red, green and blue of the foreground come first, in 16 bits each.
         const auto colours = numbers(connection, trayOwner, connection.atom("_NET_SYSTEM_TRAY_COLORS"));
@@ -130,7 +130,7 @@ std::optional<Ground> groundOf(XConnection& connection, xcb_window_t icon, xcb_w
             const auto red = colours[0] >> 8 & 0xff;
             const auto green = colours[1] >> 8 & 0xff;
             const auto blue = colours[2] >> 8 & 0xff;
-            return Ground{red * 299 + green * 587 + blue * 114 > 127'500, red << 16 | green << 8 | blue};
+            return Colours{red * 299 + green * 587 + blue * 114 > 127'500, red << 16 | green << 8 | blue};
         }
     }
     auto panel = icon != 0 ? panelAround(connection, icon) : largestPanel(connection);
@@ -144,7 +144,7 @@ std::optional<Ground> groundOf(XConnection& connection, xcb_window_t icon, xcb_w
     }
     const auto dark = isDark(connection, window, sample);
     if (!dark) return std::nullopt;
-    return Ground{*dark, std::nullopt};
+    return Colours{*dark, std::nullopt};
 }
 
 std::optional<Insets> insetsOf(XConnection& x, const std::string& name) {

@@ -1,4 +1,4 @@
-// What panels tell about themselves: the colour on which icons stand, and what they take from a screen. Asked
+// What panels say about themselves: the colour on which icons stand, and what they take from a screen. Asked
 // of the X server at each call. Main thread.
 #pragma once
 
@@ -10,7 +10,7 @@
 
 namespace pintle::panels {
 
-struct Ground {
+struct Colours {
     bool dark = false;
     /// 0xRRGGBB, where the panel names one.
     std::optional<std::uint32_t> foreground;
@@ -18,7 +18,7 @@ struct Ground {
 
 /// What the icon in window `icon` stands on; of the largest panel when it is 0. `trayOwner`: the window that
 /// manages the icons in the panel, 0 for none. Absent when the panel is translucent or cannot be read.
-std::optional<Ground> groundOf(x11::XConnection& connection, xcb_window_t icon, xcb_window_t trayOwner);
+std::optional<Colours> coloursOf(x11::XConnection& connection, xcb_window_t icon, xcb_window_t trayOwner);
 
 /// In pixels, from the edges of a monitor.
 struct Insets {

@@ -94,9 +94,9 @@ std::optional<std::uint64_t> X11Shell::currentPress() {
     return presses_->current();
 }
 
-std::optional<panels::Ground> X11Shell::groundOf(std::uintptr_t icon) {
+std::optional<panels::Colours> X11Shell::coloursOf(std::uintptr_t icon) {
     if (!connection_) return std::nullopt;
-    return panels::groundOf(*connection_, static_cast<xcb_window_t>(icon), trayOwner_);
+    return panels::coloursOf(*connection_, static_cast<xcb_window_t>(icon), trayOwner_);
 }
 
 std::optional<panels::Insets> X11Shell::insetsOf(const std::string& monitor) {

@@ -56,7 +56,7 @@ class X11Shell {
     bool hasEmbeddingTray() const;
     Subscription observeTrays(std::function<void()> changed) { return trays_.observe(std::move(changed)); }
 
-    std::optional<panels::Ground> groundOf(std::uintptr_t icon);
+    std::optional<panels::Colours> coloursOf(std::uintptr_t icon);
     std::optional<panels::Insets> insetsOf(const std::string& monitor);
 
   private:

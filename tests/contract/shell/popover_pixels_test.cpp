@@ -19,12 +19,12 @@ class PopoverPixels : public ShellTest {
     PopoverPixels() {
         world.start();
         model = std::make_unique<PopoverModel>(
-            PopoverModel::Neighbours{*world.viewModel, world.updates, world.settings, world.notifications,
-                                     world.scheduler.mainQueue(), world.application, world.log});
+            PopoverModel::Dependencies{*world.viewModel, world.updates, world.settings, world.notifications,
+                                       world.scheduler.mainQueue(), world.application, world.log});
         (void)!::system("xsetroot -solid '#3060c0'");
     }
     void show() {
-        realViews = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+        realViews = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Dependencies{
             [this]() -> PopoverModel& { return *model; }, appearance, world.settings, {}, {}});
         realPopovers = makeQtPopovers(*realViews, appearance, desktop);
         popover = realPopovers->makePopover({.contentSize = {340, 520}, .animates = false});

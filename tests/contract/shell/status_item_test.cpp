@@ -160,10 +160,10 @@ TEST_F(ShellTest, TheIconStandsOutFromALightAndFromADarkPanel) {
         makeItem();
         startPanel(background);
         ASSERT_TRUE(isInPanel());
-        std::optional<panels::Ground> ground;
+        std::optional<panels::Colours> ground;
         EXPECT_TRUE(until([&] {
             for (auto* const widget : QApplication::topLevelWidgets())
-                if (widget->inherits("QSystemTrayIconSys")) ground = x.groundOf(widget->winId());
+                if (widget->inherits("QSystemTrayIconSys")) ground = x.coloursOf(widget->winId());
             return ground && ground->dark == isDark;
         })) << background;
         item.reset();

@@ -14,8 +14,8 @@ THEMES = "Themes"
 
 
 class Application:
-    def __init__(self, desktop, person, host, program):
-        self.desktop, self.person, self.host, self.program = desktop, person, host, program
+    def __init__(self, desktop, input_devices, host, program):
+        self.desktop, self.input, self.host, self.program = desktop, input_devices, host, program
         self.process = None
         self.node = None
         self.begun = 0
@@ -126,14 +126,14 @@ class Application:
             low, high = frame.y + 30, frame.y + frame.height - 6
             if box.y >= low and box.y + box.height <= high:
                 break
-            self.person.do("mousemove", frame.x + frame.width - 12, frame.y + frame.height // 2)
-            self.person.wheel(1 if box.y + box.height > high else -1)
+            self.input.do("mousemove", frame.x + frame.width - 12, frame.y + frame.height // 2)
+            self.input.wheel(1 if box.y + box.height > high else -1)
         return box
 
     def click(self, role, name, button=1, scroll=False):
         """Clicks on the middle of a control once it is shown; answers what it was."""
         seen = self.wait_for(role, name)
-        self.person.click_on(self.scrolled_to(seen) if scroll else seen.node.box(), button)
+        self.input.click_on(self.scrolled_to(seen) if scroll else seen.node.box(), button)
         return seen
 
     # What a person does with it.
@@ -142,12 +142,12 @@ class Application:
         return wait_until("the item is in the tray", self.host.icon)
 
     def open_popover(self):
-        self.person.click_on(self.icon())
+        self.input.click_on(self.icon())
         return wait_until("the popover is open", self.popover, 10, 0.05)
 
     def close_popover(self):
         if self.popover():
-            self.person.click_on(self.icon())
+            self.input.click_on(self.icon())
             self.wait_gone("the popover", self.popover)
 
     def opened(self):
@@ -165,8 +165,8 @@ class Application:
                 if box.y >= themes.y and box.y + box.height <= themes.y + themes.height:
                     return seen
                 step = -1 if box.y < themes.y else 1
-            self.person.do(*over)
-            self.person.wheel(step)
+            self.input.do(*over)
+            self.input.wheel(step)
             # A list in motion runs past what is looked for, and so do larger steps.
             self.place(self.popover().find("list item"))
             rows = [row.name for row in self.popover().find_all("list item")]

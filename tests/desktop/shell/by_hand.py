@@ -9,7 +9,7 @@ sys.path.insert(1, os.path.dirname(os.path.abspath(__file__)))
 import archives  # noqa: E402
 from application import Application  # noqa: E402
 from children import wait_until  # noqa: E402
-from person import Person  # noqa: E402
+from input_devices import InputDevices  # noqa: E402
 
 FREE = (700, 860)
 SMALLEST, LARGEST, KNOB = 0.75, 1.5, 8
@@ -23,8 +23,8 @@ def row_names():
 
 class ByHand:
     def __init__(self, desktop, host, program):
-        self.person = Person(desktop)
-        self.app = Application(desktop, self.person, host, program)
+        self.input = InputDevices(desktop)
+        self.app = Application(desktop, self.input, host, program)
         self.app.start()
         self.names = row_names()
 
@@ -37,12 +37,12 @@ class ByHand:
         words = text.split()
         getattr(self, words[0])(*words[1:])
         self.app.close_popover()
-        self.person.do("mousemove", *FREE)
+        self.input.do("mousemove", *FREE)
 
     def apply(self, identifier):
         name = self.names[identifier]
         self.app.opened()
-        self.person.click_on(self.app.row(name).node.box())
+        self.input.click_on(self.app.row(name).node.box())
         wait_until(f"{name} is in force", lambda: "checked" in self.app.row(name).states, 10, 0.05)
 
     def reset(self):
@@ -59,7 +59,7 @@ class ByHand:
         def place(value):
             return round(box.x + KNOB + (box.width - 2 * KNOB) * (value - SMALLEST) / (LARGEST - SMALLEST))
         height = box.y + box.height // 2
-        self.person.drag((place(slider.value()), height), (place(wanted), height))
+        self.input.drag((place(slider.value()), height), (place(wanted), height))
         wait_until(f"the slider is at {wanted}", lambda: abs(slider.value() - wanted) < 0.001, 5, 0.05)
 
     def quit(self, seconds=20):

@@ -20,7 +20,7 @@ import points
 from application import Application
 from children import wait_until
 from judge import Judge
-from person import Person
+from input_devices import InputDevices
 from probe import Box
 from report import Report
 from screen import Screen
@@ -77,7 +77,7 @@ class Recorder:
 
 
 def set_durations(picture, milliseconds):
-    """Writes into a moving WebP how long each frame is shown: the converter gives a frame the time of its neighbour."""
+    """Writes into a moving WebP how long each frame is shown: the converter gives a frame the time of the one beside it."""
     with open(picture, "r+b") as file:
         data = bytearray(file.read())
         at, durations = 12, iter(milliseconds)
@@ -95,16 +95,16 @@ def set_durations(picture, milliseconds):
 class Story:
     def __init__(self, desktop, build):
         self.desktop = desktop
-        self.person = Person(desktop)
+        self.input = InputDevices(desktop)
         self.report = Report(quiet=True)
         self.judge = Judge(desktop.probe, self.report)
         self.host = Tint2(desktop, "top")
-        self.app = Application(desktop, self.person, self.host, os.path.join(build, "pintle"))
+        self.app = Application(desktop, self.input, self.host, os.path.join(build, "pintle"))
         self.theme = Theme(THEME, "Bibata-Modern-Ice", os.path.join(build, "tests", "desktop"))
         self.at = (0, 0)
 
     def set_the_stage(self):
-        self.person.wallpaper()
+        self.input.wallpaper()
         self.desktop.start_xterm("xterm", CUT.x + 16, 60)
         areas = points.qt("Qt", self.desktop.start_qt("Qt", CUT.x + 16, 290))
         self.text = points.xterm("xterm", self.desktop.probe)[0]
@@ -118,7 +118,7 @@ class Story:
         self.app.row(ROW)
         self.app.close_popover()
         self.at = (CUT.x + 60, 540)
-        self.person.do("mousemove", *self.at)
+        self.input.do("mousemove", *self.at)
 
     def glide(self, x, y, steps=9, pause=0.025):
         words = []
@@ -127,14 +127,14 @@ class Story:
             eased = part * part * (3 - 2 * part)
             words += ["mousemove", round(self.at[0] + (x - self.at[0]) * eased),
                       round(self.at[1] + (y - self.at[1]) * eased), "sleep", pause]
-        self.person.do(*words)
+        self.input.do(*words)
         self.at = (x, y)
 
     def glide_to(self, box):
         self.glide(box.x + box.width // 2, box.y + box.height // 2)
 
     def press(self):
-        self.person.do("click", 1)
+        self.input.do("click", 1)
 
     def pause(self, seconds):
         """For whoever looks at the picture."""
@@ -153,7 +153,7 @@ class Story:
         wait_until("the popover is open", self.app.popover, 10, 0.02)
 
     def close(self):
-        self.person.key("Escape")
+        self.input.key("Escape")
 
     def story(self):
         self.icon = self.app.icon()
@@ -170,7 +170,7 @@ class Story:
         middle, knob = slider.y + slider.height // 2, 8
         start = slider.x + knob + round((slider.width - 2 * knob) / 3)
         self.glide(start, middle)
-        self.person.drag((start, middle), (slider.x + slider.width - knob, middle), steps=8, pause=0.03)
+        self.input.drag((start, middle), (slider.x + slider.width - knob, middle), steps=8, pause=0.03)
         self.at = (slider.x + slider.width - knob, middle)
         self.close()
         self.show(self.text, self.theme, 1.5)

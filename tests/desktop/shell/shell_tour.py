@@ -24,7 +24,7 @@ from application import THEMES, Application
 from children import wait_until
 from judge import Judge
 from notifications import Notifications
-from person import Person
+from input_devices import InputDevices
 from probe import Box
 from report import Report
 from screen import Screen
@@ -68,11 +68,11 @@ class ShellTour:
         self.desktop, self.options = desktop, options
         self.report = Report(options.quiet)
         self.judge = Judge(desktop.probe, self.report, options.pictures)
-        self.person = Person(desktop)
+        self.input = InputDevices(desktop)
         self.screen = Screen(desktop, options.pictures)
         self.host = HOSTS[options.host](desktop, options.edge)
         self.tools = os.path.join(options.build, "tests", "desktop")
-        self.app = Application(desktop, self.person, self.host, os.path.join(options.build, "pintle"))
+        self.app = Application(desktop, self.input, self.host, os.path.join(options.build, "pintle"))
         self.theme = Theme(BIBATA, "Bibata-Modern-Ice", self.tools)
         self.numix = Theme(NUMIX, "DMZ-White", self.tools)
         self.check = self.report.check
@@ -86,7 +86,7 @@ class ShellTour:
         archives.write_all(www, (BIBATA, NUMIX))
         self.server = Server(www, desktop.log("web server"))
         desktop.environment["PINTLE_MIRROR"] = f"http://127.0.0.1:{self.server.port}"
-        self.person.wallpaper()
+        self.input.wallpaper()
         desktop.start_xterm("xterm", 20, 80)
         qt = points.qt("Qt", desktop.start_qt("Qt", 20, 330))
         wanted = ("OpenHand", "PointingHand", "LineEdit", "Arrow")
@@ -96,7 +96,7 @@ class ShellTour:
 
     def pointer(self, title, theme=None, scale=1.0, among=None):
         self.judge.stage(title, among or self.points, theme, scale)
-        self.person.do("mousemove", *FREE)
+        self.input.do("mousemove", *FREE)
 
     def picture(self, name, box=None):
         self.screen.still(box or Box(0, 0, self.screen.width, self.screen.height))
@@ -131,7 +131,7 @@ class ShellTour:
         self.picture("no-tray")
         self.check("another second copy ends as well", self.app.start_another() == 0)
         self.check("the open popover stays open", bool(self.app.popover()))
-        self.person.key("Escape")
+        self.input.key("Escape")
         self.app.wait_gone("the popover", self.app.popover)
         self.host.start()
         self.expect("a tray that comes later gets the item", self.host.icon)
@@ -153,11 +153,11 @@ class ShellTour:
         self.picture("popover", box)
         self.picture("popover-on-the-desktop")
         self.check_place(icon, box)
-        for way, close in (("a second click on the item", lambda: self.person.click_on(icon)),
-                           ("a press on the desktop", lambda: self.person.click(*FREE)),
-                           ("a press on another application", lambda: self.person.click(120, 130)),
-                           ("a right press elsewhere", lambda: self.person.click(120, 130, 3)),
-                           ("Escape", lambda: self.person.key("Escape"))):
+        for way, close in (("a second click on the item", lambda: self.input.click_on(icon)),
+                           ("a press on the desktop", lambda: self.input.click(*FREE)),
+                           ("a press on another application", lambda: self.input.click(120, 130)),
+                           ("a right press elsewhere", lambda: self.input.click(120, 130, 3)),
+                           ("Escape", lambda: self.input.key("Escape"))):
             self.app.opened()
             close()
             self.expect(way + " closes it", lambda: not self.app.popover())
@@ -219,7 +219,7 @@ class ShellTour:
         """One way round by Tab, begun wherever the keyboard was."""
         met = []
         for _ in range(24):
-            self.person.key("Tab")
+            self.input.key("Tab")
             time.sleep(0.08)
             seen = self.focused()
             name = seen.name if seen else ""
@@ -266,7 +266,7 @@ class ShellTour:
         self.app.opened()
         self.server.behave("held")
         row = self.app.row(BIBATA_ROW)
-        self.person.click_on(row.node.box())
+        self.input.click_on(row.node.box())
         said = self.app.wait_row(BIBATA_ROW, r"Downloading \d+%", 20)
         self.picture_now("downloading")
         bar = self.app.look().find("progress bar", BIBATA_ROW)
@@ -291,11 +291,11 @@ class ShellTour:
         self.report.stage("A download that fails")
         self.app.opened()
         self.server.behave("500")
-        self.person.click_on(self.app.row(NUMIX_ROW).node.box())
+        self.input.click_on(self.app.row(NUMIX_ROW).node.box())
         self.app.wait_row(NUMIX_ROW, "Error - Tap to retry, .*HTTP 500")
         self.picture("error", self.box_of(self.app.popover()))
         self.server.behave("well")
-        self.person.click_on(self.app.row(NUMIX_ROW).node.box())
+        self.input.click_on(self.app.row(NUMIX_ROW).node.box())
         self.app.wait_row(NUMIX_ROW, r"^(?!.*(Error|Downloading|Connecting|Extracting|Starting|Click))", 60)
         self.check("a tap on the row tries again, and it works", True)
         self.check("its error is forgotten", NUMIX not in self.app.preferences().get("themeDownloadErrors", {}))
@@ -303,7 +303,7 @@ class ShellTour:
     def apply(self):
         self.report.stage("Applying by a click")
         self.app.opened()
-        self.person.click_on(self.app.row(BIBATA_ROW).node.box())
+        self.input.click_on(self.app.row(BIBATA_ROW).node.box())
         self.expect("the row is marked as the one in force", lambda: "checked" in self.app.row(BIBATA_ROW).states)
         self.picture("applied", self.box_of(self.app.popover()))
         self.app.close_popover()
@@ -320,7 +320,7 @@ class ShellTour:
         knob = 8
         width = box.width - 2 * knob
         start = box.x + knob + round(width * (1.0 - 0.75) / 0.75), box.y + box.height // 2
-        self.person.drag(start, (box.x + box.width + 6, start[1]), steps=20, pause=0.05)
+        self.input.drag(start, (box.x + box.width + 6, start[1]), steps=20, pause=0.05)
         self.expect("it ends at 1.5", lambda: abs(slider.node.value() - 1.5) < 0.001)
         self.expect("and is stored", lambda: self.app.preferences().get("cursorScale") == 1.5)
         time.sleep(1.0)
@@ -352,17 +352,17 @@ class ShellTour:
         self.app.close_popover()
         self.pointer("The desktop's own")
         self.app.open_popover()
-        self.person.click_on(self.app.row(BIBATA_ROW).node.box())
+        self.input.click_on(self.app.row(BIBATA_ROW).node.box())
         self.expect("the row is marked again", lambda: "checked" in self.app.row(BIBATA_ROW).states)
 
     def delete(self):
         self.report.stage("Deleting a theme")
         self.app.opened()
         row = self.app.row(NUMIX_ROW)
-        self.person.point(*self.middle(row.node.box()))
+        self.input.point(*self.middle(row.node.box()))
         button = self.app.wait_for("push button|button", re.compile("^Delete downloaded theme"))
         self.picture("delete", self.box_of(self.app.popover()))
-        self.person.click_on(button.node.box())
+        self.input.click_on(button.node.box())
         self.app.wait_row(NUMIX_ROW, "Click to download")
         self.check("its folder is gone", not os.path.exists(os.path.join(self.themes_folder(), NUMIX)))
         self.check("the one in force stays", "checked" in self.app.row(BIBATA_ROW).states)
@@ -379,12 +379,12 @@ class ShellTour:
     def open_menu(self):
         """By a right click; answers title to entry, in their order. The keyboard goes to the first entry."""
         self.app.close_popover()
-        self.person.click_on(self.app.icon(), 3)
+        self.input.click_on(self.app.icon(), 3)
 
         def opened():
             if self.menu_items():
                 return True
-            self.person.key("Down")
+            self.input.key("Down")
             return False
         wait_until("the menu is open", opened, 10, 0.15)
         return self.menu_items()
@@ -395,7 +395,7 @@ class ShellTour:
 
     def menu_item(self, title):
         """Chooses from the menu as a person does."""
-        self.person.click_on(self.open_menu()[title].node.box())
+        self.input.click_on(self.open_menu()[title].node.box())
 
     def menu(self):
         self.report.stage("The menu")
@@ -403,9 +403,9 @@ class ShellTour:
         self.check("the right button opens it, with its titles in their order", items == MENU, str(items))
         self.picture("menu")
         self.check("the popover stays closed", not self.app.popover())
-        self.person.key("Escape")
+        self.input.key("Escape")
         self.expect("Escape closes it", lambda: not self.menu_items())
-        self.person.click_on(self.app.icon())
+        self.input.click_on(self.app.icon())
         self.expect("the next left click opens the popover", self.app.popover)
         self.check("and not the menu", not self.menu_items())
 
@@ -413,7 +413,7 @@ class ShellTour:
         self.report.stage("Settings")
         self.menu_item("Settings...")
         self.expect("the menu opens it", lambda: self.app.window("Settings"))
-        self.person.key("ctrl+w")
+        self.input.key("ctrl+w")
         self.expect("Control and W close it", lambda: not self.app.window("Settings"))
         self.app.opened()
         self.app.click("push button|button", "Settings")
@@ -436,7 +436,7 @@ class ShellTour:
         seen = self.app.wait_for(None, title, showing=False)
         before = "checked" in seen.states
         for wanted in (not before, before):
-            self.person.click_on(self.app.scrolled_to(seen))
+            self.input.click_on(self.app.scrolled_to(seen))
             self.expect(f"{title} is {'on' if wanted else 'off'} and stored",
                         lambda wanted=wanted: self.app.preferences().get(key) == wanted and
                         ("checked" in self.again(seen)) == wanted)
@@ -447,12 +447,12 @@ class ShellTour:
 
     def scale_buttons(self):
         button = self.app.wait_for(None, "125%", showing=False)
-        self.person.click_on(self.app.scrolled_to(button))
+        self.input.click_on(self.app.scrolled_to(button))
         self.expect("125% is stored", lambda: self.app.preferences().get("cursorScale") == 1.25)
         self.picture("settings-lower", self.box_of(self.app.window("Settings")))
         self.pointer("At 1.25 by the button", self.theme, 1.25)
         button = self.app.wait_for(None, "100%", showing=False)
-        self.person.click_on(self.app.scrolled_to(button))
+        self.input.click_on(self.app.scrolled_to(button))
         self.expect("100% is stored", lambda: self.app.preferences().get("cursorScale") == 1.0)
         self.pointer("At 1.0 by the button", self.theme)
 
@@ -460,35 +460,35 @@ class ShellTour:
         self.report.stage("Excluding an application")
         settings = self.app.window("Settings")
         self.check("the list is empty", bool(settings.find(None, "No exclusions added", showing=False)))
-        self.person.click_on(self.app.scrolled_to(self.app.wait_for(None, "Add app to exclusion list", showing=False)))
+        self.input.click_on(self.app.scrolled_to(self.app.wait_for(None, "Add app to exclusion list", showing=False)))
         field = self.app.wait_for("text|entry", None, state="editable")
         self.check("the field has its placeholder", any("App name (e.g., Safari)" in (each.name, each.description)
                                                         for each in settings.node.look().all()))
-        self.person.click_on(self.app.scrolled_to(field))
-        self.person.write("   ")
-        self.person.key("Return")
+        self.input.click_on(self.app.scrolled_to(field))
+        self.input.write("   ")
+        self.input.key("Return")
         time.sleep(0.3)
         self.check("blanks add nothing and leave the field open",
                    bool(self.app.look().find("text|entry", None, state="editable")) and
                    not self.app.preferences().get("excludedApps"))
-        self.person.write(" Solitaire ")
+        self.input.write(" Solitaire ")
         self.picture("exclusion-field", self.box_of(self.app.window("Settings")))
-        self.person.key("Return")
+        self.input.key("Return")
         self.expect("the name is stored without its blanks",
                     lambda: self.app.preferences().get("excludedApps") == ["Solitaire"])
         self.expect("the name is listed", lambda: self.app.look().find(None, "Remove Solitaire", showing=False))
         self.picture("excluded", self.box_of(self.app.window("Settings")))
         self.expect_line("[SystemCursorChanger] Suspended for excluded app: Solitaire", self.open_game)
         self.pointer("An excluded application in front")
-        self.expect_line("[SystemCursorChanger] Resumed after excluded app", lambda: self.person.click(120, 130))
+        self.expect_line("[SystemCursorChanger] Resumed after excluded app", lambda: self.input.click(120, 130))
         self.pointer("It is left", self.theme)
         self.desktop.stop("game")
         self.menu_item("Settings...")
         self.app.wait_for("frame|window|dialog", "Settings")
         remove = self.app.wait_for(None, "Remove Solitaire", showing=False)
-        self.person.click_on(self.app.scrolled_to(remove))
+        self.input.click_on(self.app.scrolled_to(remove))
         self.expect("it is removed", lambda: not self.app.preferences().get("excludedApps"))
-        self.person.key("ctrl+w")
+        self.input.key("ctrl+w")
         self.expect("Control and W close the window", lambda: not self.app.window("Settings"))
 
     def open_game(self):
@@ -511,15 +511,15 @@ class ShellTour:
         time.sleep(1.0)
         self.picture("about", box)
         self.keep_text("about-tree", window.written())
-        self.person.key("ctrl+w")
+        self.input.key("ctrl+w")
         self.expect("Control and W close it", lambda: not self.app.window("About Pintle"))
         self.app.open_popover()
-        self.person.key("ctrl+w")
+        self.input.key("ctrl+w")
         time.sleep(0.3)
         self.check("the popover takes no notice of them", bool(self.app.popover()))
         self.app.click("push button|button", "About Pintle")
         self.expect("the popover's button opens it as well", lambda: self.app.window("About Pintle"))
-        self.person.key("ctrl+w")
+        self.input.key("ctrl+w")
         self.app.wait_gone("the window", lambda: self.app.window("About Pintle"))
 
     def texts(self, title, among):
@@ -534,7 +534,7 @@ class ShellTour:
         shown = " ".join(self.app.look().texts())
         self.check("it says what to do", "Check your internet connection and try again." in shown, shown)
         self.picture("no-answer")
-        self.person.key("Return")
+        self.input.key("Return")
         self.app.wait_gone("the message", lambda: self.app.shows(None, re.compile("Could not check for updates")))
 
     def updates(self):
@@ -578,7 +578,7 @@ class ShellTour:
         self.check("a second copy ends again", self.app.start_another() == 0)
         time.sleep(0.3)
         self.check("the open popover stays open", bool(self.app.popover()))
-        self.person.key("Escape")
+        self.input.key("Escape")
         self.app.kill()
         self.pointer("kill -9: the theme stays in force", self.theme,
                      among=[each for each in self.points if each.held_by_server])
@@ -619,7 +619,7 @@ class ShellTour:
         self.app.wait_gone("the question", lambda: self.app.shows("push button|button", "Reset & Quit"))
         self.check("Cancel changes nothing", self.app.preferences() == before and
                    os.path.exists(os.path.join(self.themes_folder(), BIBATA)) and self.app.is_running())
-        self.person.click_on(self.app.scrolled_to(self.app.wait_for("push button|button", "Reset Application")))
+        self.input.click_on(self.app.scrolled_to(self.app.wait_for("push button|button", "Reset Application")))
         self.app.click("push button|button", "Reset & Quit")
         self.app.wait_for(None, re.compile("Reset Complete"))
         self.picture("reset-complete")
@@ -635,7 +635,7 @@ class ShellTour:
     def open_reset(self):
         self.menu_item("Settings...")
         button = self.app.wait_for("push button|button", "Reset Application", showing=False)
-        self.person.click_on(self.app.scrolled_to(button))
+        self.input.click_on(self.app.scrolled_to(button))
         self.app.wait_for("push button|button", "Reset & Quit")
 
     # The story.
@@ -674,7 +674,7 @@ class ShellTour:
             if self.app.process and not self.app.is_running():
                 self.check("the program is still there", False, f"it ended with {self.app.process.returncode}")
                 self.app.start()
-            self.person.key("Escape")
+            self.input.key("Escape")
         print(f"  ({step.__name__}: {time.monotonic() - begun:.1f} s)", flush=True)
 
     def run(self):

@@ -126,7 +126,7 @@ class RunLoop : public Object {
             if (!repeats) {
                 CFRunLoopTimerInvalidate((CFRunLoopTimerRef)timer->ref());
             } else {
-                // Missed beats are left out; the grid stays.
+                // missed ticks are left out; the grid stays.
                 const double after = CFAbsoluteTimeGetCurrent();
                 do timer->fireDate += timer->interval;
                 while (timer->fireDate <= after);

@@ -176,17 +176,17 @@ TEST(MacDistributedCentre, ObserversOfTheSameNameEndEachByItself) {
 
 TEST(MacMainQueue, AMissedBeatIsLeftOutAndTheGridStays) {
     const auto queue = makeMacMainQueue();
-    std::vector<std::chrono::nanoseconds> beats;
+    std::vector<std::chrono::nanoseconds> ticks;
     const auto start = queue->now();
     Timer timer = queue->every(20ms, [&] {
-        beats.push_back(queue->now() - start);
-        if (beats.size() == 1) std::this_thread::sleep_for(50ms);
+        ticks.push_back(queue->now() - start);
+        if (ticks.size() == 1) std::this_thread::sleep_for(50ms);
     });
-    ASSERT_TRUE(runUntil([&] { return beats.size() >= 3; }));
+    ASSERT_TRUE(runUntil([&] { return ticks.size() >= 3; }));
     timer.end();
-    // The first beat ends at 70 ms or later: those of 40 and 60 ms are missed.
-    EXPECT_GE(beats[1], 80ms);
-    EXPECT_GE(beats[2], 100ms);
+    // The first tick ends at 70 ms or later: those of 40 and 60 ms are missed.
+    EXPECT_GE(ticks[1], 80ms);
+    EXPECT_GE(ticks[2], 100ms);
 }
 
 TEST(MacMainQueue, PostedWorkGoesOnInALoopThatWorkItselfRuns) {

@@ -33,7 +33,7 @@ struct HostedWorld {
     Bundle bundle{.identifier = "com.pintle.app", .shortVersion = "0.1.0", .build = {}, .executable = {}};
     AboutWindowModel about{bundle, world.application, [] {}};
     WindowViews windows{{[this]() -> SettingsWindowModel& {
-                             return settings.emplace(SettingsWindowModel::Neighbours{
+                             return settings.emplace(SettingsWindowModel::Dependencies{
                                  world.settings, world.store, launchAtLogin, world.notifications,
                                  *world.viewModel, world.alerts, world.application});
                          },
@@ -43,9 +43,9 @@ struct HostedWorld {
 
     HostedWorld() {
         world.start();
-        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Neighbours{
+        views = std::make_unique<ShellViewsQuick>(ShellViewsQuick::Dependencies{
             [this]() -> PopoverModel& {
-                return popover.emplace(PopoverModel::Neighbours{
+                return popover.emplace(PopoverModel::Dependencies{
                     *world.viewModel, world.updates, world.settings, world.notifications,
                     world.scheduler.mainQueue(), world.application, world.log});
             },

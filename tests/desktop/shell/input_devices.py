@@ -2,7 +2,7 @@
 import subprocess
 
 
-class Person:
+class InputDevices:
     def __init__(self, desktop):
         self.desktop = desktop
 
