@@ -88,7 +88,7 @@ void Keeper::startWith(const ShownCursor& shown, std::string_view name, int roun
     if (!pointer || !limit_.allow(pointer->x, pointer->y, queue_.now())) return;
     desk_.registration->replaceByName(name);
     desk_.registration->connection().synchronize();
-    subject_ = {shown.serial, name, rounds + 1};
+    subject_ = {shown.serial, name, rounds + 1, !shown.fingerprint};
     waitFor(kSettleTime);
 }
 
@@ -108,8 +108,9 @@ void Keeper::examineAgain() {
     if (!shown || !before || !after) return;
     const auto finding = judged(*shown);
     if (finding.verdict == KeeperVerdict::leave) {
-        // An animation comes to be shown with a serial of its own before its frames.
-        settled_.insert(subject_.serial);
+        // An animation comes to be shown with a serial of its own before its frames. A cursor with an image
+        // that the pointer has only left is one to replace when it comes back.
+        if (subject_.begins) settled_.insert(subject_.serial);
         return;
     }
     if (finding.name != subject_.name) return startWith(*shown, finding.name, 0);

@@ -49,6 +49,8 @@ class Keeper {
         std::uint32_t serial = 0;
         std::string_view name;
         int rounds = 0;
+        /// It showed no image yet.
+        bool begins = false;
     };
     enum class Outcome {
         shows,

@@ -54,6 +54,8 @@ class PollQueue : public MainQueue {
         return all;
     }
 
+    /// Something is to be done at a later time.
+    bool isWaiting() const { return !timers_.empty(); }
     /// Nothing is left to do, to wait for or to read.
     bool isIdle() const {
         if (!posted_.empty() || !timers_.empty()) return false;

@@ -112,6 +112,26 @@ TEST_F(X11Keeper, APrivateCursorWithoutANameIsKnownByTheDesktopsPixels) {
     EXPECT_EQ(shownName(), "xterm");
 }
 
+TEST_F(X11Keeper, ACursorThatThePointerLeftBeforeItWasReplacedIsThemedWhenItComesBack) {
+    const auto byName = client->window(0, 0);
+    client->defineForDevice(byName, client->cursor("hand2"));
+    const auto byPixels = client->window(100, 0);
+    client->define(byPixels, client->namelessCursor("hand2"));
+    client->warp(300, 300);
+    start();
+    apply(10);
+    for (const int left : {50, 150}) {
+        settle();
+        client->warp(left, 50);
+        ASSERT_TRUE(eventually([this] { return queue.isWaiting(); }));
+        client->warp(300, 300);
+        settle();
+        client->warp(left, 50);
+        EXPECT_TRUE(becomes(themePixel(10))) << left;
+        client->warp(300, 300);
+    }
+}
+
 TEST_F(X11Keeper, ACursorThatNobodyCanSeeIsLeftAlone) {
     const auto window = client->window(0, 0);
     client->define(window, client->blankCursor("blank"));
