@@ -17,6 +17,7 @@
 #include "platform/wayland/kde_provider.h"
 #include "platform/wayland/output_scales.h"
 #include "platform/wayland/sway_provider.h"
+#include "platform/wayland/theme_engine.h"
 #include "platform/wayland/wayland_window_server.h"
 #include "platform/x11/cursors/x11_window_server.h"
 #include "platform/x11/desktop/x11_appearance.h"
@@ -78,7 +79,40 @@ bool isWayland(const Environment& environment) {
            environment("XDG_SESSION_TYPE") == "wayland";
 }
 
+std::vector<std::unique_ptr<wayland::SettingsProvider>> settingsProviders(
+    const wayland::Environment& environment) {
+    std::vector<std::unique_ptr<wayland::SettingsProvider>> providers;
+    const auto add = [&](std::unique_ptr<wayland::SettingsProvider> provider) {
+        if (provider) providers.push_back(std::move(provider));
+    };
+    add(wayland::makeKdeProvider(environment));
+    add(wayland::makeSwayProvider(environment));
+    add(wayland::makeHyprlandProvider(environment));
+    // Last, because on those desktops only some programs follow it.
+    add(wayland::makeGSettingsProvider({}));
+    return providers;
+}
+
+wayland::IconFolders iconFolders(const UserDirectories& directories) {
+    return {directories.applicationSupport / "icons", directories.home / ".icons"};
+}
+
+std::filesystem::path pointerSettingFile(const UserDirectories& directories) {
+    return directories.applicationSupport / "Pintle" / "pointer_setting.json";
+}
+
+wayland::Environment byText(const Environment& environment) {
+    return [environment](const std::string& name) { return environment(name.c_str()); };
+}
+
 DesktopSession makeX11Session(const SessionContext& context) {
+    context.background.run(
+        Priority::utility,
+        [icons = iconFolders(context.directories), file = pointerSettingFile(context.directories),
+         environment = byText(context.environment), &log = context.log] {
+            wayland::putBackLeftTheme(
+                icons, file, [&] { return settingsProviders(environment); }, log);
+        });
     auto session = withXShell(context);
     session.windowServer = makeX11WindowServer({
         .display = std::nullopt,
@@ -94,20 +128,6 @@ DesktopSession makeX11Session(const SessionContext& context) {
                                           watcherOn(context.queue),
                                           overlay::makeScreenWatch(context.queue, context.background)});
     return session;
-}
-
-std::vector<std::unique_ptr<wayland::SettingsProvider>> settingsProviders(
-    const wayland::Environment& environment) {
-    std::vector<std::unique_ptr<wayland::SettingsProvider>> providers;
-    const auto add = [&](std::unique_ptr<wayland::SettingsProvider> provider) {
-        if (provider) providers.push_back(std::move(provider));
-    };
-    add(wayland::makeKdeProvider(environment));
-    add(wayland::makeSwayProvider(environment));
-    add(wayland::makeHyprlandProvider(environment));
-    // Last, because on those desktops only some programs follow it.
-    add(wayland::makeGSettingsProvider({}));
-    return providers;
 }
 
 /// Wayland's own windows hide from the X server which application is in front, so that no rule can be about
@@ -134,17 +154,14 @@ class WorkspaceWithoutApplications : public Workspace {
 DesktopSession makeWaylandSession(const SessionContext& context) {
     auto session = withXShell(context);
     session.seesApplications = false;
-    const auto environment = [given = context.environment](const std::string& name) {
-        return given(name.c_str());
-    };
-    const auto& directories = context.directories;
+    const auto environment = byText(context.environment);
     session.windowServer = makeWaylandWindowServer({
         .queue = context.queue,
         .background = context.background,
         .log = context.log,
         .environment = environment,
-        .icons = {directories.applicationSupport / "icons", directories.home / ".icons"},
-        .stateFile = directories.applicationSupport / "Pintle" / "pointer_setting.json",
+        .icons = iconFolders(context.directories),
+        .stateFile = pointerSettingFile(context.directories),
         .providers = settingsProviders(environment),
         .outputScales =
             [environment] {

@@ -1,6 +1,7 @@
 #include "platform/wayland/theme_engine.h"
 
 #include <array>
+#include <system_error>
 #include <utility>
 
 #include "platform/wayland/cursor_file.h"
@@ -87,6 +88,16 @@ bool ThemeEngine::restore() {
     }
     for (const auto name : kThemeNames) removeTheme(icons_, name);
     return true;
+}
+
+bool putBackLeftTheme(const IconFolders& icons, const std::filesystem::path& stateFile,
+                      const std::function<std::vector<std::unique_ptr<SettingsProvider>>()>& providers,
+                      Log& log) {
+    std::error_code error;
+    if (!std::filesystem::exists(stateFile, error)) return true;
+    ThemeEngine engine(
+        icons, providers(), StateFile(stateFile), [] { return std::vector<double>(); }, log);
+    return engine.carryOut({.serial = 1, .wishes = {}, .size = 0});
 }
 
 }  // namespace pintle::wayland

@@ -4,8 +4,10 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -63,5 +65,12 @@ class ThemeEngine {
     mutable std::mutex ownMutex_;
     PointerSetting usersOwn_;
 };
+
+/// For sessions of another kind: puts the user's own theme back where an earlier session has left one of ours
+/// in the settings, which would pass for the user's choice there. Without a state file nothing is touched and
+/// `providers` is not called. True when nothing of ours is left.
+bool putBackLeftTheme(const IconFolders& icons, const std::filesystem::path& stateFile,
+                      const std::function<std::vector<std::unique_ptr<SettingsProvider>>()>& providers,
+                      Log& log);
 
 }  // namespace pintle::wayland

@@ -111,8 +111,15 @@ class SwayTour:
     def names_ours(self):
         return "cursor-theme='Pintle-" in self.session.settings()
 
-    def icon_themes(self):
-        return sorted(os.listdir(os.path.join(self.session.data, "icons")))
+    def nothing_is_left(self):
+        """Of the themes in the icon folder, which go after the settings."""
+        def themes():
+            return sorted(os.listdir(os.path.join(self.session.data, "icons")))
+        try:
+            wait_until("nothing of ours is left", lambda: themes() == ["Mine"], 15)
+        except Exception:
+            pass
+        self.report.check("nothing of ours is left", themes() == ["Mine"], str(themes()))
 
     # The program.
 
@@ -174,7 +181,7 @@ class SwayTour:
         self.driver.command("reset")
         self.shows("a reset brings the user's own back", "Mine", 24)
         self.setting_is("to the byte in the settings", self.own)
-        self.report.check("nothing of ours is left", self.icon_themes() == ["Mine"], str(self.icon_themes()))
+        self.nothing_is_left()
 
         self.report.stage("Killed")
         self.driver.command("apply " + RED)
@@ -196,6 +203,19 @@ class SwayTour:
         wait_until("the size is the user's", lambda: "cursor-size=24" in self.session.settings(), 15)
         self.report.check("stays", "cursor-theme='Other'" in self.session.settings(), self.session.settings())
         self.driver.quit()
+
+        self.report.stage("The next session is one of X11")
+        self.session.run(["gsettings", "set", "org.gnome.desktop.interface", "cursor-theme", "Mine"])
+        self.start_driver()
+        self.driver.command("apply " + RED)
+        self.shows("ours in this session", RED, 32)
+        self.kill_driver()
+        self.session.environment.pop("WAYLAND_DISPLAY")
+        self.session.environment["XDG_SESSION_TYPE"] = "x11"
+        self.start_driver()
+        self.setting_is("the settings are the user's at its start", self.own)
+        self.driver.quit()
+        self.nothing_is_left()
         return self.report.close()
 
     def rescale(self, scale):
