@@ -93,7 +93,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     setupNotificationObservers();
     log.system("[PINTLEAPP] Calling applyLastCursor() SYNCHRONOUSLY");
     applyLastCursor();
-    // The second of two lines, as the first step of start-up after the call.
+    // Logged twice on purpose: once by applyLastCursor(), once here.
     log.system("[PINTLEAPP] applyLastCursor() DONE");
     deps_.composition.updateChecker().start();
     welcomePending_ = deps_.welcomes;
@@ -127,7 +127,7 @@ void AppDelegate::setupMenuBar() {
 
     if (!desktop_->statusBar.isAvailable())
         trayDeadline_ = deps_.mainQueue.after(kTrayPatience, lifetime_.weakly([this] {
-            tellIfThereIsNoTray();
+            notifyIfThereIsNoTray();
             if (desktop_->statusBar.isAvailable()) welcome();
         }));
 }
@@ -192,7 +192,7 @@ void AppDelegate::togglePopover() {
     popover_->show(*statusItem_, placeUnderStatusItem(PopoverModel::contentSize, placement()));
     log.system("[MENUBAR] Popover shown, activating app");
     deps_.application.activateIgnoringOtherApps();
-    tellIfThereIsNoTray();
+    notifyIfThereIsNoTray();
 }
 
 void AppDelegate::showContextMenu() {
@@ -204,7 +204,7 @@ void AppDelegate::showContextMenu() {
 }
 
 Menu AppDelegate::makeMenu() {
-    // Who chooses from the menu has the pointer near the item.
+    // A user who chooses from the menu has the pointer near the item.
     const auto chosen = [this](void (AppDelegate::*command)()) {
         return [this, command] {
             if (desktop_ && !lastClick_) lastClick_ = desktop_->windows.mouseLocation();
@@ -233,7 +233,7 @@ void AppDelegate::show(std::unique_ptr<ShellWindow>& window, const WindowSpec& s
 }
 
 void AppDelegate::positionWindowUnderStatusItem(ShellWindow& window) {
-    // One that had to shrink the last time asks for its whole size again.
+    // A window that had to shrink the last time asks for its whole size again.
     Size size = window.frame().size;
     Size content;
     if (&window == settingsWindow_.get()) content = settingsSpec().contentSize;
@@ -268,7 +268,7 @@ void AppDelegate::quitApp() {
 void AppDelegate::applicationWillTerminate() {
     if (std::exchange(hasTerminated_, true) || !desktop_) return;
     stopOverlay();
-    // A copy that found another one puts nothing back under the other one's feet.
+    // A redundant copy restores nothing: the cursors are the other copy's.
     if (isRedundant_) return;
     if (boolValue(deps_.early.preferences, CursorSettings::restoreOnQuitKey)) {
         auto& changer = deps_.composition.changer();
@@ -313,9 +313,9 @@ void AppDelegate::welcome() {
                              std::string(translatable("Pintle", "Click its icon to choose a cursor theme.")));
 }
 
-void AppDelegate::tellIfThereIsNoTray() {
-    if (hasToldOfNoTray_ || !desktop_ || desktop_->statusBar.isAvailable()) return;
-    hasToldOfNoTray_ = true;
+void AppDelegate::notifyIfThereIsNoTray() {
+    if (hasNotifiedOfNoTray_ || !desktop_ || desktop_->statusBar.isAvailable()) return;
+    hasNotifiedOfNoTray_ = true;
     deps_.application.notify(
         std::string(translatable("Pintle", "Pintle found no tray")),
         std::string(

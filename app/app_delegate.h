@@ -57,7 +57,7 @@ class AppDelegate {
         std::function<ShellPlatform()> makeDesktop;
     };
 
-    /// From here on the end of the program is heard.
+    /// From here on the delegate handles the end of the program.
     explicit AppDelegate(Dependencies dependencies);
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -102,7 +102,7 @@ class AppDelegate {
     void pressedElsewhere(const GlobalMouseDown& press);
     Menu makeMenu();
     Placement placement() const;
-    void tellIfThereIsNoTray();
+    void notifyIfThereIsNoTray();
     void welcome();
     void stopOverlay();
 
@@ -110,9 +110,9 @@ class AppDelegate {
     std::optional<ShellPlatform> desktop_;
     bool isRedundant_ = false;
     bool hasTerminated_ = false;
-    bool hasToldOfNoTray_ = false;
+    bool hasNotifiedOfNoTray_ = false;
     PopoverDismissal dismissal_;
-    /// Where the pointer was at the last click on the item, for hosts that do not tell where the item is.
+    /// Where the pointer was at the last click on the item, for hosts that do not report where the item is.
     std::optional<Point> lastClick_;
 
     std::unique_ptr<StatusItem> statusItem_;

@@ -75,7 +75,7 @@ class CursorViewModel {
         deps_.pipeline.applyThemeWithScale(theme, scale);
     }
     void resetToDefault() { deps_.pipeline.resetToDefault(); }
-    /// These two return at once; the row tells how it goes.
+    /// These two return at once; the row shows progress and outcome.
     void downloadTheme(const CursorThemeInfo& theme) { deps_.downloads.downloadTheme(theme); }
     /// See ThemeDownloads.
     Signal<const std::string&>& wantedNetwork() const { return deps_.downloads.wantedNetwork; }

@@ -23,7 +23,7 @@ void FullReset::run() {
 
     deps_.applier.customCursors().clear();
     deps_.applier.resetToSystemDefaults();
-    // A second time when the applier's own reset has done it: both are meant.
+    // Runs a second time when the applier's own reset has done it; both are intended.
     deps_.changer.restoreSystemState();
     deps_.changer.forgetApplied();
     deps_.log.standardOutput("[RESET] ✅ Reset cursor to system default");

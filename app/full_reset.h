@@ -1,5 +1,6 @@
 // Returns the application to its first-run state: no theme, no preference, the desktop's own cursors. Offered
-// by the settings window through the view model; the caller then tells the user and quits. Main thread only.
+// by the settings window through the view model; the caller then informs the user and quits. Main thread
+// only.
 #pragma once
 
 #include "apply/application_pipeline.h"

@@ -1,5 +1,5 @@
-// Which themes are marked as new: those that came while the popover was shown until it is shown again, and
-// those that came meanwhile for one showing. Value; main thread.
+// Which themes are marked as new. A theme that came while the popover was shown stays new until the popover
+// is shown again; one that came while it was hidden is new for one showing. Value; main thread.
 #pragma once
 
 #include <map>

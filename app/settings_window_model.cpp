@@ -103,7 +103,7 @@ bool SettingsWindowModel::isOn(SettingsToggle toggle) const {
 void SettingsWindowModel::setToggle(SettingsToggle toggle, bool value) {
     if (isOn(toggle) == value || !this->toggle(toggle).isEnabled) return;
     auto& settings = deps_.settings;
-    // The first three go to the store behind the settings' back, which keep what they have loaded.
+    // The first three are written to the store directly; the settings keep the values they have loaded.
     switch (toggle) {
         case SettingsToggle::launchAtLogin:
             deps_.preferences.set(CursorSettings::launchAtLoginKey, value);

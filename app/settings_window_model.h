@@ -135,7 +135,7 @@ class SettingsWindowModel {
     void removeExcludedApp(const std::string& name);
 
     // Reset.
-    /// Asks first; after a "yes" everything is deleted, the user is told, and the program ends.
+    /// Asks first; after a "yes" everything is deleted, the user is informed, and the program ends.
     void resetApplication();
 
     /// Anything of the above has changed.

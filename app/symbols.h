@@ -16,7 +16,7 @@ inline constexpr std::string_view about = "info.circle";
 /// The quit button and the section "Startup".
 inline constexpr std::string_view power = "power";
 
-// Filters; the last three also tell a theme's hand.
+// Filters; the last three also mark a theme's hand.
 inline constexpr std::string_view filterAll = "person.2.fill";
 inline constexpr std::string_view handUniversal = "hand.raised.fill";
 inline constexpr std::string_view handRight = "hand.point.right.fill";

@@ -49,8 +49,8 @@ struct ThemeDrawing {
 
 /// The last word that names a colour fills the pointer, "Modern" rounds it, "Original" gives it corners. Case
 /// and accents are ignored. A name with none of these words gets the initials of its first word, the family,
-/// and of the last other one, on the family's tint. What stands in parentheses is the hand, which
-/// `handedness` tells.
+/// and of the last other one, on the family's tint. Words in parentheses name the hand and are ignored:
+/// `handedness` gives it.
 ThemeDrawing themeDrawing(std::string_view name, CursorHandedness handedness);
 
 }  // namespace pintle

@@ -1,4 +1,4 @@
-// Carries what the update checker tells the user to the desktop. Made by the root; main thread only.
+// Shows the update checker's answers to the user on this desktop. Made by the root; main thread only.
 #pragma once
 
 #include "platform/alerts.h"

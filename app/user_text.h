@@ -2,7 +2,7 @@
 // thread.
 //
 // How they are translated: every source stands in one of the models' lists of texts as
-// translatable("Pintle", "…"), which the extraction tool is told to read as QT_TRANSLATE_NOOP
+// translatable("Pintle", "…"), which the extraction tool reads as QT_TRANSLATE_NOOP
 // (lupdate -tr-function-alias QT_TRANSLATE_NOOP+=translatable). The user interface looks the source up in the
 // context "Pintle" and replaces "%1" by the argument.
 #pragma once
@@ -37,7 +37,7 @@ long long wholePercent(double value);
 /// "115%".
 UserText percentText(double value);
 
-/// What assistive technology is told about a control.
+/// What assistive technology learns about a control.
 enum class AccessibleRole { button, link, listItem, radioButton, slider, toggle };
 
 }  // namespace pintle

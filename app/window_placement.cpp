@@ -67,7 +67,7 @@ Rect inside(const Rect& frame, const ScreenArea& screen) {
     return {{across.start, up.start}, {across.length, up.length}};
 }
 
-/// What stands for the item's frame; absent when nothing tells where the item is.
+/// The rectangle used as the item's frame; absent when the item's place is unknown.
 std::optional<Rect> anchor(const Placement& placement) {
     if (placement.button) return placement.button;
     if (placement.policy == PlacementPolicy::asComputed) return Rect{};

@@ -15,8 +15,8 @@ enum class PlacementPolicy {
     /// The place is taken as computed, even where it leaves the screen, and an item that stands in no window
     /// counts as a rectangle of zero size at the origin.
     asComputed,
-    /// Every window ends inside its screen's work area, smaller than asked for where that has no room. An
-    /// item whose host does not tell its frame counts as being where it was last clicked.
+    /// Every window ends inside its screen's work area, and is made smaller where that has no space. An item
+    /// whose host does not report its frame counts as being where it was last clicked.
     insideWorkArea,
 };
 
@@ -27,7 +27,7 @@ struct Placement {
     bool hasButton = false;
     /// A bar is there now.
     bool hasBar = true;
-    /// The item's frame; absent where the host does not tell.
+    /// The item's frame; absent where the host does not report it.
     std::optional<Rect> button;
     /// Where the pointer was when the item was last clicked.
     std::optional<Point> lastClick;

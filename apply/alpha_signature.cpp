@@ -29,8 +29,8 @@ Four fourAt(const float* from) {
 
 void putFour(float* to, Four four) { std::memcpy(to, &four, sizeof four); }
 
-/// Four sums as bytes, and which of them lie so near the middle between two that only a more exact sum can
-/// tell.
+/// Four sums as bytes, and which of them lie so near the middle between two bytes that only a more exact sum
+/// decides.
 struct Rounded {
     FourInts bytes;
     FourInts doubtful;

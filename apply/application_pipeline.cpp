@@ -105,7 +105,7 @@ void ApplicationPipeline::resetToDefault() {
     cancelRequests();
     deps_.overlay.showSystemCursorGuaranteed();
     setCurrentTheme(std::nullopt);
-    // Behind the settings' back, whose own copy of the id stays as it is.
+    // Written to the store and not through the settings: their own copy of the id stays as it is.
     deps_.preferences.remove(CursorSettings::themeIdKey);
     deps_.applier.customCursors().clear();
     deps_.applier.resetToSystemDefaults();

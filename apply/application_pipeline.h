@@ -80,15 +80,15 @@ class ApplicationPipeline {
     void loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId, double scale,
                      std::int64_t generation);
     bool applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale, std::int64_t generation);
-    /// After the first answer to the start's request: a theme that is registered takes the place of what an
-    /// earlier run left, and with any other the desktop's own cursors come back.
+    /// After the first answer to the start's request: a theme that is registered replaces what an earlier run
+    /// left; after any other answer the desktop's own cursors come back.
     void putBackWhatAnEarlierRunReplaced();
     void keepInCache(std::string themeId, NamedImages images, std::int64_t generation);
 
     const Dependencies deps_;
     /// Shared with background work that may outlive the pipeline.
     std::shared_ptr<GenerationCounter> generations_ = std::make_shared<GenerationCounter>();
-    /// Tells a request that waits to be recorded whether a reset came after it.
+    /// Counts resets, so that a request that waits to be recorded notices one that came after it.
     int resets_ = 0;
     /// From the start's own request until its answer.
     bool earlierRunMayShow_ = false;

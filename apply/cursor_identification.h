@@ -27,7 +27,7 @@ struct KnownCursor {
     AlphaSignature signature{};
 };
 
-/// What the platform tells of the cursor it would show now.
+/// What the platform reports of the cursor it would show now.
 struct CurrentCursorFacts {
     /// False when the platform gives no current cursor; the rest is then empty.
     bool present = false;

@@ -44,7 +44,7 @@ struct OverlayDecision {
 /// The first screen whose frame contains the mouse. Null for none.
 const Screen* screenAt(std::span<const Screen> screens, Point point);
 
-/// The screen's number, or the main display where the desktop does not tell it.
+/// The screen's number, or the main display where the desktop does not report it.
 DisplayId displayID(const Screen& screen, DisplayId mainDisplay);
 
 OverlayDecision decideOverlayTick(const OverlayTickFacts& facts);

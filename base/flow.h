@@ -17,7 +17,7 @@ class [[nodiscard]] Flow {
   public:
     struct promise_type {
         std::function<void()> ended;
-        /// Nobody owns the frame any more, which was running at that time.
+        /// The owner was destroyed while the frame was running.
         bool abandoned = false;
         bool running = false;
 

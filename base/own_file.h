@@ -24,8 +24,8 @@ struct OwnFile {
 /// an error of the domain "errno": EISDIR for a folder, ENXIO for another kind, EFBIG for a larger file.
 Result<OwnFile> readOwnFile(const std::filesystem::path& file, std::size_t most);
 
-/// Puts a regular file of these bytes at `file`, in the place of whatever is no folder there, and waits until
-/// it is on the disk. Whoever reads meanwhile sees the old one or the new one. On an error, of the domain
+/// Writes a regular file of these bytes at `file`, replacing anything there but a folder, and waits until it
+/// is on the disk. Whoever reads meanwhile sees the old one or the new one. On an error, of the domain
 /// "errno", the old one is as it was. The bytes go to a new file beside it, ".NAME.new-…" first, which is
 /// gone afterwards. `mode`: the file's permissions, less the umask.
 Status replaceOwnFile(const std::filesystem::path& file, std::span<const std::uint8_t> bytes,

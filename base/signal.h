@@ -1,4 +1,4 @@
-// An event with typed arguments that several observers may hear, in the order in which they subscribed.
+// An event with typed arguments. Its observers are called in the order in which they subscribed.
 // Main thread only. The handle may outlive the signal.
 #pragma once
 

@@ -1,4 +1,4 @@
-// RAII handles of things that stay in force as long as someone holds them: an observer, a timer, a system
+// RAII handles of things that stay in force while someone holds them: an observer, a timer, a system
 // activity. Ending one runs its cancel function once. Main thread unless the giver says otherwise.
 #pragma once
 

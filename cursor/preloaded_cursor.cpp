@@ -65,7 +65,7 @@ class SetBuilder {
     }
 
   private:
-    /// A file may tell the same chunk many times over; its frames then share one bitmap as they share pixels.
+    /// A file may refer to the same chunk many times; its frames then share one bitmap as they share pixels.
     std::optional<Bitmap> bitmapOf(const XCursorImage& image) {
         const auto [known, isNew] =
             drawn_.try_emplace({image.pixels.values().data(), image.width, image.height});

@@ -10,7 +10,7 @@ namespace pintle::xcursor {
 
 inline constexpr std::uint32_t kMagic = 0x72756358;
 inline constexpr std::uint32_t kImageType = 0xFFFD0002;
-/// The table of contents begins here whatever header size the file tells.
+/// The table of contents begins here whatever header size the file gives.
 inline constexpr std::uint64_t kHeaderBytes = 16;
 inline constexpr std::uint64_t kTocEntryBytes = 12;
 inline constexpr std::uint64_t kChunkHeaderBytes = 36;

@@ -8,7 +8,7 @@
 
 namespace pintle {
 
-/// As long as the desktop has not told otherwise: these defaults.
+/// These defaults hold until the desktop reports something else.
 struct DesktopLook {
     bool dark = false;
     /// Movement is left out; what changes does so at once.
@@ -27,7 +27,7 @@ struct DesktopLook {
 class Appearance {
   public:
     virtual ~Appearance() = default;
-    /// As of the last thing heard. Cheap.
+    /// The last look that was reported. Cheap.
     virtual const DesktopLook& look() const = 0;
     /// Calls `changed`, from the main queue, each time `look` became another one, until the handle ends.
     virtual Subscription observe(std::function<void()> changed) = 0;

@@ -14,7 +14,7 @@ using DisplayId = std::uint32_t;
 
 struct Screen {
     Rect frame;
-    /// Absent where the desktop does not tell the number of this screen's display.
+    /// Absent where the desktop does not report the number of this screen's display.
     std::optional<DisplayId> id;
     friend bool operator==(const Screen&, const Screen&) = default;
 };

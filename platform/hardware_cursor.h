@@ -21,8 +21,8 @@ class HardwareCursor {
     virtual void set(const DesktopCursor& cursor) = 0;
     /// The desktop's own implementation of `set`, whatever has been exchanged.
     virtual void setOriginal(const DesktopCursor& cursor) = 0;
-    /// Puts `replacement` in the place of `set` for good. False, and nothing changes, where either operation
-    /// does not exist.
+    /// Replaces `set` by `replacement` for the life of the process. False, and nothing changes, where either
+    /// operation does not exist.
     virtual bool exchangeSet(SetOperation replacement) = 0;
 };
 

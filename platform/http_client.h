@@ -24,7 +24,7 @@ struct HttpRequest {
     std::string url;
     std::vector<std::pair<std::string, std::string>> headers;
     CachePolicy cachePolicy = CachePolicy::protocolDefault;
-    /// The request fails when nothing arrives for so long.
+    /// The request fails when nothing arrives for this long.
     std::chrono::milliseconds timeout{60000};
     /// Redirects are followed under the same rule for addresses, and never from https to http. 0: a redirect
     /// is an answer like any other.

@@ -19,8 +19,8 @@ class LoginAgent {
     virtual bool exists() const = 0;
     /// The program that the file in force starts; absent when there is none or it names none.
     virtual std::optional<std::string> program() const = 0;
-    /// Writes the file for the program at the absolute path `executable`, in the place of an older one. It
-    /// takes effect at the next login.
+    /// Writes the file for the program at the absolute path `executable`; replaces an older one. It takes
+    /// effect at the next login.
     virtual Status write(const std::string& executable) = 0;
     virtual Status remove() = 0;
 };

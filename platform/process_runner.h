@@ -48,7 +48,7 @@ class ProcessRunner {
     virtual std::unique_ptr<ChildProcess> start(ProcessRequest request, Completion completion) = 0;
 };
 
-/// What runs on this desktop in the place of an executable that the core names.
+/// What runs on this desktop instead of an executable that the core names.
 struct ProcessSubstitute {
     std::filesystem::path executable;
     /// Put before the arguments of the request.

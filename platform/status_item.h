@@ -21,7 +21,7 @@ enum class StatusItemEventType { leftMouseUp, rightMouseUp, other };
 struct StatusItemEvent {
     StatusItemEventType type = StatusItemEventType::other;
     /// The mouse press that this event belongs to, numbered as GlobalMouseDown::press; absent where the
-    /// desktop does not tell.
+    /// desktop does not report it.
     std::optional<std::uint64_t> press;
     friend bool operator==(const StatusItemEvent&, const StatusItemEvent&) = default;
 };
@@ -50,11 +50,11 @@ class StatusItem {
     virtual void setAction(Action action) = 0;
     /// Called when the item is activated without a mouse: by keyboard or by an assistive program.
     virtual void setActivation(std::function<void()> activated) = 0;
-    /// The button's frame on screen; absent while the button is in no window or its host does not tell.
+    /// The button's frame on screen; absent while the button is in no window or its host does not report it.
     virtual std::optional<Rect> buttonFrame() const = 0;
 
-    /// While a menu is attached, a click opens it in place of calling the action. An open menu survives its
-    /// detaching and closes by itself.
+    /// While a menu is attached, a click opens it instead of calling the action. A menu that is open when it
+    /// is detached stays open until the user closes it.
     virtual void attachMenu(const Menu& menu) = 0;
     /// A click by program; with a menu attached the menu opens, and where the desktop runs menus in a loop of
     /// their own, this returns when it has closed.

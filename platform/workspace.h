@@ -1,4 +1,4 @@
-// What the desktop tells about applications, sessions, sleep and displays. Every event arrives on the main
+// What the desktop reports of applications, sessions, sleep and displays. Every event arrives on the main
 // queue and carries the name under which the rules know it, on every desktop. Main thread only.
 #pragma once
 
@@ -16,7 +16,7 @@ namespace pintle {
 struct RunningApplication {
     /// The name that users know, the same that WindowList gives. Absent when the application has none.
     std::optional<std::string> name;
-    /// Process id; 0 when the desktop does not tell it.
+    /// Process id; 0 when the desktop does not report it.
     std::int32_t pid = 0;
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };

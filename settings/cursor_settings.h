@@ -14,9 +14,9 @@
 
 namespace pintle {
 
-/// No value is checked or limited: what is set is stored and announced. Every setter first tells the
+/// No value is checked or limited: what is set is stored and announced. Every setter first calls the
 /// observers of `changed`, then stores the value, then posts the notification of the property where it has
-/// one; all of it also when the new value equals the old one.
+/// one. It does so even when the new value equals the old one.
 class CursorSettings {
   public:
     static constexpr auto scaleKey = "cursorScale";
@@ -64,7 +64,7 @@ class CursorSettings {
     /// As loaded at the start. The quit path reads the key itself, because the settings window writes the key
     /// itself.
     bool restoreOnQuit() const { return restoreOnQuit_; }
-    /// Tells the observers and stores nothing.
+    /// Calls the observers and stores nothing.
     void setRestoreOnQuit(bool value);
     /// Keep the themed cursor where it would otherwise be given up.
     bool alwaysUseThemedCursor() const { return alwaysUseThemedCursor_; }

@@ -16,7 +16,7 @@ namespace pintle {
 struct ProgramLocation {
     /// What the login-item service records: the bundle, or the program file where there are no bundles.
     std::string bundlePath;
-    /// Absent when it cannot be told.
+    /// Absent when it cannot be determined.
     std::optional<std::string> executablePath;
 };
 

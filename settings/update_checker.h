@@ -64,7 +64,7 @@ class UpdateChecker {
 
     /// Checks now and every 24 hours from now on.
     void start();
-    /// `done` hears whether a version document was obtained. Several checks may overlap; the one that ends
+    /// `done` receives whether a version document was obtained. Several checks may overlap; the one that ends
     /// last decides.
     void check(std::function<void(bool obtained)> done);
     /// Absent for every failure, and for a body that took longer than the time-out or is larger than 64 KiB.

@@ -1,4 +1,4 @@
-// The published version, as the update endpoint tells it. Pure; any thread.
+// The published version, as the update endpoint gives it. Pure; any thread.
 #pragma once
 
 #include <cstdint>

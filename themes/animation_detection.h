@@ -1,4 +1,4 @@
-// Tells which downloaded themes are animated, and remembers the answers in the preference store, so that each
+// Finds out which downloaded themes are animated, and keeps the answers in the preference store, so that each
 // theme is examined once. The view model runs the steps: what to examine (main thread), the examination (a
 // background task), the record (main thread).
 #pragma once

@@ -78,10 +78,9 @@ std::optional<std::string> linkText(const fs::path& path) {
     return text.string();
 }
 
-/// Where the text of a link leads that stands in the folder `at`: a walk over components, with every link on
-/// the way followed. `place` maps components to the entry on disk and is absent where the walk may not go.
-/// Absent when it goes there, or in circles, or no steps are left. What is not there is walked through as if
-/// it were.
+/// Resolves the text of a link in the folder `at`: a walk over components that follows every link it meets.
+/// `place` maps components to the entry on disk and is absent where the walk may not go. Absent when the walk
+/// leads there, or in circles, or no steps are left. A component that does not exist is passed like a folder.
 using Place = std::function<std::optional<fs::path>(const Components&)>;
 std::optional<Components> walk(Components at, const std::string& text, bool mayStartAtTop, Steps& steps,
                                const Place& place) {
@@ -91,7 +90,7 @@ std::optional<Components> walk(Components at, const std::string& text, bool mayS
         at.clear();
     }
     std::reverse(todo.begin(), todo.end());
-    // The one whose text this is counts as well, as it does for the kernel.
+    // The kernel counts the first link, whose text this is, as well.
     int links = 1;
     while (!todo.empty()) {
         if (!steps.take()) return std::nullopt;
@@ -121,8 +120,8 @@ std::optional<Components> walk(Components at, const std::string& text, bool mayS
     return at;
 }
 
-/// The walk over the disk as it is, below `root` and along the folders that lead to it. A stranger's link is
-/// followed nowhere else: asking for an entry can mount a volume, or wait for a server that is gone.
+/// The walk over the disk as it is, below `root` and along the folders that lead to it. A link out of an
+/// archive is followed nowhere else: asking for an entry can mount a volume, or wait for a dead server.
 std::optional<Components> resolve(const Components& folder, const std::string& text, const Components& root,
                                   Steps& steps) {
     return walk(folder, text, true, steps, [&](const Components& at) -> std::optional<fs::path> {
@@ -361,7 +360,7 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
 
     struct Change {
         fs::path link;
-        /// Absent: nothing comes in the place of the link.
+        /// Absent: the link is removed and not replaced.
         std::optional<Components> copied;
     };
     // All decided before the first one is changed: links lead through each other.

@@ -18,7 +18,7 @@ struct CursorThemeInfo {
     std::string author;
     /// In the style of SPDX identifiers.
     std::string license;
-    /// Address of the archive; its suffix tells the kind.
+    /// Address of the archive; its suffix gives the kind.
     std::string downloadURL;
     CursorHandedness handedness = CursorHandedness::universal;
 

@@ -51,7 +51,7 @@ void ThemeDownloads::downloadTheme(const CursorThemeInfo& theme) {
     deps_.log.system("[DOWNLOAD] downloadTheme() CALLED for theme: " + theme.id);
     deps_.log.system("[DOWNLOAD] Creating Task.detached...");
     auto alive = std::make_shared<bool>(false);
-    // Weak by hand: the task says so when it finds nobody any more, and a reset takes it back without a word.
+    // Weak by hand, because the task logs that its owner is gone; a reset drops the task without a log line.
     auto begin = lifetime_.weakly([this, alive, theme, permit = deps_.work.permit()] {
         *alive = true;
         if (permit != deps_.work.permit()) return;

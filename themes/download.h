@@ -42,11 +42,11 @@ class ThemeDownloads {
         BackgroundTasks& background;
         Log& log;
     };
-    /// A longer archive is not taken, in bytes; the largest of the catalog has a tenth of it.
+    /// In bytes; a longer archive is refused. The largest of the catalog has a tenth of it.
     static constexpr std::uint64_t archiveLimit = std::uint64_t{512} << 20;
 
-    /// Archives pass through the folder `temporary`. `mirror`, when present, takes the place of scheme and
-    /// host of every address.
+    /// Archives are received in the folder `temporary`. `mirror`, when present, replaces scheme and host of
+    /// every address.
     ThemeDownloads(const Dependencies& dependencies, std::filesystem::path temporary,
                    std::optional<std::string> mirror);
     ~ThemeDownloads();

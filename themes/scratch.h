@@ -1,5 +1,5 @@
 // What a run of the program leaves on disk only while it works: scratch folders beside the themes and
-// archives in the temporary folder. Each is locked by the run that made it, so that the next run can tell
+// archives in the temporary folder. Each is locked by the run that made it, so that the next run recognises
 // what a dead one has left. Used by download, extraction and removal. Any thread.
 #pragma once
 
@@ -83,8 +83,8 @@ class ArchiveFile {
 /// folder beside it. What cannot be removed goes back.
 std::error_code removeWhole(const std::filesystem::path& folder);
 
-/// Removes what runs that are no more have left: scratch folders in the themes folder and archives in the
-/// temporary folder, of this user and unlocked.
+/// Removes what earlier runs have left: unlocked scratch folders in the themes folder and unlocked archives
+/// in the temporary folder, those of this user only.
 void removeLeftovers(const std::filesystem::path& themesDirectory, const std::filesystem::path& temporary);
 
 }  // namespace pintle

@@ -50,8 +50,8 @@ class ThemeExtractor {
     ThemeExtractor(const ThemeExtractor&) = delete;
     ThemeExtractor& operator=(const ThemeExtractor&) = delete;
 
-    /// Installs the cursors of `archive` as `destination` / "cursors", in the place of what was there. The
-    /// archive stays. `done` runs on the main queue, never inside this call, while nobody else may work on
+    /// Installs the cursors of `archive` as `destination` / "cursors", replacing what is there. The archive
+    /// stays. `done` runs on the main queue, never inside this call, while nobody else may work on
     /// the theme; it does not run when all work has been ended.
     void extract(const std::filesystem::path& archive, const std::string& themeId,
                  const std::filesystem::path& destination, Completion done);

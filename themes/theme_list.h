@@ -30,7 +30,7 @@ class ThemeList {
 
     /// These do nothing when no row has the id.
     void setApplying(const std::string& id, bool applying);
-    /// Puts `row` in the place of the row with its id.
+    /// Replaces the row with the id of `row`.
     void replace(CursorThemeInfo row);
     /// Marks each row as its id is marked here, rows without an entry as still. Publishes once.
     void setAnimated(const std::map<std::string, bool>& animated);

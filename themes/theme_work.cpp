@@ -12,7 +12,7 @@ void ThemeWork::begin(const std::string& themeId, std::function<void(Turn)> work
 
 void ThemeWork::run(const std::shared_ptr<Queues>& queues, const std::string& themeId,
                     const std::function<void(Turn)>& work) {
-    // The end of the turn begins the next one. A turn that outlives endAll() belongs to a table of the past.
+    // The end of a turn begins the next one. A turn that outlives endAll() belongs to an earlier table.
     work(Turn(nullptr, [weak = std::weak_ptr<Queues>(queues), themeId](std::nullptr_t) {
         const auto alive = weak.lock();
         if (!alive) return;

@@ -1,5 +1,5 @@
-// Keeps those apart who change the themes on disk: one at a time per theme, and nobody any more once a full
-// reset has ended all work. Shared by download, extraction and removal; made by the root. Main thread, except
+// Serialises work that changes the themes on disk: one piece at a time per theme, and none once a full reset
+// has ended all work. Shared by download, extraction and removal; made by the root. Main thread, except
 // for DiskPermit.
 #pragma once
 

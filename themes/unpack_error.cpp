@@ -34,7 +34,7 @@ std::size_t characterLength(std::string_view text) {
     return length;
 }
 
-/// The error of adding a line to the file, which whoever wrote into it has met as well; 0 for none.
+/// The error of appending a line to the file, which the archiver has met as well; 0 for none.
 int appendProblem(const std::filesystem::path& file) {
     const int fd = ::open(file.c_str(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) return 0;

@@ -11,8 +11,8 @@ namespace pintle {
 /// valid UTF-8, or a control character that a preference file cannot hold, becomes U+FFFD.
 std::string lastCharacters(std::string_view text, std::size_t count);
 
-/// The end of the archiver's error output. Where it said nothing: why it could not, when nothing can be added
-/// to the file as on a full disk, else "exit code " and the status.
+/// The end of the archiver's error output. Without output: the error of appending to that file, as on a full
+/// disk, else "exit code " and the status.
 std::string unpackErrorText(const std::filesystem::path& errorFile, int status);
 
 }  // namespace pintle

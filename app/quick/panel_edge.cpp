@@ -8,7 +8,7 @@
 namespace pintle {
 namespace {
 
-/// Of the picture's corners, which are not stretched: the radius and a little of the straight line.
+/// The picture's corners, which are not stretched, are the radius and this much of the straight line.
 constexpr int beyondRadius = 4;
 
 class Provider : public QQuickImageProvider {

@@ -1,5 +1,5 @@
-// The line around a panel whose corners are cut in steps, as a picture to be stretched by its middle: the
-// line follows the steps, where a smooth one would leave the panel's colour outside of itself. Any thread.
+// The line around a panel whose corners are cut in steps, as a picture to be stretched by its middle. The
+// line follows the steps; a smooth one would leave some of the panel's colour outside it. Any thread.
 #pragma once
 
 #include <QColor>

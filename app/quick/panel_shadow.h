@@ -10,9 +10,9 @@
 namespace pintle {
 
 struct PanelShadow {
-    /// Room around the panel on each side; what the shadow paints ends inside of it.
+    /// The margin around the panel on each side; the shadow ends inside it.
     static constexpr int margin = 24;
-    /// Of the four corners of the picture, which are not stretched.
+    /// Side of each of the picture's four corners, which are not stretched.
     static constexpr int corner = 40;
 
     /// Premultiplied, transparent under the panel, for `scale` pixels per unit.

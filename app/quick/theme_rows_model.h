@@ -1,6 +1,6 @@
 // The popover's rows for its list: one entry per id, in the order of the model, with the values of ThemeRow
-// as roles. A row that changes tells only the roles that changed; another filter inserts and removes rows and
-// leaves the others where they are. Main thread only.
+// as roles. A row that changes reports only the roles that changed; another filter inserts and removes rows
+// and leaves the others where they are. Main thread only.
 #pragma once
 
 #include <QAbstractListModel>

@@ -8,7 +8,7 @@
 namespace pintle {
 
 QString translated(const UserText& text);
-/// A source that takes nothing in the place of "%1".
+/// A source without "%1".
 QString translated(std::string_view source);
 
 }  // namespace pintle

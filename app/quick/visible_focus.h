@@ -1,5 +1,5 @@
-// Keeps a view's keys to what is visibly marked: a control that has the keyboard without its ring takes no
-// key but shows the ring first. A window that gets the keyboard back shows where it is. Main thread only.
+// Lets keys act only on a control whose focus is visible: a focused control without its ring takes no key but
+// shows the ring first. A window that gets the keyboard back shows the focus ring. Main thread only.
 #pragma once
 
 #include <QObject>

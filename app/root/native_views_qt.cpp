@@ -9,7 +9,7 @@
 namespace pintle {
 namespace {
 
-/// Hears when a view wants to go away. The window that holds it is the one to close.
+/// Notices when a view asks to be closed. The window that holds it is the one to close.
 class CloseRequests : public QObject {
   public:
     bool eventFilter(QObject* watched, QEvent* event) override {

@@ -10,7 +10,7 @@ namespace pintle {
 std::optional<std::string> prepareToolkit() {
     qputenv(kStayInBackground, "1");
     QCoreApplication::setApplicationName(QStringLiteral("Pintle"));
-    // The program lives in the menu bar and ends when it is told to.
+    // The program lives in the menu bar and ends on request only.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return std::nullopt;
 }

@@ -36,7 +36,7 @@ class FakeDisplays : public Displays {
 
 class FakeOverlaySurfaces : public OverlaySurfaces {
   public:
-    /// What one surface shows and how often it was told so; kept after the surface is closed.
+    /// What one surface shows, and how many calls set it; kept after the surface is closed.
     struct State {
         DisplayId display = 0;
         Size size;

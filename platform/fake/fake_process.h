@@ -32,16 +32,16 @@ class FakeInstanceBus : public InstanceBus {
   public:
     bool anotherCopyRuns() override { return another; }
     void post(const std::string& name) override { posted.push_back(name); }
-    Subscription observe(const std::string& name, std::function<void()> heard) override {
-        return messages.observe([name, heard = std::move(heard)](const std::string& arrived) {
-            if (arrived == name) heard();
+    Subscription observe(const std::string& name, std::function<void()> received) override {
+        return messages.observe([name, received = std::move(received)](const std::string& arrived) {
+            if (arrived == name) received();
         });
     }
     Subscription observeOlderCopy(std::function<void()> found) override {
         return olderCopies.observe(std::move(found));
     }
     /// A message of another copy.
-    void hear(const std::string& name) { messages.emit(name); }
+    void receive(const std::string& name) { messages.emit(name); }
 
     bool another = false;
     std::vector<std::string> posted;

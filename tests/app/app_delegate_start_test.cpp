@@ -130,7 +130,7 @@ TEST_F(StartTest, AFirstCopyIsNotRedundant) {
 
 TEST_F(StartTest, AMessageOfASecondCopyShowsThePopover) {
     start();
-    bus.hear("com.pintle.app.showPopover");
+    bus.receive("com.pintle.app.showPopover");
     EXPECT_TRUE(shell.popovers.shown);
     EXPECT_THAT(
         shell.transcript,
@@ -141,14 +141,14 @@ TEST_F(StartTest, AMessageOfASecondCopyShowsThePopover) {
 TEST_F(StartTest, AMessageOfASecondCopyLeavesAnOpenPopoverOpen) {
     start().togglePopover();
     forget();
-    bus.hear("com.pintle.app.showPopover");
+    bus.receive("com.pintle.app.showPopover");
     EXPECT_TRUE(shell.popovers.shown);
     EXPECT_THAT(shell.transcript, IsEmpty());
 }
 
-TEST_F(StartTest, OtherMessagesOfOtherCopiesAreNotHeard) {
+TEST_F(StartTest, OtherMessagesOfOtherCopiesAreIgnored) {
     start();
-    bus.hear("com.pintle.app.somethingElse");
+    bus.receive("com.pintle.app.somethingElse");
     EXPECT_FALSE(shell.popovers.shown);
 }
 
@@ -156,7 +156,7 @@ TEST_F(StartTest, AfterTheEndOfTheDelegateMessagesAndClicksFindNobody) {
     start();
     delegate.reset();
     forget();
-    bus.hear("com.pintle.app.showPopover");
+    bus.receive("com.pintle.app.showPopover");
     shell.eventMonitors.press();
     EXPECT_FALSE(shell.eventMonitors.key("w", true));
     shell.application.end();
@@ -186,7 +186,7 @@ TEST_F(StartTest, WithATrayNothingIsSaidAboutIt) {
     EXPECT_THAT(shell.application.notes, IsEmpty());
 }
 
-TEST_F(StartTest, WithoutATrayTheUserIsToldOnce) {
+TEST_F(StartTest, WithoutATrayTheUserIsNotifiedOnce) {
     shell.statusBar.available = false;
     start();
     world.scheduler.advance(std::chrono::seconds(9));
@@ -196,9 +196,9 @@ TEST_F(StartTest, WithoutATrayTheUserIsToldOnce) {
                 ElementsAre(testing::Pair("Pintle found no tray",
                                           "It goes on running without an icon. Start "
                                           "Pintle again to open it.")));
-    bus.hear("com.pintle.app.showPopover");
+    bus.receive("com.pintle.app.showPopover");
     delegate->popover()->close();
-    bus.hear("com.pintle.app.showPopover");
+    bus.receive("com.pintle.app.showPopover");
     world.scheduler.advance(std::chrono::minutes(5));
     EXPECT_EQ(shell.application.notes.size(), 1u);
 }
@@ -207,7 +207,7 @@ TEST_F(StartTest, WithoutATrayASecondStartShowsThePopoverAndTellsAtOnce) {
     hideFrame();
     shell.statusBar.available = false;
     start();
-    bus.hear("com.pintle.app.showPopover");
+    bus.receive("com.pintle.app.showPopover");
     EXPECT_TRUE(shell.popovers.shown);
     EXPECT_EQ(shell.popovers.frame, (Rect{{790, 265}, {340, 520}})) << "in the middle of the work area";
     EXPECT_EQ(shell.application.notes.size(), 1u);

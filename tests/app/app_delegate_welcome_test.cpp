@@ -37,7 +37,7 @@ TEST_F(WelcomeTest, WaitsForATrayThatComesLate) {
     EXPECT_EQ(shell.application.notes.size(), 1u);
 }
 
-TEST_F(WelcomeTest, WithoutATrayOnlyThatIsTold) {
+TEST_F(WelcomeTest, WithoutATrayTheUserIsNotifiedOfThatOnly) {
     welcomes = true;
     shell.statusBar.available = false;
     start();

@@ -122,7 +122,7 @@ TEST_F(FullResetTest, WithoutThemesItSaysNothingOfThem) {
     EXPECT_EQ(world.log.outputLines[2], "[RESET] ✅ Cleared UserDefaults");
 }
 
-TEST_F(FullResetTest, AThemesFolderThatCannotBeRemovedIsToldAndDoesNotStopIt) {
+TEST_F(FullResetTest, AThemesFolderThatCannotBeRemovedIsReportedAndDoesNotStopIt) {
     const AsNobody rights(world.folder.path());
     fs::permissions(world.directories.applicationSupport / "Pintle", fs::perms(0500));
     world.model->resetAllData();

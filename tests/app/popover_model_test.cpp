@@ -352,25 +352,25 @@ TEST_F(PopoverModelTest, ARowWithoutADeleteButtonDeletesNothing) {
 }
 
 TEST_F(PopoverModelTest, AChangeOfOneRowTellsOfThatRowAlone) {
-    std::vector<std::vector<std::string>> told;
+    std::vector<std::vector<std::string>> reported;
     int replaced = 0;
-    const auto rows = model->rowsChanged.observe([&](const auto& ids) { told.push_back(ids); });
+    const auto rows = model->rowsChanged.observe([&](const auto& ids) { reported.push_back(ids); });
     const auto list = model->rowsReplaced.observe([&] { ++replaced; });
     world.changeRow(kLeft, [](auto& row) { row.downloadProgress = 0.5; });
-    EXPECT_THAT(told, IsEmpty()) << "a bar that is not shown has not changed";
+    EXPECT_THAT(reported, IsEmpty()) << "a bar that is not shown has not changed";
     world.changeRow(kLeft, [](auto& row) { row.isDownloading = true; });
-    EXPECT_THAT(told, ElementsAre(ElementsAre(kLeft)));
+    EXPECT_THAT(reported, ElementsAre(ElementsAre(kLeft)));
     EXPECT_EQ(replaced, 0);
 }
 
 TEST_F(PopoverModelTest, AnApplyTellsOfTheRowsThatItTouches) {
     world.applyNow(kIce);
-    std::set<std::string> told;
+    std::set<std::string> reported;
     const auto rows =
-        model->rowsChanged.observe([&](const auto& ids) { told.insert(ids.begin(), ids.end()); });
+        model->rowsChanged.observe([&](const auto& ids) { reported.insert(ids.begin(), ids.end()); });
     model->buttonAction(kBanana);
     world.scheduler.runUntilIdle();
-    EXPECT_THAT(told, ElementsAre(kBanana, kIce));
+    EXPECT_THAT(reported, ElementsAre(kBanana, kIce));
 }
 
 TEST_F(PopoverModelTest, AnotherFilterReplacesTheListAndChangesNoRow) {

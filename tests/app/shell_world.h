@@ -51,9 +51,9 @@ class TranscriptBus : public FakeInstanceBus {
         transcript_.push_back("bus post " + name);
         FakeInstanceBus::post(name);
     }
-    Subscription observe(const std::string& name, std::function<void()> heard) override {
+    Subscription observe(const std::string& name, std::function<void()> received) override {
         transcript_.push_back("bus observe " + name);
-        return FakeInstanceBus::observe(name, std::move(heard));
+        return FakeInstanceBus::observe(name, std::move(received));
     }
 
   private:
@@ -154,7 +154,7 @@ struct ShellWorld {
     void rightClick(std::optional<std::uint64_t> press = std::nullopt) {
         shell.statusBar.click(StatusItemEvent{StatusItemEventType::rightMouseUp, press});
     }
-    /// A desktop that draws its own panel and tells nothing about the places in it.
+    /// A desktop that draws its own panel and reports no places in it.
     void hideFrame() {
         policy = PlacementPolicy::insideWorkArea;
         shell.statusBar.frame.reset();

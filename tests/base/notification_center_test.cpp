@@ -9,24 +9,24 @@ namespace {
 
 TEST(NotificationCenter, DeliversTheObjectToObserversOfTheNameOnly) {
     NotificationCenter center;
-    double heard = 0;
+    double received = 0;
     int other = 0;
     const auto one =
-        center.observe("cursorScaleChanged", [&](const std::any& o) { heard = std::any_cast<double>(o); });
+        center.observe("cursorScaleChanged", [&](const std::any& o) { received = std::any_cast<double>(o); });
     const auto two = center.observe("cursorScaleChanged2", [&](const std::any&) { ++other; });
     center.post("cursorScaleChanged", 1.5);
-    EXPECT_EQ(heard, 1.5);
+    EXPECT_EQ(received, 1.5);
     EXPECT_EQ(other, 0);
 }
 
-TEST(NotificationCenter, AnEndedSubscriptionHearsNothingAlsoWhenEndedDuringThePost) {
+TEST(NotificationCenter, AnEndedSubscriptionReceivesNothingEvenWhenEndedDuringThePost) {
     NotificationCenter center;
-    int heard = 0;
+    int calls = 0;
     Subscription second;
     const auto first = center.observe("n", [&](const std::any&) { second.end(); });
-    second = center.observe("n", [&](const std::any&) { ++heard; });
+    second = center.observe("n", [&](const std::any&) { ++calls; });
     center.post("n");
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
 }
 
 TEST(NotificationCenter, ASubscriptionMayOutliveTheCenter) {
