@@ -79,6 +79,7 @@ class PlistKeyValueStore : public KeyValueStore {
     enum class Intent { read, write };
 
     void change(const Changes& changes) {
+        if (standInFile(changes)) return;
         const PropertyDictionary before = domain_;
         for (const auto& [key, value] : changes) {
             if (value)
@@ -89,6 +90,17 @@ class PlistKeyValueStore : public KeyValueStore {
         }
         write();
         announce(before);
+    }
+
+    /// Whether the file already has these values, and nobody has replaced it since it was read. Each write
+    /// encodes and replaces the whole file, however large it has become.
+    bool standInFile(const Changes& changes) const {
+        if (!pending_.empty() || removeAll_ || !stamp_) return false;
+        const bool same = std::ranges::all_of(changes, [this](const auto& each) {
+            const auto found = domain_.find(each.first);
+            return found == domain_.end() ? !each.second : each.second && found->second == *each.second;
+        });
+        return same && *stamp_ == stampOf(behindLinks(path_));
     }
 
     /// Tells the observers of every key whose answer differs, other processes' keys included.

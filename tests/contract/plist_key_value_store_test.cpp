@@ -353,6 +353,32 @@ TEST_F(PreferenceFile, AValueThatCannotBeStoredDoesNotKeepTheOthersOut) {
     EXPECT_EQ(stored(), (PropertyDictionary{{"good", 2}, {"bad", "better"}}));
 }
 
+TEST_F(PreferenceFile, AValueThatStandsInTheFileIsNotWrittenAgain) {
+    write({{"a", 1}, {"stranger", "kept"}});
+    const auto store = open();
+    struct stat before {};
+    ASSERT_EQ(::stat(file_.c_str(), &before), 0);
+    store->set("a", 1);
+    store->remove("nowhere");
+    struct stat after {};
+    ASSERT_EQ(::stat(file_.c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    scheduler_.advance(1min);
+    EXPECT_TRUE(synced_.empty());
+    store->set("a", 2);
+    EXPECT_EQ(stored(), (PropertyDictionary{{"a", 2}, {"stranger", "kept"}}));
+    store->set("a", 1);
+    EXPECT_EQ(stored(), (PropertyDictionary{{"a", 1}, {"stranger", "kept"}}));
+}
+
+TEST_F(PreferenceFile, AValueThatAnotherStoreReplacedIsWrittenAgain) {
+    const auto store = open();
+    store->set("a", 1);
+    open()->set("a", 2);
+    store->set("a", 1);
+    EXPECT_EQ(stored(), (PropertyDictionary{{"a", 1}}));
+}
+
 TEST_F(PreferenceFile, TheDiskIsAskedAtMostOnceASecond) {
     const auto store = open();
     // Ten seconds, a write every 10 ms.
