@@ -149,10 +149,10 @@ class Mailbox : public QDBusVirtualObject {
             return false;
         // The sender waits for this before it ends.
         bus.send(message.createReply());
-        heard.emit(message.arguments().constFirst().toString().toStdString());
+        posted.emit(message.arguments().constFirst().toString().toStdString());
         return true;
     }
-    Signal<const std::string&> heard;
+    Signal<const std::string&> posted;
     /// With the name of the connection that asks.
     Signal<const QString&> wanted;
 
@@ -204,9 +204,9 @@ class DbusInstanceBus : public InstanceBus {
         bus.call(call, QDBus::Block, kCallMilliseconds);
     }
 
-    Subscription observe(const std::string& message, std::function<void()> heard) override {
-        return mailbox_.heard.observe([message, heard = std::move(heard)](const std::string& name) {
-            if (name == message) heard();
+    Subscription observe(const std::string& message, std::function<void()> received) override {
+        return mailbox_.posted.observe([message, received = std::move(received)](const std::string& name) {
+            if (name == message) received();
         });
     }
 

@@ -12,7 +12,7 @@
 
 namespace pintle {
 
-/// What the desktop portal told; absent where it did not.
+/// What the desktop portal reported; absent where it reported nothing.
 struct PortalLook {
     /// 0 no preference, 1 dark, 2 light.
     std::optional<std::uint32_t> colorScheme = std::nullopt;

@@ -38,7 +38,7 @@ class PortalWatch::Receiver : public QObject {
     Q_OBJECT
 
   public:
-    explicit Receiver(std::function<void(const PortalLook&)> told) : told_(std::move(told)) {
+    explicit Receiver(std::function<void(const PortalLook&)> changed) : changed_(std::move(changed)) {
         if (!bus_.isConnected()) return;
         // Else the slot's argument is not known by its name yet, and the connection is refused.
         qRegisterMetaType<QDBusVariant>();
@@ -50,7 +50,7 @@ class PortalWatch::Receiver : public QObject {
         connect(&presence_, &QDBusServiceWatcher::serviceOwnerChanged, this,
                 [this](const QString&, const QString&, const QString& owner) {
                     if (owner.isEmpty())
-                        tell({});
+                        update({});
                     else
                         ask();
                 });
@@ -61,7 +61,7 @@ class PortalWatch::Receiver : public QObject {
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
         auto look = look_;
         take(look, group, key, value.variant());
-        tell(look);
+        update(look);
     }
 
   private:
@@ -82,7 +82,7 @@ class PortalWatch::Receiver : public QObject {
             for (auto group = groups.cbegin(); group != groups.cend(); ++group)
                 for (auto entry = group->cbegin(); entry != group->cend(); ++entry)
                     take(look, group.key(), entry.key(), entry.value());
-            tell(look);
+            update(look);
         });
     }
     static void take(PortalLook& look, const QString& group, const QString& key, QVariant value) {
@@ -100,19 +100,19 @@ class PortalWatch::Receiver : public QObject {
             if (key == QLatin1String("high-contrast")) look.highContrast = valueOf<bool>(value);
         }
     }
-    void tell(const PortalLook& look) {
-        if (std::exchange(look_, look) != look) told_(look);
+    void update(const PortalLook& look) {
+        if (std::exchange(look_, look) != look) changed_(look);
     }
 
-    std::function<void(const PortalLook&)> told_;
+    std::function<void(const PortalLook&)> changed_;
     QDBusConnection bus_ = QDBusConnection::sessionBus();
     QDBusServiceWatcher presence_;
     PortalLook look_;
     int questions_ = 0;
 };
 
-PortalWatch::PortalWatch(std::function<void(const PortalLook&)> told)
-    : receiver_(std::make_unique<Receiver>(std::move(told))) {}
+PortalWatch::PortalWatch(std::function<void(const PortalLook&)> changed)
+    : receiver_(std::make_unique<Receiver>(std::move(changed))) {}
 PortalWatch::~PortalWatch() = default;
 
 }  // namespace pintle

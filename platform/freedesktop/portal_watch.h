@@ -1,5 +1,5 @@
-// Hears from the desktop portal, over D-Bus, how programs are to look. The portal may be missing, may come
-// later and may go. Waits for no answer. Main thread.
+// Observes over D-Bus what the desktop portal says about the look of programs. The portal may be missing, may
+// come later and may go. Waits for no answer. Main thread.
 #pragma once
 
 #include <functional>
@@ -12,8 +12,8 @@ namespace pintle {
 /// Ends with the handle, which must end before the toolkit's application object.
 class PortalWatch {
   public:
-    /// `told` runs with everything known each time the portal tells something.
-    explicit PortalWatch(std::function<void(const PortalLook&)> told);
+    /// `changed` runs with everything known each time the portal reports a change.
+    explicit PortalWatch(std::function<void(const PortalLook&)> changed);
     ~PortalWatch();
 
   private:

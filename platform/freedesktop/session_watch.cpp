@@ -131,7 +131,7 @@ class SessionWatch::Receiver : public QObject {
             if (active) listener_.sessionActive();
         }
     }
-    // The session manager and the lock screen both tell of one lock.
+    // The session manager and the lock screen both report the same lock.
     void setLocked(bool locked) {
         if (!locked) requested_.stop();
         if (std::exchange(locked_, locked) != locked) listener_.lock(locked);

@@ -1,5 +1,5 @@
-// Hears over D-Bus of sleep and wake, of this session becoming active, and of the screen being locked. Every
-// service may be missing. Main thread.
+// Observes over D-Bus sleep and wake, this session becoming active, and the lock of the screen. Every service
+// may be missing. Main thread.
 #pragma once
 
 #include <chrono>

@@ -38,7 +38,7 @@ struct CursorReading {
     Point hotspot;
 };
 
-/// What the desktop would show now; absent when it does not tell.
+/// What the desktop would show now; absent when it does not report it.
 std::optional<CursorReading> readCurrentSystemCursor();
 /// The standard cursors of this version of the desktop by X11 name, in the order of comparison.
 std::vector<std::pair<std::string, CursorReading>> readStandardCursors();

@@ -9,7 +9,7 @@
 
 namespace pintle {
 
-/// Ending it closes the popover without telling.
+/// Ending it closes the popover without calling back.
 class NativePopover : public NativeLayers {
   public:
     /// From the moment it is shown until it is closed, while the closing is still played too: false.

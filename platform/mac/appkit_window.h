@@ -9,7 +9,7 @@
 
 namespace pintle {
 
-/// Ending it closes the window without telling.
+/// Ending it closes the window without calling back.
 class NativeWindow : public NativeLayers {
   public:
     virtual bool isVisible() const = 0;

@@ -1,4 +1,4 @@
-// What AppKit tells of applications, and its notifications, without Objective-C. Main thread only.
+// What AppKit reports of applications, and its notifications, without Objective-C. Main thread only.
 #pragma once
 
 #include <cstdint>

@@ -9,14 +9,14 @@ namespace pintle {
 namespace {
 
 struct Observer {
-    std::function<void()> heard;
+    std::function<void()> received;
 };
 
-extern "C" void distributedNotificationHeard(CFNotificationCenterRef, void* observer, CFNotificationName,
-                                             const void*, CFDictionaryRef) {
+extern "C" void distributedNotificationReceived(CFNotificationCenterRef, void* observer, CFNotificationName,
+                                                const void*, CFDictionaryRef) {
     // The handler may end its own subscription.
-    const auto heard = static_cast<Observer*>(observer)->heard;
-    heard();
+    const auto received = static_cast<Observer*>(observer)->received;
+    received();
 }
 
 }  // namespace
@@ -27,11 +27,11 @@ void postDistributed(const std::string& name) {
                                                     kCFNotificationDeliverImmediately);
 }
 
-Subscription observeDistributed(const std::string& name, std::function<void()> heard) {
-    const auto observer = std::make_shared<Observer>(Observer{std::move(heard)});
+Subscription observeDistributed(const std::string& name, std::function<void()> received) {
+    const auto observer = std::make_shared<Observer>(Observer{std::move(received)});
     const auto text = cfString(name);
     CFNotificationCenterAddObserver(CFNotificationCenterGetDistributedCenter(), observer.get(),
-                                    distributedNotificationHeard, text.get(), nullptr,
+                                    distributedNotificationReceived, text.get(), nullptr,
                                     CFNotificationSuspensionBehaviorDeliverImmediately);
     return Subscription([observer, text] {
         CFNotificationCenterRemoveObserver(CFNotificationCenterGetDistributedCenter(), observer.get(),

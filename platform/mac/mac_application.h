@@ -10,7 +10,7 @@
 namespace pintle {
 
 /// `observeQuit` subscribes to the toolkit's own end of the program: a toolkit that runs the application
-/// object may end its loop in place of letting AppKit end the process.
+/// object may end its loop instead of letting AppKit end the process.
 std::unique_ptr<Application> makeMacApplication(
     const std::function<Subscription(std::function<void()>)>& observeQuit);
 

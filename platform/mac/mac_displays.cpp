@@ -9,8 +9,8 @@ namespace {
 
 class MacDisplays : public Displays {
   public:
-    // Read anew each time: which of several observers hears first of a change is not defined, and the one
-    // that asks must never see the screens of before.
+    // Read anew each time: the order in which observers are notified of a change is not defined, and none of
+    // them may see the old screens.
     const std::vector<Screen>& screens() override {
         screens_.clear();
         for (const ScreenReading& screen : readScreens()) screens_.push_back({screen.frame, screen.number});

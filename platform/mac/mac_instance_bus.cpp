@@ -22,8 +22,8 @@ class MacInstanceBus : public InstanceBus {
         return std::any_of(copies.begin(), copies.end(), [self](std::int32_t pid) { return pid != self; });
     }
     void post(const std::string& name) override { postDistributed(name); }
-    Subscription observe(const std::string& name, std::function<void()> heard) override {
-        auto shared = std::make_shared<std::function<void()>>(std::move(heard));
+    Subscription observe(const std::string& name, std::function<void()> received) override {
+        auto shared = std::make_shared<std::function<void()>>(std::move(received));
         return observeDistributed(name, [&queue = queue_, weak = std::weak_ptr(shared), keep = shared] {
             queue.post([weak] {
                 if (const auto alive = weak.lock()) (*alive)();

@@ -10,7 +10,7 @@
 
 namespace pintle {
 
-/// A copy that observes a message hears its own posts of it too: the messages name no sender.
+/// A copy that observes a message receives its own posts of it too: the messages name no sender.
 std::unique_ptr<InstanceBus> makeMacInstanceBus(const std::string& bundleIdentifier, MainQueue& queue);
 
 }  // namespace pintle

@@ -70,7 +70,7 @@ class MacKeyValueStore : public KeyValueStore {
         const auto before = object(key);
         CFPreferencesSetValue(name.get(), value, domain_.get(), kCFPreferencesCurrentUser,
                               kCFPreferencesAnyHost);
-        // Only what the service has been told survives the end of this process.
+        // Only what has been sent to the service survives the end of this process.
         synchronize();
         if (object(key) != before) changes_.emit(key);
     }

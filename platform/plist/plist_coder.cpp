@@ -214,8 +214,8 @@ Node write(const PropertyValue& value, PropertyListFormat format, int depth) {
 std::optional<PropertyValue> readInteger(plist_t node) {
     std::uint64_t bits = 0;
     plist_get_uint_val(node, &bits);
-    // The library hands out negative numbers and numbers above the signed range alike; its text tells them
-    // apart.
+    // The library returns negative numbers and numbers above the signed range alike; only its text
+    // distinguishes them.
     if (bits > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) &&
         !xmlText(node).starts_with('-'))
         return PropertyValue(static_cast<double>(bits));

@@ -103,7 +103,7 @@ class PlistKeyValueStore : public KeyValueStore {
         return same && *stamp_ == stampOf(behindLinks(path_));
     }
 
-    /// Tells the observers of every key whose answer differs, other processes' keys included.
+    /// Notifies the observers of every key whose answer differs, other processes' keys included.
     void announce(const PropertyDictionary& before) {
         std::vector<std::string> different;
         const auto answer = [this](const PropertyDictionary& domain,

@@ -17,8 +17,8 @@ namespace pintle {
 /// and on the main one for synchronize().
 using BringToDisk = std::function<bool(const std::filesystem::path& file)>;
 
-/// Each write puts the whole list beside `file` and renames it into place before observers hear of it, merged
-/// key by key with what another process has written since; values of keys that nobody here knows stay. The
+/// Each write puts the whole list beside `file` and renames it into place before observers are notified,
+/// merged key by key with what another process has written since; values of keys unknown here stay. The
 /// disk follows in the background at most once a second, and at synchronize() and the end. A file that is no
 /// property list, or cannot be read, is put aside as FILE.damaged-N and reported; where even that fails, or
 /// the disk is full, values are kept in memory and tried again with the next write. What is written by other

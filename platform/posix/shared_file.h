@@ -16,7 +16,7 @@
 
 namespace pintle {
 
-/// Tells one state of a file from another.
+/// Distinguishes one state of a file from another.
 struct FileStamp {
     dev_t device = 0;
     ino_t inode = 0;

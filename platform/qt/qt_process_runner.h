@@ -10,8 +10,8 @@
 
 namespace pintle {
 
-/// Runs what `substitutes` names in the place of the requested executables. A child is killed when this
-/// program dies, however it dies. No child inherits the variables of the environment that `withheld` names.
+/// Runs what `substitutes` names instead of the requested executables. A child is killed when this program
+/// dies, however it dies. No child inherits the variables of the environment that `withheld` names.
 /// The queue must outlive the runner.
 std::unique_ptr<ProcessRunner> makeQtProcessRunner(MainQueue& queue, ProcessSubstitutes substitutes,
                                                    std::vector<std::string> withheld = {});

@@ -45,7 +45,7 @@ class OtherWindows : public QObject {
 
   protected:
     bool eventFilter(QObject* receiver, QEvent* event) override {
-        // The icon's own clicks are told apart by those who hear of them.
+        // Clicks on the icon are left to the icon's own handler.
         if (event->type() == QEvent::MouseButtonPress && receiver->isWindowType() && receiver != &view_ &&
             !receiver->property(kIsTrayIcon).toBool())
             pressed_();

@@ -11,8 +11,8 @@
 
 namespace pintle {
 
-/// All must outlive the popovers. The appearance tells whether windows blend; from here on the views are told
-/// too.
+/// All must outlive the popovers. From here on the views are notified when the appearance changes whether
+/// windows blend.
 std::unique_ptr<Popovers> makeQtPopovers(ShellViews& views, Appearance& appearance,
                                          const ShellDesktop& desktop);
 

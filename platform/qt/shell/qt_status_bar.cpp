@@ -123,7 +123,7 @@ class QtStatusItem : public QObject, public StatusItem {
         if (embedded_) tray_.reset();
         if (!now.any()) return;
         if (tray_) {
-            // On the bus the toolkit tells the next host by itself; it may have other colours.
+            // On the bus the toolkit registers with the next host by itself; that one may have other colours.
             panelDrawn_.start(kPanelDrawn);
             return;
         }
@@ -132,7 +132,7 @@ class QtStatusItem : public QObject, public StatusItem {
                          [this](QSystemTrayIcon::ActivationReason reason) { activated(reason); });
         applyImage();
         tray_->show();
-        // The toolkit hears of a new panel by a message of its own, perhaps later than we do.
+        // The toolkit learns of a new panel from its own message, perhaps later than this class does.
         tries_ = now.notifier ? 0 : kTries;
         findEmbedded();
         applyHostMenu();
@@ -148,7 +148,7 @@ class QtStatusItem : public QObject, public StatusItem {
             return;
         }
         embedded_->installEventFilter(this);
-        // The toolkit makes another one when it hears of the panel a second time.
+        // The toolkit makes another one when the panel is announced a second time.
         QObject::connect(embedded_, &QObject::destroyed, this, [this] {
             tries_ = kTries;
             finding_.start(kBetweenTries);
@@ -159,7 +159,7 @@ class QtStatusItem : public QObject, public StatusItem {
         panelDrawn_.start(kPanelDrawn);
     }
 
-    /// From hosts on the session bus, which tell neither button nor place.
+    /// From hosts on the session bus, which report neither button nor place.
     void activated(QSystemTrayIcon::ActivationReason reason) {
         if (embedded_) return;
         switch (reason) {

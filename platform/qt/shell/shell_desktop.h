@@ -20,7 +20,7 @@ using NativeWindow = std::uintptr_t;
 
 /// The places for tray icons that are there now.
 struct TrayHosts {
-    /// One that is told of items over the session bus.
+    /// One that items register with over the session bus.
     bool notifier = false;
     /// One that takes windows in.
     bool embedding = false;
@@ -43,7 +43,7 @@ struct ShellDesktop {
 
     std::function<TrayHosts()> trayHosts;
     std::function<Subscription(std::function<void()>)> observeTrayHosts;
-    /// Of the panel that holds `icon`, or of the desktop's panel when it is 0. Absent when it cannot be told.
+    /// Of the panel that holds `icon`, or of the desktop's panel when it is 0. Absent when it is unknown.
     std::function<std::optional<PanelLook>(NativeWindow icon)> panelLook;
 
     /// Gives a visible window the keyboard, whatever the user did last.

@@ -13,7 +13,7 @@
 //     being made again, and fills its window with a transparent colour while a compositor runs.
 //   - A view takes any size: its content scrolls where the window is smaller than the content wants to be.
 //   - A view that is to go away (Escape, a close button of its own) calls QWindow::close(). The backend hides
-//     it in place of closing it, and does the same for the desktop's close button.
+//     it instead of closing it, and does the same for the desktop's close button.
 #pragma once
 
 #include <QMargins>
@@ -31,10 +31,10 @@ namespace pintle {
 
 /// How the popover's panel lies in its window.
 struct PopoverShape {
-    /// What the view draws around the panel while it is composited: room for a shadow, transparent and deaf
-    /// to the pointer. The backend makes the window that much larger than the frame it was given, as far as
-    /// the work area reaches, so that the panel itself stands on the frame. Not used without a compositor:
-    /// there the panel fills the window.
+    /// The margins around the panel while a compositor runs: they hold the shadow, are transparent and take
+    /// no pointer events. The backend makes the window larger by them than the frame it was given, as far as
+    /// the work area allows, so that the panel itself fills the frame. Without a compositor they are not used
+    /// and the panel fills the window.
     QMargins shadow;
     /// Of the panel's corners. Without a compositor the window is cut to a rectangle with such corners, in
     /// the steps of cornerInsets().
@@ -45,13 +45,13 @@ class ShellViews {
   public:
     virtual ~ShellViews() = default;
 
-    /// Whether a compositor runs, so that alpha blends. Told before the first view is asked for and at each
+    /// Whether a compositor runs, so that alpha blends. Called before the first view is asked for and at each
     /// change; without one every view is opaque, and the popover leaves its shadow out.
     virtual void setComposited(bool composited) = 0;
 
     /// From now on the desktop's own windows hold the views, with their edges, corners and shadows, and with
-    /// a blurred material behind them: what the look lets be seen through is left transparent. Told before
-    /// the first view is asked for, where it is so.
+    /// a blurred material behind them: views leave transparent what their look makes translucent. Called, on
+    /// such desktops only, before the first view is asked for.
     virtual void setNativelyHosted() {}
     /// The opacity of that material behind the popover; 0 while the popover's view is opaque.
     virtual double popoverMaterial() const { return 0; }

@@ -1,5 +1,5 @@
-// What popover, windows and alerts have in common: a view that is hidden in place of being closed, and shown
-// with the keyboard. Main thread only.
+// What popover, windows and alerts have in common: a view that is hidden instead of being closed, and that
+// gets the keyboard when it is shown. Main thread only.
 #pragma once
 
 #include <QObject>

@@ -62,7 +62,7 @@ bool DesktopWatch::open() {
     if (!connection_) return false;
     selectEvents();
     watch_ = options_.watchReadable(connection_->descriptor(), lifetime_.weakly([this] { readable(); }));
-    // The answers read meanwhile may have brought events into the library, where no descriptor tells of them.
+    // Reading the answers may have queued events in the library, which the descriptor does not announce.
     options_.queue.post(lifetime_.weakly([this] { readable(); }));
     return true;
 }
@@ -102,7 +102,7 @@ void DesktopWatch::selectEvents() {
     if (power && power->present) {
         const Reply<xcb_dpms_capable_reply_t> capable{
             xcb_dpms_capable_reply(x, xcb_dpms_capable(x), nullptr)};
-        // The server tells nobody when it powers the screens down.
+        // The server sends no event when it powers the screens down.
         if (capable && capable->capable)
             powerTimer_ = options_.queue.every(std::chrono::seconds(1),
                                                lifetime_.weakly([this] { askForPowerLevel(); }));
@@ -125,7 +125,7 @@ void DesktopWatch::followSettingsManager() {
 
 void DesktopWatch::readable() {
     if (!connection_) return;
-    // Answers that are read while telling may bring further events.
+    // Answers that are read while reporting may bring further events.
     while (true) {
         News news;
         bool any = false;
@@ -135,7 +135,7 @@ void DesktopWatch::readable() {
         }
         if (connection_->isBroken()) return reopen();
         if (!any) return;
-        tell(news);
+        report(news);
         if (!connection_) return;
     }
 }
@@ -146,7 +146,7 @@ void DesktopWatch::reopen() {
         [watch = std::make_shared<Subscription>(std::move(watch_)),
          connection = std::shared_ptr<x11::XConnection>(std::move(connection_))] { watch->end(); });
     powerTimer_.end();
-    // A server that is gone refuses, and then there is nothing to hear any more.
+    // A server that is gone refuses, and then there is nothing left to observe.
     if (!open()) return;
     readActiveWindow(true);
     listener_.displaysChanged();
@@ -180,7 +180,7 @@ void DesktopWatch::take(const xcb_generic_event_t& event, News& news) {
     }
 }
 
-void DesktopWatch::tell(const News& news) {
+void DesktopWatch::report(const News& news) {
     if (news.displays) listener_.displaysChanged();
     if (news.settingsManager) followSettingsManager();
     bool disturbed = news.windowManager;

@@ -1,5 +1,5 @@
-// Hears from the X server which application is in front, what becomes of the displays and what disturbs
-// cursors. Has a connection of its own, which registers nothing. Main thread.
+// Observes on the X server which application is in front, changes of the displays and what disturbs cursors.
+// Has a connection of its own, which registers nothing. Main thread.
 #pragma once
 
 #include <chrono>
@@ -63,7 +63,7 @@ class DesktopWatch {
     void readable();
     void reopen();
     void take(const xcb_generic_event_t& event, News& news);
-    void tell(const News& news);
+    void report(const News& news);
     void readActiveWindow(bool announce);
     std::optional<RunningApplication> applicationOf(xcb_window_t window);
     ThemeSettings readThemeSettings();

@@ -22,15 +22,15 @@ xcb_window_t ownerOf(xcb_connection_t* x, xcb_atom_t selection) {
 
 }  // namespace
 
-ScreenLookWatch::ScreenLookWatch(Options options, std::function<void(const ScreenLook&)> told)
+ScreenLookWatch::ScreenLookWatch(Options options, std::function<void(const ScreenLook&)> changed)
     : options_(std::move(options)),
-      told_(std::move(told)),
+      changed_(std::move(changed)),
       connection_(x11::XConnection::open(options_.display.value_or(""))) {
     if (!connection_) return;
     selectEvents();
     watch_ = options_.watchReadable(connection_->descriptor(), lifetime_.weakly([this] { readable(); }));
     read();
-    // The answers read meanwhile may have brought events into the library, where no descriptor tells of them.
+    // Reading the answers may have queued events in the library, which the descriptor does not announce.
     options_.queue.post(lifetime_.weakly([this] { readable(); }));
 }
 
@@ -92,7 +92,7 @@ void ScreenLookWatch::read() {
     ScreenLook look;
     settingsManager_ = ownerOf(x, settingsSelection_);
     if (settingsManager_ != 0) {
-        // Heard of before it is read, so that no change falls between.
+        // Subscribed before reading, so that no change is lost in between.
         const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(x, settingsManager_, XCB_CW_EVENT_MASK, &mask);
         look.published =
@@ -108,7 +108,7 @@ void ScreenLookWatch::read() {
     }
     look.composited = ownerOf(x, compositorSelection_) != 0;
     xcb_flush(x);
-    if (std::exchange(look_, look) != look) told_(look_);
+    if (std::exchange(look_, look) != look) changed_(look_);
 }
 
 }  // namespace pintle

@@ -1,5 +1,5 @@
-// Hears from the X server what the settings manager publishes about looks, and whether a compositor runs. Has
-// a connection of its own. Main thread.
+// Observes on the X server what the settings manager publishes about looks, and whether a compositor runs.
+// Has a connection of its own. Main thread.
 #pragma once
 
 #include <functional>
@@ -32,8 +32,9 @@ class ScreenLookWatch {
         std::function<Subscription(int descriptor, std::function<void()> readable)> watchReadable;
     };
 
-    /// Asks the server; `told` runs inside when it has something to tell, and later at each change.
-    ScreenLookWatch(Options options, std::function<void(const ScreenLook&)> told);
+    /// Asks the server. `changed` runs inside this call unless the look is the default one, and later at each
+    /// change.
+    ScreenLookWatch(Options options, std::function<void(const ScreenLook&)> changed);
     ~ScreenLookWatch();
 
   private:
@@ -42,7 +43,7 @@ class ScreenLookWatch {
     void read();
 
     Options options_;
-    std::function<void(const ScreenLook&)> told_;
+    std::function<void(const ScreenLook&)> changed_;
     std::unique_ptr<x11::XConnection> connection_;
     xcb_atom_t settingsSelection_ = 0;
     xcb_atom_t settingsProperty_ = 0;

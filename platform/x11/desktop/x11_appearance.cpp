@@ -26,14 +26,14 @@ class X11Appearance : public Appearance {
     void listen() {
         screenWatch_ = std::make_unique<ScreenLookWatch>(
             ScreenLookWatch::Options{options_.display, options_.queue, options_.watchReadable},
-            [this](const ScreenLook& told) {
-                screen_ = told;
+            [this](const ScreenLook& look) {
+                screen_ = look;
                 combine();
             });
-        portalWatch_ = std::make_unique<PortalWatch>([this](const PortalLook& told) {
+        portalWatch_ = std::make_unique<PortalWatch>([this](const PortalLook& look) {
             // The bus delivers outside the queue, whose end of turn must follow every event.
-            options_.queue.post(lifetime_.weakly([this, told] {
-                portal_ = told;
+            options_.queue.post(lifetime_.weakly([this, look] {
+                portal_ = look;
                 combine();
             }));
         });

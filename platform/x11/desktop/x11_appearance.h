@@ -25,8 +25,8 @@ struct X11AppearanceOptions {
     bool toolkitScalesByDpi = true;
 };
 
-/// Never null. Starts to ask with the first turn of the queue; until it knows better, and for whatever nobody
-/// tells, the look is the default one. The toolkit's application object must exist.
+/// Never null. Starts to ask with the first turn of the queue; until the answers arrive, and for whatever the
+/// desktop does not report, the look is the default one. The toolkit's application object must exist.
 std::unique_ptr<Appearance> makeX11Appearance(X11AppearanceOptions options);
 
 }  // namespace pintle

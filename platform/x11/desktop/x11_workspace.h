@@ -1,5 +1,5 @@
-// What an X11 desktop with freedesktop services tells of applications, displays, sleep and sessions. The root
-// makes one. Main thread only.
+// What an X11 desktop with freedesktop services reports of applications, displays, sleep and sessions. The
+// root makes one. Main thread only.
 #pragma once
 
 #include <functional>

@@ -19,7 +19,7 @@ constexpr std::chrono::seconds kAnswerAge{5};
 constexpr std::size_t kLongestName = 15;
 constexpr std::array<std::string_view, 6> kWatchers = {
     "x11vnc", "x0vncserver", "x0tigervncserver", "recordmydesktop", "gpu-screen-recorder", "byzanz-record"};
-/// Records whatever it is told to; the screen under this word.
+/// Records whatever its arguments name: the screen when one of them is a screen source.
 constexpr std::string_view kConverter = "ffmpeg";
 constexpr std::array<std::string_view, 2> kScreenSources = {"x11grab", "kmsgrab"};
 

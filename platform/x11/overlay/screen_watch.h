@@ -1,8 +1,8 @@
-// Whether somebody watches or records the screen. X11 has no such question: any client may read the screen
-// and no one is told. So programs are looked for that do nothing else: servers that show this desktop
-// elsewhere, and recorders started for one recording. What it cannot see: a browser or a meeting program that
-// shares the screen, and a recorder that stays open between recordings, which would count all the time and is
-// therefore not looked for. The program's excluded applications serve those. Main thread.
+// Whether somebody watches or records the screen. X11 cannot answer that: any client may read the screen and
+// nobody is notified. So this looks for programs that do nothing else: servers that show this desktop
+// elsewhere, and recorders started for one recording. It cannot see a browser or a meeting program that
+// shares the screen. A recorder that stays open between recordings would count all the time and is not looked
+// for. The program's excluded applications serve those cases. Main thread.
 #pragma once
 
 #include <filesystem>

@@ -94,7 +94,7 @@ std::optional<SystemCursor> X11Pointer::currentSystemCursor() {
     const x11::Reply<xcb_xfixes_get_cursor_image_and_name_reply_t> reply(
         xcb_xfixes_get_cursor_image_and_name_reply(c, xcb_xfixes_get_cursor_image_and_name(c), nullptr));
     if (!reply) {
-        // A cursor whose maker is gone can be read by nobody; the report of its change still tells its name.
+        // A cursor whose client is gone cannot be read; the event of its change still carries its name.
         readSerial_ = connection_.cursorSerial();
         const x11::Reply<xcb_get_atom_name_reply_t> name(
             xcb_get_atom_name_reply(c, xcb_get_atom_name(c, connection_.cursorName()), nullptr));

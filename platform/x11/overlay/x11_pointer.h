@@ -31,7 +31,7 @@ class X11Pointer : public Pointer {
     std::vector<std::pair<std::string, Bitmap>> standardCursors() override;
     std::optional<bool> isScreenWatcherPresent() override { return screenWatched_(); }
 
-    /// Tells the server when the count has become zero or has left it, and sends what is queued.
+    /// Sends a request when the count has become zero or has left it, and flushes what is queued.
     void flush();
 
   private:

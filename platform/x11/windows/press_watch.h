@@ -20,7 +20,7 @@ class PressWatch {
     PressWatch(x11::XConnection& connection, std::function<std::vector<std::uintptr_t>()> ownWindows,
                std::function<std::chrono::nanoseconds()> now);
 
-    /// Whether the server tells of presses.
+    /// Whether the server reports presses.
     bool works() const { return inputOpcode_ != 0; }
     Subscription observe(std::function<void(const GlobalMouseDown&)> handler) {
         return pressed_.observe(std::move(handler));

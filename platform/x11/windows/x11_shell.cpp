@@ -47,7 +47,7 @@ X11Shell::X11Shell(X11ShellOptions options)
     }
     askForTray();
     watch_ = options_.watchReadable(connection_->descriptor(), lifetime_.weakly([this] { readable(); }));
-    // The answers read meanwhile may have brought events into the library, where no descriptor tells of them.
+    // Reading the answers may have queued events in the library, which the descriptor does not announce.
     options_.queue.post(lifetime_.weakly([this] { readable(); }));
 }
 

@@ -44,15 +44,15 @@ class X11Shell {
 
     /// Null when presses cannot be seen.
     PressWatch* presses() { return presses_ && presses_->works() ? &*presses_ : nullptr; }
-    /// The press that is held down or was released within the last second. First tells of every press that
-    /// has happened: the toolkit's connection may be ahead of this one, and a click that it reports must not
-    /// come before its own press.
+    /// The press that is held down or was released within the last second. Reports every press that has
+    /// happened first: the toolkit's connection may be ahead of this one, and a click that it reports must
+    /// not come before its own press.
     std::optional<std::uint64_t> currentPress();
 
     /// A panel that listens on the session bus is there.
     bool hasNotifierHost() const { return notifier_.state() == NotifierWatch::State::present; }
-    /// A panel that takes windows in is there. Not told as long as it may turn out that it also listens on
-    /// the bus: for about a second at the start.
+    /// A panel that embeds windows is there. False while it may still turn out that it also listens on the
+    /// bus: for about a second at the start.
     bool hasEmbeddingTray() const;
     Subscription observeTrays(std::function<void()> changed) { return trays_.observe(std::move(changed)); }
 
