@@ -31,15 +31,15 @@ class Complaints(unittest.TestCase):
     def test_nothing_is_said_of_a_whole_language(self):
         self.assertEqual(self.of(["All"], message("All", "Alle")), [])
 
-    def test_a_missing_an_empty_and_an_unfinished_translation_are_told(self):
+    def test_a_missing_an_empty_and_an_unfinished_translation_are_reported(self):
         self.assertEqual(len(self.of(["All"])), 1)
         self.assertEqual(len(self.of(["All"], message("All", ""))), 1)
         self.assertEqual(len(self.of(["All"], message("All", "Alle", ' type="unfinished"'))), 1)
 
-    def test_a_lost_place_for_a_value_is_told(self):
+    def test_a_lost_place_for_a_value_is_reported(self):
         self.assertEqual(len(self.of(["Update %1"], message("Update %1", "Neu"))), 1)
 
-    def test_a_translation_of_nothing_is_told(self):
+    def test_a_translation_of_nothing_is_reported(self):
         self.assertEqual(len(self.of(["All"], message("All", "Alle"), message("Old", "Alt"))), 1)
 
 

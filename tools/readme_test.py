@@ -87,10 +87,10 @@ class Readme(unittest.TestCase):
                 self.assertRegex(script, rf"(?m)^{re.escape(command)}\)", page)
 
     def test_the_table_for_contributors_has_every_command_of_the_help(self):
-        told = set(re.findall(r"\./dev ([a-z][\w-]*)", subprocess.run(
+        listed = set(re.findall(r"\./dev ([a-z][\w-]*)", subprocess.run(
             [os.path.join(ROOT, "dev"), "help"], capture_output=True, text=True, check=True).stdout)) - {"help"}
         table = set(re.findall(r"^\| `\./dev ([a-z][\w-]*)", read("CONTRIBUTING.md"), re.M))
-        self.assertEqual(table, told)
+        self.assertEqual(table, listed)
 
     def test_every_file_and_folder_that_a_page_names_is_there(self):
         folders = {name for name in os.listdir(ROOT) if os.path.isdir(os.path.join(ROOT, name))

@@ -3,7 +3,7 @@
 
 usage: measure.py BUILD_FOLDER [--quick] [--host NAME]
 
-Both are measured in one run and by the same means. A time that misses its goal is told and does not fail; a
+Both are measured in one run and by the same means. A time that misses its goal is reported and does not fail; a
 quotient beyond its gate does. Needs the system's Python with gi.
 """
 import argparse
@@ -102,12 +102,12 @@ class Bench:
               flush=True)
 
     @staticmethod
-    def told(what, value, goal, unit, note=""):
+    def report(what, value, goal, unit, note=""):
         word = "goal" if value <= goal else "over the goal"
         print(f"{'shell/' + what:<28}{'':>13}{value:>10.1f} {unit}{'':>9}{'':>8}{goal:>8}  {word}{note}", flush=True)
 
     def clicks(self, icon):
-        """Click to panel for both, in turns; the first click of each program is told apart, for it loads the rest."""
+        """Click to panel for both, in turns; the first click of each program is kept apart, for it loads the rest."""
         rounds = 2 if self.options.quick else 8
         done = subprocess.run([os.path.join(self.options.build, "bench", "shell", "popover_clock"),
                                str(icon.x + icon.width // 2), str(icon.y + icon.height // 2), str(rounds)],
@@ -154,7 +154,7 @@ class Bench:
                                             ("applying", lambda: click(THEME_ROW), 3000),
                                             ("downloading", lambda: click(DOWNLOADED_ROW), 5000)):
             longest, _ = self.longest(app.node, milliseconds, prepare())
-            self.told("block while " + what, longest, BLOCK_GOAL, "ms")
+            self.report("block while " + what, longest, BLOCK_GOAL, "ms")
         app.close_popover()
 
     def threads(self, process):
@@ -177,7 +177,7 @@ class Bench:
         wakes = {task: (after[task][0], (after[task][1] - before.get(task, ("", 0))[1]) / seconds) for task in after}
         total = sum(count for _, count in wakes.values())
         named = "; ".join(f"{name} {count:.1f}" for name, count in wakes.values() if count)
-        self.told("wake-ups a second " + what, total, WAKES_GOAL, "/s", f" ({named})" if named else "")
+        self.report("wake-ups a second " + what, total, WAKES_GOAL, "/s", f" ({named})" if named else "")
         if total > 0.05:
             self.name_wakes(process, seconds)
 
@@ -225,9 +225,9 @@ class Bench:
         pss, rss = self.settled_memory(pintle)
         print(f"with a theme in force: PSS {pss / 1024:.1f} MB, RSS {rss / 1024:.1f} MB", flush=True)
         first, later, _ = self.clicks(icon)
-        self.told("first click to popover", first[1], POPOVER_GOAL, "ms", f" (there after {first[0]:.0f} ms)")
-        self.told("click to popover", later[1], POPOVER_GOAL, "ms",
-                  f" (there after {later[0]:.0f} ms, at rest after {later[2]:.0f} ms)")
+        self.report("first click to popover", first[1], POPOVER_GOAL, "ms", f" (there after {first[0]:.0f} ms)")
+        self.report("click to popover", later[1], POPOVER_GOAL, "ms",
+                    f" (there after {later[0]:.0f} ms, at rest after {later[2]:.0f} ms)")
         self.blocks(pintle)
         self.input.do("mousemove", 700, 800)
         self.rest(pintle, "after a popover")

@@ -110,7 +110,7 @@ class PackageTest:
             self.check("it still runs", running.is_running(), desktop.log_text("pintle")[-2000:])
             running.process.send_signal(signal.SIGTERM)
             self.check("it dies by the signal that ends it", running.process.wait(20) == -signal.SIGTERM)
-            # What the README tells people whose pointer is still the theme's.
+            # What the README advises people whose pointer is still the theme's.
             judge.stage(title + ": without the program", looked_at, theme)
             os.remove(os.path.join(desktop.config, NAME + ".plist"))
             running = Pintle(desktop, str(program))

@@ -108,8 +108,8 @@ def header_farm(folder):
 def definitions():
     """The texts that the build lists give their files, with the values they have there."""
     found = []
-    for room in CORE:
-        with open(os.path.join(ROOT, room, "CMakeLists.txt"), encoding="utf-8") as file:
+    for module in CORE:
+        with open(os.path.join(ROOT, module, "CMakeLists.txt"), encoding="utf-8") as file:
             found += [f'-D{name}="{value}"'
                       for name, value in re.findall(r'set\((PINTLE_\w+) "([^"]*)" CACHE STRING', file.read())]
     return found
@@ -121,8 +121,9 @@ def definitions():
 def sources():
     """Paths from the root; the probe's files are last."""
     found = []
-    for room in CORE:
-        found += [f"{room}/{name}" for name in sorted(os.listdir(os.path.join(ROOT, room))) if name.endswith(".cpp")]
+    for module in CORE:
+        found += [f"{module}/{name}" for name in sorted(os.listdir(os.path.join(ROOT, module)))
+                  if name.endswith(".cpp")]
     # The rest of that folder is compiled elsewhere only, see its CMakeLists.txt.
     found.append("platform/posix/signal_recovery.cpp")
     for top in ("platform/mac", "tools/mac_probe"):

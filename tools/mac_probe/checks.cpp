@@ -290,10 +290,10 @@ json preferences(const std::string& program) {
     report["flag_stays_a_flag"] = other->object("flag") == PropertyValue(true);
     report["integer_stays_an_integer"] = other->object("integer") == PropertyValue(1);
     report["real_stays_a_real"] = other->object("real") == PropertyValue(1.0);
-    int heard = 0;
-    const Subscription observer = store->observe("text", [&] { ++heard; });
+    int calls = 0;
+    const Subscription observer = store->observe("text", [&] { ++calls; });
     store->removeDomain();
-    report["removal_was_heard"] = heard == 1;
+    report["removal_was_heard"] = calls == 1;
     report["gone"] = !other->object("text");
     report["another_process_finds_it_afterwards"] = std::system(find.c_str()) == 0;
     return report;
@@ -301,17 +301,18 @@ json preferences(const std::string& program) {
 
 json notifications(const std::string& program) {
     const std::string name = "com.pintle.probe.notification." + std::to_string(::getpid());
-    int heard = 0;
-    const Subscription observer = observeDistributed(name, [&] { ++heard; });
+    int received = 0;
+    const Subscription observer = observeDistributed(name, [&] { ++received; });
     const auto start = std::chrono::steady_clock::now();
     const bool posted = std::system(("'" + program + "' --post " + name).c_str()) == 0;
     const auto waited = [&] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
                                                                      start);
     };
-    while (heard == 0 && waited() < 5s) runLoopFor(0.02);
-    return {
-        {"posted", posted}, {"heard", heard}, {"milliseconds_from_start_of_the_process", waited().count()}};
+    while (received == 0 && waited() < 5s) runLoopFor(0.02);
+    return {{"posted", posted},
+            {"heard", received},
+            {"milliseconds_from_start_of_the_process", waited().count()}};
 }
 
 json loginItem(const std::string&) {

@@ -42,7 +42,7 @@ json reportOf(const std::string& command) {
     while (const auto count = std::fread(buffer.data(), 1, buffer.size(), pipe))
         answer.append(buffer.data(), count);
     const int status = ::pclose(pipe);
-    // A shell tells a signal of its child as 128 and more.
+    // A shell reports a signal of its child as a status of 128 and more.
     if (status != 0)
         return {{"ended_with", WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status)},
                 {"answer", answer}};

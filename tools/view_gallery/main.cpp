@@ -156,7 +156,8 @@ void milliseconds(const char* what, const QElapsedTimer& since) {
     std::printf("%s %.1f ms\n", what, double(since.nsecsElapsed()) / 1e6);
 }
 
-/// Scrolls the list from end to end, half a row at a time, and tells how long each step kept the main thread.
+/// Scrolls the list from end to end, half a row at a time, and prints how long each step kept the main
+/// thread.
 void scroll(QQuickView& view) {
     auto* list = view.rootObject()->findChild<QQuickItem*>("themeList");
     if (list == nullptr) return;
