@@ -62,7 +62,11 @@ void Keeper::watcherReplaced() {
 void Keeper::cursorShown(const ShownCursor& cursor) {
     if (!on_) return;
     lastKnown_ = cursor;
-    if (!waiting_ && !settled_.contains(cursor.serial)) examine();
+    if (settled_.contains(cursor.serial)) return;
+    if (!waiting_)
+        examine();
+    else if (cursor.serial != subject_.serial)
+        examineBesides();
 }
 
 KeeperFinding Keeper::judged(const ShownCursor& shown) {
@@ -83,13 +87,34 @@ void Keeper::examine() {
     if (finding.verdict == KeeperVerdict::replace) startWith(*shown, finding.name, 0);
 }
 
+void Keeper::examineBesides() {
+    const auto shown = read();
+    if (!shown) return;
+    const auto finding = judged(*shown);
+    // The one that is waited for may be an animation, each of whose frames comes to be shown.
+    if (finding.verdict == KeeperVerdict::replace && finding.name != subject_.name)
+        startWith(*shown, finding.name, 0);
+}
+
 void Keeper::startWith(const ShownCursor& shown, std::string_view name, int rounds) {
     const auto pointer = desk_.watcher->pointer();
     if (!pointer || !limit_.allow(pointer->x, pointer->y, queue_.now())) return;
-    desk_.registration->replaceByName(name);
-    desk_.registration->connection().synchronize();
+    // A frame without a name may be one of an animation that has a name.
+    const auto own = desk_.theme.exact(name);
+    if (!shown.name.empty() || (own && own->isAnimated())) {
+        desk_.registration->replaceByName(name);
+        desk_.registration->connection().synchronize();
+    }
+    waiting_ = false;
+    timer_.end();
     subject_ = {shown.serial, name, rounds + 1, !shown.fingerprint};
-    waitFor(kSettleTime);
+    if (pointer->buttonPressed || !setAtOnce(shown, pointer->deepest)) waitFor(kSettleTime);
+}
+
+bool Keeper::setAtOnce(const ShownCursor& shown, xcb_window_t window) {
+    // A name says only that a program may be about to show what was replaced by it.
+    if (!shown.name.empty()) return false;
+    return setOn(shown, subject_.name, window) == Outcome::shows;
 }
 
 void Keeper::waitFor(std::chrono::milliseconds time) {
@@ -124,12 +149,17 @@ void Keeper::examineAgain() {
     replaceOnWindow(*shown, finding.name, after->deepest);
 }
 
-void Keeper::replaceOnWindow(const ShownCursor& shown, std::string_view name, xcb_window_t window) {
+Keeper::Outcome Keeper::setOn(const ShownCursor& shown, std::string_view name, xcb_window_t window) {
     // Never a device cursor first where a program sets private cursors by the core protocol: it would hide
     // all later ones.
     auto outcome = Outcome::refused;
     if (shown.name.empty()) outcome = tryOn(window, name, CursorChannel::core);
     if (outcome == Outcome::refused) outcome = tryOn(window, name, CursorChannel::device);
+    return outcome;
+}
+
+void Keeper::replaceOnWindow(const ShownCursor& shown, std::string_view name, xcb_window_t window) {
+    const auto outcome = setOn(shown, name, window);
     // Something else decides, for instance a grab that began without a button.
     if (outcome == Outcome::refused) settled_.insert(shown.serial);
     if (outcome == Outcome::overtaken) waitFor(kSettleTime);
@@ -146,7 +176,10 @@ Keeper::Outcome Keeper::tryOn(xcb_window_t window, std::string_view name, Cursor
     if (!before || !pointer || pointer->deepest != window) return Outcome::overtaken;
     const auto finding = judged(*before);
     if (finding.verdict == KeeperVerdict::leave) return Outcome::shows;
-    if (finding.name != name) return Outcome::overtaken;
+    // A name whose picture cannot be read yet may be that of an animation of ours that begins.
+    const bool unreadYet =
+        !before->fingerprint && before->serial != subject_.serial && subject_.rounds < kRoundsByName;
+    if (finding.name != name || unreadYet) return Outcome::overtaken;
 
     registration.define(window, name, channel);
     const auto after = x11::shownCursor(connection, lastKnown_);

@@ -67,8 +67,14 @@ class Keeper {
     std::optional<ShownCursor> read() const { return desk_.watcher->shownCursor(lastKnown_); }
     KeeperFinding judged(const ShownCursor& shown);
     void examine();
+    /// While something else is waited for.
+    void examineBesides();
     void startWith(const ShownCursor& shown, std::string_view name, int rounds);
     void examineAgain();
+    /// Whether the theme's picture shows, without a wait, where it can be known that only the window's own
+    /// cursor is left to be changed.
+    bool setAtOnce(const ShownCursor& shown, xcb_window_t window);
+    Outcome setOn(const ShownCursor& shown, std::string_view name, xcb_window_t window);
     void replaceOnWindow(const ShownCursor& shown, std::string_view name, xcb_window_t window);
     Outcome tryOn(xcb_window_t window, std::string_view name, CursorChannel channel);
     void waitFor(std::chrono::milliseconds time);

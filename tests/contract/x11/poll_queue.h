@@ -56,6 +56,8 @@ class PollQueue : public MainQueue {
 
     /// Something is to be done at a later time.
     bool isWaiting() const { return !timers_.empty(); }
+    /// While held, no later time comes.
+    void holdTimers(bool hold) { held_ = hold; }
     /// Nothing is left to do, to wait for or to read.
     bool isIdle() const {
         if (!posted_.empty() || !timers_.empty()) return false;
@@ -67,7 +69,8 @@ class PollQueue : public MainQueue {
     void runOnce(std::chrono::milliseconds longest) {
         bool ran = runDue();
         auto wait = ran ? Nanoseconds(0) : Nanoseconds(longest);
-        for (const auto& [id, timer] : timers_) wait = std::clamp(timer.first - now(), Nanoseconds(0), wait);
+        for (const auto& [id, timer] : timers_)
+            if (!held_) wait = std::clamp(timer.first - now(), Nanoseconds(0), wait);
         auto polled = polledDescriptors();
         std::vector<std::uint64_t> ids;
         for (const auto& [id, watch] : watches_) ids.push_back(id);
@@ -99,7 +102,7 @@ class PollQueue : public MainQueue {
         }
         std::vector<std::uint64_t> due;
         for (const auto& [id, timer] : timers_)
-            if (timer.first <= now()) due.push_back(id);
+            if (!held_ && timer.first <= now()) due.push_back(id);
         for (const auto id : due) {
             const auto at = timers_.find(id);
             if (at == timers_.end()) continue;
@@ -116,6 +119,7 @@ class PollQueue : public MainQueue {
     }
 
     std::uint64_t next_ = 0;
+    bool held_ = false;
     std::deque<Work> posted_;
     std::map<std::uint64_t, std::pair<Nanoseconds, Work>> timers_;
     std::map<std::uint64_t, std::pair<int, Work>> watches_;

@@ -14,6 +14,14 @@ using namespace std::chrono_literals;
 class X11Keeper : public X11Test {
   protected:
     XTestClient other{x.display(), "B"};
+
+    /// Whether the pixel comes to be shown although nothing that the backend waits for comes.
+    bool becomesAtOnce(std::uint32_t pixel) {
+        queue.holdTimers(true);
+        const bool shows = becomes(pixel);
+        queue.holdTimers(false);
+        return shows;
+    }
 };
 
 TEST_F(X11Keeper, AProgramStartedAfterTheApplyIsThemed) {
@@ -123,13 +131,46 @@ TEST_F(X11Keeper, ACursorThatThePointerLeftBeforeItWasReplacedIsThemedWhenItCome
     for (const int left : {50, 150}) {
         settle();
         client->warp(left, 50);
-        ASSERT_TRUE(eventually([this] { return queue.isWaiting(); }));
+        // One without a name is not waited for.
+        ASSERT_TRUE(eventually([this] { return queue.isWaiting() || shownPixel() == themePixel(10); }));
         client->warp(300, 300);
         settle();
         client->warp(left, 50);
         EXPECT_TRUE(becomes(themePixel(10))) << left;
         client->warp(300, 300);
     }
+}
+
+TEST_F(X11Keeper, ACursorWithoutANameIsThemedWithoutAWait) {
+    const auto window = client->window(0, 0);
+    client->warp(50, 50);
+    start();
+    apply(10);
+    settle();
+    for (const auto* const name : {"hand2", "xterm", "left_ptr", "hand2"}) {
+        // Replacements under a resting pointer are counted.
+        client->warp(client->pointer().first + 1, 50);
+        client->define(window, client->namelessCursor(name));
+        EXPECT_TRUE(becomesAtOnce(themePixel(10))) << name;
+        EXPECT_EQ(shownName(), name);
+        settle();
+    }
+}
+
+TEST_F(X11Keeper, ACursorWithoutANameIsThemedWhileAnotherIsWaitedFor) {
+    const auto first = other.window(0, 0);
+    const auto second = client->window(200, 0);
+    other.defineForDevice(first, other.cursor("hand2"));
+    client->define(second, client->namelessCursor("xterm"));
+    client->warp(400, 400);
+    start();
+    apply(10);
+    settle();
+    client->warp(50, 50);
+    ASSERT_TRUE(eventually([&] { return queue.isWaiting(); }));
+    client->warp(250, 50);
+    EXPECT_TRUE(becomesAtOnce(themePixel(10)));
+    EXPECT_EQ(shownName(), "xterm");
 }
 
 TEST_F(X11Keeper, ACursorThatNobodyCanSeeIsLeftAlone) {
