@@ -259,8 +259,4 @@ def main():
 
 
 if __name__ == "__main__":
-    try:
-        code = main()
-    finally:
-        children.end_all()
-    sys.exit(code)
+    children.run(main)

@@ -8,6 +8,7 @@ import ctypes
 import os
 import signal
 import subprocess
+import sys
 import time
 
 PR_SET_PDEATHSIG = 1
@@ -73,6 +74,15 @@ def end_all(patience=5.0):
         if not left or time.monotonic() > deadline:
             return
         time.sleep(0.01)
+
+
+def run(main):
+    """Ends the process with the status that `main()` returns; what it started does not outlive it."""
+    try:
+        code = main()
+    finally:
+        end_all()
+    sys.exit(code)
 
 
 def wait_until(what, question, seconds=20.0, step=0.02):

@@ -70,6 +70,16 @@ class Desktop:
         except FileNotFoundError:
             return ""
 
+    def keep_logs(self, folder, *names):
+        """Copies those that were written into a folder; none: nobody wants them."""
+        if not folder:
+            return
+        os.makedirs(folder, exist_ok=True)
+        for name in names:
+            source = os.path.join(self.folder, name + ".log")
+            if os.path.exists(source):
+                shutil.copy(source, os.path.join(folder, name + ".log"))
+
     def make_home(self):
         for folder in (self.data, self.config, self.drawn, os.path.join(self.home, ".icons", "default"),
                        os.path.join(self.home, ".cache")):

@@ -10,7 +10,6 @@ import os
 import shutil
 import signal
 import subprocess
-import sys
 import time
 
 import children
@@ -363,12 +362,6 @@ class OverlayTour:
                           registered.looks("xterm", 1.0))
         return self.report.close()
 
-    def keep_logs(self):
-        for name in ("driver", "server"):
-            source = os.path.join(self.desktop.folder, name + ".log")
-            if os.path.exists(source):
-                shutil.copy(source, os.path.join(self.options.pictures, "overlay-" + name + ".log"))
-
 
 class DesktopWithSession(Desktop):
     """And with a mock of the session manager on a system bus of its own."""
@@ -418,14 +411,10 @@ def main():
         try:
             good = tour.run()
         finally:
-            tour.keep_logs()
+            desktop.keep_logs(options.pictures, "driver", "server")
     print(f"Pictures and logs: {options.pictures}")
     return 0 if good else 1
 
 
 if __name__ == "__main__":
-    try:
-        code = main()
-    finally:
-        children.end_all()
-    sys.exit(code)
+    children.run(main)

@@ -10,7 +10,6 @@ later, `kill -9` and restarts.
 """
 import argparse
 import os
-import shutil
 import sys
 import time
 
@@ -161,12 +160,6 @@ class Tour:
                 self.restarts()
         return self.report.close()
 
-    def keep_logs(self):
-        for name in ("pintle", "server"):
-            source = os.path.join(self.desktop.folder, name + ".log")
-            if os.path.exists(source):
-                shutil.copy(source, os.path.join(self.options.pictures, name + ".log"))
-
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -184,14 +177,10 @@ def main():
         try:
             good = tour.run()
         finally:
-            tour.keep_logs()
+            desktop.keep_logs(options.pictures, "pintle", "server")
     print(f"Pictures and logs: {options.pictures}")
     return 0 if good else 1
 
 
 if __name__ == "__main__":
-    try:
-        code = main()
-    finally:
-        children.end_all()
-    sys.exit(code)
+    children.run(main)

@@ -16,6 +16,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path[:0] = [HERE, os.path.dirname(HERE)]
 
 import archives
+import children
 import points
 from children import wait_until
 from desktop import Desktop
@@ -343,13 +344,9 @@ def main():
         try:
             tour.run()
         finally:
-            if options.logs:
-                os.makedirs(options.logs, exist_ok=True)
-                for name in ("driver", "web server"):
-                    with open(os.path.join(options.logs, name + ".log"), "w", encoding="utf-8") as file:
-                        file.write(desktop.log_text(name))
+            desktop.keep_logs(options.logs, "driver", "web server")
         return 0 if tour.report.close() else 1
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    children.run(main)

@@ -8,7 +8,6 @@ a log line is not what it must be.
 import argparse
 import os
 import plistlib
-import shutil
 import subprocess
 import sys
 import time
@@ -216,15 +215,9 @@ def main():
         try:
             good = tour.run()
         finally:
-            if options.logs:
-                os.makedirs(options.logs, exist_ok=True)
-                shutil.copy(os.path.join(desktop.folder, "pintle.log"), os.path.join(options.logs, "pintle.log"))
+            desktop.keep_logs(options.logs, "pintle")
     return 0 if good else 1
 
 
 if __name__ == "__main__":
-    try:
-        code = main()
-    finally:
-        children.end_all()
-    sys.exit(code)
+    children.run(main)

@@ -8,7 +8,6 @@ that is shown; ends with 1 when one of them is not what it must be. Needs the sy
 import argparse
 import os
 import subprocess
-import sys
 import tempfile
 import threading
 import time
@@ -202,8 +201,4 @@ def main():
 
 
 if __name__ == "__main__":
-    try:
-        code = main()
-    finally:
-        children.end_all()
-    sys.exit(code)
+    children.run(main)

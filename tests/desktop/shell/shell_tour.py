@@ -10,8 +10,6 @@ independent client, and a picture of each step is kept. Ends with 1 when somethi
 import argparse
 import os
 import re
-import shutil
-import sys
 import time
 import traceback
 
@@ -702,17 +700,10 @@ def main():
         try:
             good = tour.run()
         finally:
-            for name in ("pintle", "web server", "notifications", options.host):
-                source = os.path.join(desktop.folder, name + ".log")
-                if os.path.exists(source):
-                    shutil.copy(source, os.path.join(options.pictures, name + ".log"))
+            desktop.keep_logs(options.pictures, "pintle", "web server", "notifications", options.host)
     print(f"Pictures and logs: {options.pictures}")
     return 0 if good else 1
 
 
 if __name__ == "__main__":
-    try:
-        code = main()
-    finally:
-        children.end_all()
-    sys.exit(code)
+    children.run(main)

@@ -252,8 +252,8 @@ def main():
         raise
     finally:
         tour.session.end()
-    sys.exit(0 if good else 1)
+    return 0 if good else 1
 
 
 if __name__ == "__main__":
-    main()
+    children.run(main)
