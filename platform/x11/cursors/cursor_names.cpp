@@ -7,7 +7,8 @@ namespace pintle::x11 {
 namespace {
 
 // Row by row. Names of 32 hexadecimal digits are what toolkits ask for by the hash of a core cursor's bitmap.
-constexpr std::array<std::string_view, 128> kNames = {
+// Of the diagonals "fd" is the one like a slash, "bd" the one like a backslash.
+constexpr std::array<std::string_view, 129> kNames = {
     // com.apple.coregraphics.Arrow
     "left_ptr",
     "default",
@@ -36,6 +37,7 @@ constexpr std::array<std::string_view, 128> kNames = {
     "fleur",
     "size_all",
     "all-scroll",
+    "all-resize",
     "dnd-move",
     "pointer-move",
     "4498f0e0c1937ffe01fd06f973665830",
@@ -135,16 +137,16 @@ constexpr std::array<std::string_view, 128> kNames = {
     // com.apple.cursor.30
     "size_bdiag",
     "nesw-resize",
-    "bd_double_arrow",
-    "c7088f0f3e6c8088236ef8e1e3e70000",
+    "fd_double_arrow",
+    "fcf1c3c7cd4491d801f1e1c78f100000",
     // com.apple.cursor.33
     "top_left_corner",
     "nw-resize",
     // com.apple.cursor.34
     "size_fdiag",
     "nwse-resize",
-    "fd_double_arrow",
-    "fcf1c3c7cd4491d801f1e1c78f100000",
+    "bd_double_arrow",
+    "c7088f0f3e6c8088236ef8e1e3e70000",
     // com.apple.cursor.35
     "bottom_right_corner",
     "se-resize",
@@ -176,20 +178,20 @@ constexpr CursorNameRow row(std::string_view identifier, std::size_t first, std:
 constexpr std::array<CursorNameRow, 31> kRows = {
     row("com.apple.coregraphics.Arrow", 0, 5), row("com.apple.coregraphics.IBeam", 5, 3),
     row("com.apple.coregraphics.Alias", 8, 6), row("com.apple.coregraphics.Copy", 14, 5),
-    row("com.apple.coregraphics.Move", 19, 8), row("com.apple.coregraphics.ArrowCtx", 27, 3),
-    row("com.apple.coregraphics.Wait", 30, 2), row("com.apple.cursor.3", 32, 9),
-    row("com.apple.cursor.4", 41, 6),          row("com.apple.cursor.7", 47, 5),
-    row("com.apple.cursor.11", 52, 4),         row("com.apple.cursor.12", 56, 4),
-    row("com.apple.cursor.13", 60, 6),         row("com.apple.cursor.20", 66, 2),
-    row("com.apple.cursor.17", 68, 2),         row("com.apple.cursor.18", 70, 2),
-    row("com.apple.cursor.19", 72, 9),         row("com.apple.cursor.21", 81, 2),
-    row("com.apple.cursor.22", 83, 2),         row("com.apple.cursor.23", 85, 10),
-    row("com.apple.cursor.25", 95, 3),         row("com.apple.cursor.26", 98, 1),
-    row("com.apple.cursor.29", 99, 2),         row("com.apple.cursor.30", 101, 4),
-    row("com.apple.cursor.33", 105, 2),        row("com.apple.cursor.34", 107, 4),
-    row("com.apple.cursor.35", 111, 2),        row("com.apple.cursor.37", 113, 2),
-    row("com.apple.cursor.40", 115, 7),        row("com.apple.cursor.42", 122, 3),
-    row("com.apple.cursor.43", 125, 3),
+    row("com.apple.coregraphics.Move", 19, 9), row("com.apple.coregraphics.ArrowCtx", 28, 3),
+    row("com.apple.coregraphics.Wait", 31, 2), row("com.apple.cursor.3", 33, 9),
+    row("com.apple.cursor.4", 42, 6),          row("com.apple.cursor.7", 48, 5),
+    row("com.apple.cursor.11", 53, 4),         row("com.apple.cursor.12", 57, 4),
+    row("com.apple.cursor.13", 61, 6),         row("com.apple.cursor.20", 67, 2),
+    row("com.apple.cursor.17", 69, 2),         row("com.apple.cursor.18", 71, 2),
+    row("com.apple.cursor.19", 73, 9),         row("com.apple.cursor.21", 82, 2),
+    row("com.apple.cursor.22", 84, 2),         row("com.apple.cursor.23", 86, 10),
+    row("com.apple.cursor.25", 96, 3),         row("com.apple.cursor.26", 99, 1),
+    row("com.apple.cursor.29", 100, 2),        row("com.apple.cursor.30", 102, 4),
+    row("com.apple.cursor.33", 106, 2),        row("com.apple.cursor.34", 108, 4),
+    row("com.apple.cursor.35", 112, 2),        row("com.apple.cursor.37", 114, 2),
+    row("com.apple.cursor.40", 116, 7),        row("com.apple.cursor.42", 123, 3),
+    row("com.apple.cursor.43", 126, 3),
 };
 
 }  // namespace

@@ -177,9 +177,15 @@ PicturePtr DesktopTheme::picture(std::string_view name) {
     if (auto own = exact(name)) return own;
     const auto* const row = rowOf(name);
     if (!row) return nullptr;
+    // Where a theme draws one of the names as its arrow, a name that it lacks is better drawn as another one.
+    const auto arrow = exact(kRootCursorName);
+    PicturePtr onlyArrow;
     for (const auto alias : row->names)
-        if (auto other = exact(alias)) return other;
-    return nullptr;
+        if (auto other = exact(alias)) {
+            if (!arrow || !other->equals(*arrow)) return other;
+            onlyArrow = std::move(other);
+        }
+    return onlyArrow;
 }
 
 std::string_view DesktopTheme::nameOf(Fingerprint fingerprint) {

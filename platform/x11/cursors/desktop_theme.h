@@ -25,7 +25,8 @@ class DesktopTheme {
     /// The picture a program gets that asks for this very name; absent when the theme and those it inherits
     /// have none. Each name is read once.
     PicturePtr exact(std::string_view name);
-    /// The picture of the name, else of the first other name of its row that has one.
+    /// The picture of the name, else of the first other name of its row that has one, one that is not the
+    /// arrow's before one that is.
     PicturePtr picture(std::string_view name);
     /// The name whose picture an image is; empty when it is none. Reads the whole theme the first time.
     std::string_view nameOf(Fingerprint fingerprint);

@@ -18,7 +18,7 @@ TEST(CursorNames, EachNameStandsInOneRowOnly) {
             ++count;
         }
     EXPECT_EQ(count, allCursorNames().size());
-    EXPECT_EQ(count, 128u);
+    EXPECT_EQ(count, 129u);
 }
 
 TEST(CursorNames, EachIdentifierHasOneRow) {
@@ -83,9 +83,16 @@ TEST(CursorNames, AnAliasLeadsToItsRow) {
     ASSERT_TRUE(rowOf("hand2"));
     EXPECT_EQ(rowOf("hand2")->identifier, "com.apple.cursor.13");
     ASSERT_TRUE(rowOf("fcf1c3c7cd4491d801f1e1c78f100000"));
-    EXPECT_EQ(rowOf("fcf1c3c7cd4491d801f1e1c78f100000")->identifier, "com.apple.cursor.34");
+    EXPECT_EQ(rowOf("fcf1c3c7cd4491d801f1e1c78f100000")->identifier, "com.apple.cursor.30");
     EXPECT_FALSE(rowOf("nonsense"));
     EXPECT_FALSE(rowOf(""));
+}
+
+TEST(CursorNames, TheDiagonalsAreThoseThatThemesDrawUnderTheirNames) {
+    for (const auto* const name : {"nesw-resize", "fd_double_arrow", "fcf1c3c7cd4491d801f1e1c78f100000"})
+        EXPECT_EQ(rowOf(name), rowOf("size_bdiag")) << name;
+    for (const auto* const name : {"nwse-resize", "bd_double_arrow", "c7088f0f3e6c8088236ef8e1e3e70000"})
+        EXPECT_EQ(rowOf(name), rowOf("size_fdiag")) << name;
 }
 
 TEST(CursorNames, InvisibleCursorsAreNeverTouchedAndInNoRow) {

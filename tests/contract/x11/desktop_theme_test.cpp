@@ -82,6 +82,17 @@ TEST_F(DesktopThemeTest, AnotherNameOfTheRowStandsInForAMissingOne) {
     EXPECT_FALSE(theme.picture("nonsense"));
 }
 
+TEST_F(DesktopThemeTest, ANameThatIsDrawnAsTheArrowStandsInForAnotherShapeLast) {
+    writeTestTheme(
+        folder.path(), "A",
+        {{"left_ptr", 0xFF0000AA}, {"move", 0xFF0000AA}, {"fleur", 0xFF0000BB}, {"wait", 0xFF0000AA}});
+    theme.choose({"A", 24});
+    EXPECT_EQ(theme.picture("size_all"), theme.exact("fleur"));
+    EXPECT_EQ(theme.picture("move"), theme.exact("move"));
+    EXPECT_EQ(theme.picture("watch"), theme.exact("wait"));
+    EXPECT_EQ(theme.picture("default"), theme.exact("left_ptr"));
+}
+
 TEST_F(DesktopThemeTest, BrokenFilesAndOtherThingsThanFilesAreAbsent) {
     writeTestTheme(folder.path(), "A", {{"whole", 0xFF0000AA}});
     const auto cursors = folder.path() / "A" / "cursors";
