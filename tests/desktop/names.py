@@ -40,3 +40,5 @@ ROWS = [
 ]
 
 FILES = {name: files.split() for names, files in ROWS for name in names.split()}
+#: The other names of the row that a name is in.
+RELATIVES = {name: [other for other in names.split() if other != name] for names, _ in ROWS for name in names.split()}

@@ -30,12 +30,6 @@ class Point:
     def label(self):
         return f"{self.application}: {self.place}"
 
-    @property
-    def held_by_server(self):
-        """Whether the pointer stays the theme's while no copy of the program runs. GTK defines its cursors for
-        the device anew each time the pointer crosses a window, so it needs the running program."""
-        return not self.application.startswith("GTK")
-
 
 def gtk(title, areas):
     def point(place, x, y):

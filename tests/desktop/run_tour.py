@@ -103,7 +103,7 @@ class Tour:
         self.points = [point for point in self.points if point.application not in ("GTK", "Qt")] + late
 
     def restarts(self):
-        held = [point for point in self.points if point.held_by_server and not point.application.startswith("late G")]
+        held = [point for point in self.points if self.judge.is_held_by_server(point)]
         pintle = os.path.join(self.options.build, "pintle")
         self.driver.kill()
         self.stage("kill -9: what the server holds", self.theme, among=held)

@@ -23,11 +23,14 @@ class FakeTheme:
         self.all = list(looks)
 
     def looks(self, name, scale):
-        return self.all if name == "xterm" else []
+        return self.all if name in ("xterm", "left_ptr") else []
 
 
 class FakeProbe:
-    def __init__(self, before, after=None, frames=()):
+    def __init__(self, before, after=None, frames=(), name="xterm", libraries=None):
+        """`libraries`: the looks that the desktop's theme has for each name; none: "own" for all."""
+        self.name = name
+        self.libraries = libraries
         self.shown = before
         self.after = after
         self.seen = list(frames)
@@ -36,10 +39,10 @@ class FakeProbe:
         pass
 
     def settle(self, quiet, limit):
-        return Shown(self.shown, "xterm")
+        return Shown(self.shown, self.name)
 
     def library(self, theme, size, name):
-        return ["own"]
+        return ["own"] if self.libraries is None else self.libraries.get(name, [])
 
     def wait_for(self, looks, limit):
         return Shown(self.after, "xterm")
@@ -88,6 +91,32 @@ class JudgeTest(unittest.TestCase):
     def test_a_hidden_pointer_that_was_changed_is_found(self):
         self.assertEqual(failures(FakeProbe("empty", "empty"), FakeTheme("new"), BLANK), [])
         self.assertEqual(len(failures(FakeProbe("empty", "new"), FakeTheme("new"), BLANK)), 1)
+
+
+    def test_another_name_of_the_shape_does_for_one_that_the_desktop_lacks(self):
+        asked = Point("Qt", "IBeam", 1, 1, "ibeam")
+        for name in ("", "xterm"):
+            probe = FakeProbe("beam", "new", name=name, libraries={"left_ptr": ["arrow"], "xterm": ["beam"]})
+            self.assertEqual(failures(probe, FakeTheme("new"), asked), [])
+        for name in ("", "ibeam", "watch"):
+            probe = FakeProbe("strange", "beam", name=name, libraries={"left_ptr": ["arrow"], "xterm": ["beam"]})
+            self.assertNotEqual(failures(probe, FakeTheme("new"), asked), [])
+
+    def test_a_copy_of_the_arrow_without_a_name_becomes_the_themes_arrow(self):
+        asked = Point("Qt", "DragMove", 1, 1, "dnd-move")
+        libraries = {"left_ptr": ["arrow"], "dnd-move": ["arrow"]}
+        self.assertEqual(failures(FakeProbe("arrow", "new", name="", libraries=libraries), FakeTheme("new"), asked), [])
+        stays = FakeProbe("arrow", "arrow", name="", libraries=libraries)
+        self.assertEqual(len(failures(stays, FakeTheme("new"), asked)), 1)
+
+    def test_the_server_holds_what_has_a_name(self):
+        judge = Judge(FakeProbe("own", name=""), Report(True))
+        with contextlib.redirect_stdout(io.StringIO()):
+            judge.desktops_own([POINT], FakeTheme("new"))
+        self.assertFalse(judge.is_held_by_server(POINT))
+        self.assertFalse(judge.is_held_by_server(Point("late xterm", "text", 1, 1, "xterm")))
+        self.assertTrue(judge.is_held_by_server(Point("Qt", "Arrow", 1, 1, "left_ptr")))
+        self.assertFalse(judge.is_held_by_server(Point("GTK", "text", 1, 1, "text")))
 
 
 class ChildrenTest(unittest.TestCase):

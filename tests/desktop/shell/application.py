@@ -157,7 +157,7 @@ class Application:
         """A row of the list, which is scrolled until all of it is seen."""
         themes = self.popover().find("list", THEMES).node.box()
         over = ["mousemove", themes.x + themes.width // 2, themes.y + themes.height // 2]
-        step, before = -300, None
+        step, before, unchanged = -120, None, 0
         for _ in range(200):
             seen = self.popover().find("list item", name)
             if seen:
@@ -170,7 +170,9 @@ class Application:
             # A list in motion runs past what is looked for, and so do larger steps.
             self.place(self.popover().find("list item"))
             rows = [row.name for row in self.popover().find_all("list item")]
-            if step == 1 and rows == before:
+            # A loaded machine scrolls later than the next look, and one click may bring no new row.
+            unchanged = unchanged + 1 if step == 1 and rows == before else 0
+            if unchanged == 5:
                 break
             step, before = 1, rows
         raise RuntimeError(f"there is no row {name}")

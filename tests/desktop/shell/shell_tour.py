@@ -579,7 +579,7 @@ class ShellTour:
         self.input.key("Escape")
         self.app.kill()
         self.pointer("kill -9: the theme stays in force", self.theme,
-                     among=[each for each in self.points if each.held_by_server])
+                     among=[each for each in self.points if self.judge.is_held_by_server(each)])
         self.app.start()
         self.check("the next start is the first copy again", self.app.is_running())
         self.check("and a second copy ends again", self.app.start_another() == 0)
