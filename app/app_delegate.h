@@ -47,8 +47,8 @@ class AppDelegate {
         Bundle bundle;
         LoginPlatform login;
         PlacementPolicy placement = PlacementPolicy::asComputed;
-        /// Nobody has run the program here before, and a notification asks for no permission: it says where
-        /// the program lives.
+        /// True at the first start for this user, where a notification needs no permission: one then says
+        /// where the program lives.
         bool welcomes = false;
         /// For SIGABRT, SIGSEGV and SIGTERM; called before the desktop is made.
         std::function<void()> installSignalRecovery;

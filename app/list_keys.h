@@ -1,5 +1,5 @@
-// Where the keyboard leads in the popover's list, and when a key acts on a row: only on one that is marked
-// for everybody to see. Pure; any thread.
+// Which row a key marks in the popover's list, and when it acts on a row: only on one that is visibly marked.
+// Pure; any thread.
 #pragma once
 
 #include <optional>
@@ -23,8 +23,8 @@ struct ListMark {
 
 struct ListAnswer {
     enum class Act { none, tap, remove };
-    /// The row to be marked, and to be brought into sight; absent in an empty list and where a key that acts
-    /// met no mark.
+    /// The row to be marked and scrolled into view; absent in an empty list, and when a key that acts on a
+    /// row finds none marked.
     std::optional<int> marked = {};
     /// What to do with the marked row.
     Act act = Act::none;

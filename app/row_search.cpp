@@ -42,7 +42,7 @@ bool RowSearch::shorten() {
     while (isContinuation(typed_.back()) && typed_.size() > 1) typed_.pop_back();
     typed_.pop_back();
     --length_;
-    // A blank with which no search begins is none that is left of it.
+    // A search does not begin with a blank, so blanks alone do not keep it.
     if (typed_.find_first_not_of(' ') == std::string::npos) clear();
     return true;
 }

@@ -16,15 +16,15 @@ std::optional<std::size_t> firstContaining(const std::vector<std::string>& names
 
 class RowSearch {
   public:
-    /// In characters; what is typed beyond it is not taken.
+    /// In characters; further ones are ignored.
     static constexpr std::size_t longest = 40;
 
     /// What has been typed; the search stands while it is not empty.
     const std::string& typed() const { return typed_; }
     bool stands() const { return !typed_.empty(); }
 
-    /// A key that writes `text` was pressed. False when it is not the search's: text that cannot be seen, and
-    /// a blank with which a search would begin.
+    /// A key that writes `text` was pressed. False for what the search does not take: invisible text, and a
+    /// blank while nothing has been typed.
     bool type(std::string_view text);
     /// Takes the last character back. False when nothing has been typed.
     bool shorten();

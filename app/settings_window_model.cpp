@@ -151,10 +151,9 @@ void SettingsWindowModel::selectScale(double scale) {
 }
 
 void SettingsWindowModel::storedScaleChanged() {
-    // The settings write the key after they have taken the value; only another writer's value is news.
+    // The settings write the key after they have taken the value, so a different value is another writer's.
     const double stored = cursorScale();
-    // One that reads as 0 for being beyond all use is left as it is in the file: taking it would write it
-    // back.
+    // An unusable value reads as 0 and stays in the file as it is: taking it would overwrite it.
     const bool usable = CursorSettings::canScale(doubleValue(deps_.preferences, CursorSettings::scaleKey));
     if (usable && !selectingScale_ && !resetting_ && stored != deps_.settings.cursorScale())
         announceScale(stored);
@@ -163,7 +162,7 @@ void SettingsWindowModel::storedScaleChanged() {
 
 void SettingsWindowModel::announceScale(double scale) {
     deps_.settings.setCursorScale(scale);
-    // The settings have posted it; this is the second time, and meant.
+    // The settings have posted it already; the second post is intended.
     deps_.notifications.post(notification::cursorScaleChanged, scale);
 }
 

@@ -170,7 +170,7 @@ inline constexpr auto applyOnLaunch = translatable("Pintle", "Apply Last Cursor 
 inline constexpr auto applyOnLaunchSubtitle = translatable("Pintle", "Restore your cursor theme at startup");
 inline constexpr auto restoreOnQuit = translatable("Pintle", "Restore System Cursor on Quit");
 inline constexpr auto restoreOnQuitSubtitle = translatable("Pintle", "Reset to default when closing app");
-/// Below what has no effect.
+/// The subtitle of what has no effect here.
 inline constexpr auto noEffect = translatable("Pintle", "This kind of session does not allow it");
 inline constexpr auto fullscreen = translatable("Pintle", "Use Themed Cursor in Fullscreen");
 inline constexpr auto fullscreenSubtitle = translatable("Pintle", "Keep custom cursor in fullscreen apps");

@@ -30,7 +30,7 @@ class StripDisplay {
     /// The pointer or the focus has come to the row, or has left it. Of several rows the last one counts.
     void attend(const std::string& id);
     void leave(const std::string& id);
-    /// Nothing is seen any more.
+    /// The list is hidden.
     void clear();
 
     /// The row that shows the strip; empty for none.

@@ -44,7 +44,7 @@ constexpr auto colourWords = std::to_array<ColourWord>({
 constexpr auto rainbow =
     std::to_array<std::uint32_t>({0xE5373A, 0xF59A0C, 0xF7D038, 0x43A047, 0x2F7DE1, 0x8E5BD0});
 
-/// What families are spread over.
+/// Each family of themes gets one of these.
 constexpr std::array familyTints = {TileTint::teal, TileTint::violet, TileTint::blue, TileTint::green,
                                     TileTint::red};
 
@@ -86,8 +86,8 @@ TileTint tintOfFamily(const std::string& word) {
     return familyTints[sum % familyTints.size()];
 }
 
-/// Every theme is one of cursors.
-bool tellsNothing(std::string_view word) { return word == "cursor" || word == "cursors"; }
+/// Words that any theme's name may have.
+bool saysNothing(std::string_view word) { return word == "cursor" || word == "cursors"; }
 
 std::optional<Shape> shapeOf(std::string_view word) {
     if (word == "modern") return Shape::rounded;
@@ -112,7 +112,7 @@ void setLetters(ThemeDrawing& drawing, const std::vector<std::string>& words) {
     drawing.tint = tintOfFamily(words.front());
     const auto rest = std::span(words).subspan(1);
     const auto last =
-        std::find_if(rest.rbegin(), rest.rend(), [](const auto& word) { return !tellsNothing(word); });
+        std::find_if(rest.rbegin(), rest.rend(), [](const auto& word) { return !saysNothing(word); });
     if (last != rest.rend()) drawing.letters += initial(*last);
 }
 

@@ -72,7 +72,7 @@ struct ThemeRow {
     /// Empty for the spinner.
     std::string_view markSymbol;
     bool isAnimated = false;
-    /// On hover and focus; where an error text stands in its place, that gives way.
+    /// On hover and focus; the button replaces an error text at the same place.
     bool canDelete = false;
     /// The whole error, untranslated; absent when no error is shown.
     std::optional<std::string> errorTooltip;

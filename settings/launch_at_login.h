@@ -21,7 +21,7 @@ struct ProgramLocation {
 };
 
 enum class LoginAgentRole {
-    /// The service is there; the file only helps out and is never looked at by the start-up.
+    /// The service exists; the file is only a fallback, which the start-up does not check.
     fallback,
     /// The desktop has no such service: the file is the mechanism, and the start-up keeps its program right.
     standsInForService,

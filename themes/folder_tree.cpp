@@ -141,7 +141,8 @@ TreeSize measureTree(const fs::path& folder, const TreeSize& most) {
         int depth;
     };
     TreeSize size;
-    // Whoever makes the tree may work from inside it and go on where this path ends, seen by nobody.
+    // The process that makes the tree may work inside it with relative paths and go deeper than any path from
+    // here reaches.
     const auto tooDeep = [&] {
         size.depth = most.depth + 1;
         return size;

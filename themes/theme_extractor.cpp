@@ -65,7 +65,7 @@ Result<fs::path> judge(const ScratchFolder& scratch, int status, const std::stri
         return extractionError(-1, fmt::format("the archive takes more than {} seconds of processor time",
                                                limits.processorTime.count()));
     if (status != 0) return extractionError(status, unpackErrorText(errorFile(scratch), status));
-    // The last look: a small archive is unpacked before the first one.
+    // Measured once more at the end: a small archive is unpacked before the first measurement.
     if (const auto text = excess(measureTree(unpackRoot(scratch), mostOf(limits)), limits))
         return extractionError(-1, *text);
     const auto chosen = ThemeExtractor::pickCursorDirectory(unpackRoot(scratch), themeId);

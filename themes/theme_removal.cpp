@@ -48,7 +48,7 @@ void ThemeRemoval::finish(const std::string& id, const Status& status) {
     forgetAnimationAnswer(id, deps_.preferences);
     if (row) {
         row->isDownloaded = false;
-        // As the record of examined themes says from now on.
+        // As in the record of examined themes, from which it was just removed.
         row->isAnimated = false;
         row->previewImage.reset();
         row->downloadError.reset();

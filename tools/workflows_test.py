@@ -77,7 +77,7 @@ class Workflows(unittest.TestCase):
         toolkit = next(step for step in job["steps"] if "install-qt-action" in step.get("uses", ""))
         self.assertGreaterEqual([int(part) for part in toolkit["with"]["version"].split(".")], [6, 9, 2])
 
-    def test_a_mac_that_fails_tells_why(self):
+    def test_a_mac_that_fails_says_why(self):
         steps = dict(workflows())["macos.yml"]["jobs"]["mac"]["steps"]
         start = next(at for at, step in enumerate(steps) if step.get("run", "").count("open -n") == 2)
         evidence = next(at for at, step in enumerate(steps) if "log show" in step.get("run", ""))

@@ -25,7 +25,7 @@ class LocalSocket {
     ~LocalSocket();
 
     Status send(std::string_view bytes);
-    /// Exactly so many bytes.
+    /// Exactly `count` bytes.
     Result<std::string> receive(std::size_t count);
     /// All until the other side ends; EFBIG when that is more than `most`.
     Result<std::string> receiveAll(std::size_t most);

@@ -111,7 +111,7 @@ TEST_F(ClickTest, AMenuThatOutlivesTheDelegateDoesNothing) {
     EXPECT_THAT(shell.transcript, IsEmpty());
 }
 
-TEST_F(ClickTest, TheKeyboardTogglesThePopoverOnARoadOfItsOwn) {
+TEST_F(ClickTest, TheKeyboardTogglesThePopoverWithoutAClick) {
     start();
     shell.statusBar.activate();
     EXPECT_TRUE(shell.popovers.shown);
@@ -139,20 +139,20 @@ TEST_F(ClickTest, APressInAnotherApplicationDoesNothingWhenThePopoverIsClosed) {
 }
 
 TEST_F(ClickTest, TheSecondClickOnTheItemClosesThePopoverAndDoesNotReopenIt) {
-    for (const bool hostTellsThePress : {true, false}) {
+    for (const bool hostReportsThePress : {true, false}) {
         start();
         const auto first = shell.eventMonitors.press();
-        leftClick(hostTellsThePress ? std::optional(first) : std::nullopt);
+        leftClick(hostReportsThePress ? std::optional(first) : std::nullopt);
         ASSERT_TRUE(shell.popovers.shown);
         const auto second = shell.eventMonitors.press();
         EXPECT_FALSE(shell.popovers.shown);
         forget();
-        leftClick(hostTellsThePress ? std::optional(second) : std::nullopt);
+        leftClick(hostReportsThePress ? std::optional(second) : std::nullopt);
         EXPECT_FALSE(shell.popovers.shown);
         EXPECT_THAT(shell.transcript, ElementsAre("log: [MENUBAR] STATUS BAR CLICKED!!!",
                                                   "log: [MENUBAR] Left click - toggling popover"));
         const auto third = shell.eventMonitors.press();
-        leftClick(hostTellsThePress ? std::optional(third) : std::nullopt);
+        leftClick(hostReportsThePress ? std::optional(third) : std::nullopt);
         EXPECT_TRUE(shell.popovers.shown) << "the third click opens it again";
         delegate.reset();
     }
@@ -184,7 +184,7 @@ TEST_F(ClickTest, ARightClickOnTheItemClosesThePopoverAndOpensTheMenu) {
     EXPECT_TRUE(shell.popovers.shown);
 }
 
-TEST_F(ClickTest, WhereTheHostTellsNoFrameThePopoverHangsFromThePointer) {
+TEST_F(ClickTest, WhereTheHostReportsNoFrameThePopoverHangsFromThePointer) {
     hideFrame();
     shell.windows.mouse = {700, 1060};
     start();

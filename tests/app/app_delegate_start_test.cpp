@@ -98,7 +98,7 @@ TEST_F(StartDeathTest, AMissingBundleIdentifierEndsTheProcess) {
     EXPECT_EXIT(delegate->applicationDidFinishLaunching(), testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST_F(StartTest, ASecondCopyTellsTheFirstAndEndsWithoutMakingAnything) {
+TEST_F(StartTest, ASecondCopyNotifiesTheFirstAndEndsWithoutMakingAnything) {
     bus.another = true;
     make().applicationDidFinishLaunching();
     world.scheduler.runUntilIdle();
@@ -203,7 +203,7 @@ TEST_F(StartTest, WithoutATrayTheUserIsNotifiedOnce) {
     EXPECT_EQ(shell.application.notes.size(), 1u);
 }
 
-TEST_F(StartTest, WithoutATrayASecondStartShowsThePopoverAndTellsAtOnce) {
+TEST_F(StartTest, WithoutATrayASecondStartShowsThePopoverAndNotifiesAtOnce) {
     hideFrame();
     shell.statusBar.available = false;
     start();

@@ -151,7 +151,7 @@ TEST_F(ViewModelTest, ForwardsApplyScaleAndReset) {
     EXPECT_EQ(world.log.systemLines.back(), "No theme to apply - using system default");
 }
 
-TEST_F(ViewModelTest, TellsItsObserversOfRowsCurrentThemeAndFilter) {
+TEST_F(ViewModelTest, NotifiesItsObserversOfRowsCurrentThemeAndFilter) {
     world.writeTheme(kIce, 1);
     CursorViewModel model(dependencies());
     world.scheduler.runUntilIdle();

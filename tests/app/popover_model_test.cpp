@@ -351,7 +351,7 @@ TEST_F(PopoverModelTest, ARowWithoutADeleteButtonDeletesNothing) {
     EXPECT_TRUE(std::filesystem::exists(world.themesDirectory() / kIce));
 }
 
-TEST_F(PopoverModelTest, AChangeOfOneRowTellsOfThatRowAlone) {
+TEST_F(PopoverModelTest, AChangeOfOneRowReportsThatRowAlone) {
     std::vector<std::vector<std::string>> reported;
     int replaced = 0;
     const auto rows = model->rowsChanged.observe([&](const auto& ids) { reported.push_back(ids); });
@@ -363,7 +363,7 @@ TEST_F(PopoverModelTest, AChangeOfOneRowTellsOfThatRowAlone) {
     EXPECT_EQ(replaced, 0);
 }
 
-TEST_F(PopoverModelTest, AnApplyTellsOfTheRowsThatItTouches) {
+TEST_F(PopoverModelTest, AnApplyReportsTheRowsThatItTouches) {
     world.applyNow(kIce);
     std::set<std::string> reported;
     const auto rows =

@@ -410,7 +410,7 @@ TEST_F(SettingsWindowModelTest, CancellingTheResetChangesNothing) {
     EXPECT_EQ(world.application.terminations, 0);
 }
 
-TEST_F(SettingsWindowModelTest, AConfirmedResetDeletesEverythingTellsSoAndEndsTheProgram) {
+TEST_F(SettingsWindowModelTest, AConfirmedResetDeletesEverythingSaysSoAndEndsTheProgram) {
     world.applyNow(kIce);
     typeAndAdd("Safari");
     model->selectScale(1.5);

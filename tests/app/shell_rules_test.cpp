@@ -120,7 +120,7 @@ TEST(WindowPlacementTest, AButtonInNoWindowIsAZeroRectangleWhereTheItemStandsInA
     EXPECT_EQ(placeUnderStatusItem(kAbout, placement), (Rect{{-150, -485}, kAbout}));
 }
 
-TEST(WindowPlacementTest, WhereTheHostTellsNoFrameThePlaceOfTheClickStandsForTheItem) {
+TEST(WindowPlacementTest, WhereTheHostReportsNoFrameThePlaceOfTheClickStandsForTheItem) {
     Placement placement{PlacementPolicy::insideWorkArea, true, true, std::nullopt, Point{900, 1070}, {kMain}};
     EXPECT_EQ(placeUnderStatusItem(kAbout, placement), (Rect{{750, 570}, kAbout}));
     placement.lastClick = Point{900, 10};

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 
 ThemeDrawing drawn(std::string_view name) { return themeDrawing(name, CursorHandedness::rightHanded); }
 
-TEST(ThemeDrawing, IsFilledWithTheColourThatTheNameTells) {
+TEST(ThemeDrawing, IsFilledWithTheColourInTheName) {
     EXPECT_THAT(drawn("Bibata Modern Ice").colours, ElementsAre(0xFFFFFFu));
     EXPECT_THAT(drawn("Phinger Light").colours, ElementsAre(0xF1F3F4u));
     EXPECT_EQ(drawn("Bibata Modern Classic").colours, drawn("Google Dot Black").colours);
@@ -36,7 +36,7 @@ TEST(ThemeDrawing, IsRoundedForModernAndAngularForOriginal) {
     EXPECT_EQ(drawn("Google Dot White").shape, Shape::plain);
 }
 
-TEST(ThemeDrawing, IsAnOutlineWhereTheNameTellsAShapeAndNoColour) {
+TEST(ThemeDrawing, IsAnOutlineWhereTheNameHasAShapeAndNoColour) {
     const auto extra = drawn("Bibata Extra Modern");
     EXPECT_EQ(extra.kind, Kind::pointer);
     EXPECT_EQ(extra.fill, Fill::none);
@@ -56,7 +56,7 @@ TEST(ThemeDrawing, HasAnOutlineThatItsColourStandsOutFrom) {
         EXPECT_EQ(drawn(name).outline, 0x16191Au) << name;
 }
 
-TEST(ThemeDrawing, IsLettersWhereTheNameTellsNothing) {
+TEST(ThemeDrawing, IsLettersWhereTheNameHasNeitherShapeNorColour) {
     const auto lyra = drawn("Lyra Cursors");
     EXPECT_EQ(lyra.kind, Kind::letters);
     EXPECT_EQ(lyra.letters, "L");
@@ -74,7 +74,7 @@ TEST(ThemeDrawing, IsEmptyForANameWithoutALetter) {
     for (const char* name : {"", "(Right)", " - ) ( "}) EXPECT_EQ(drawn(name), ThemeDrawing()) << name;
 }
 
-TEST(ThemeDrawing, TellsThreeOfFourNeighboursInTheCatalogApart) {
+TEST(ThemeDrawing, DistinguishesThreeOfFourNeighboursInTheCatalog) {
     const auto& catalog = CursorThemeInfo::catalog();
     std::size_t alike = 0;
     for (std::size_t i = 1; i < catalog.size(); ++i)

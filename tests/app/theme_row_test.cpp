@@ -105,7 +105,7 @@ TEST(ThemeRowTest, ARowWhoseThemeIsBeingDownloadedAcceptsNoTap) {
     EXPECT_FALSE(rowOf(downloading("Extracting...", 0.85)).acceptsTap);
 }
 
-TEST(ThemeRowTest, AFailedDownloadOffersToRetryAndTellsTheWholeError) {
+TEST(ThemeRowTest, AFailedDownloadOffersToRetryAndShowsTheWholeError) {
     auto theme = ice();
     theme.downloadError = "HTTP 404";
     const auto row = rowOf(theme);
@@ -273,7 +273,7 @@ TEST(ThemeRowTest, IsDescribedByAuthorLicenceHandAndStatus) {
     EXPECT_EQ(ThemeRow::accessibleRole, AccessibleRole::listItem);
 }
 
-TEST(ThemeRowTest, ThoseWhoDoNotSeeItHearOfAnimationAndOfTheErrorToo) {
+TEST(ThemeRowTest, AssistiveTechnologyLearnsOfAnimationAndOfTheErrorToo) {
     auto theme = ice();
     theme.handedness = CursorHandedness::universal;
     theme.isAnimated = true;

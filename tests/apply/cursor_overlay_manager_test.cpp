@@ -290,7 +290,7 @@ TEST(Overlay, AScreenThatIsAddedWhileTheMouseIsAskedLeavesTheTickItsOwnScreens) 
     world.run({sized("left_ptr")});
     world.tick();
     world.displays.whileMouseIsAsked = [&] {
-        // As a backend does that hears of it while it waits for the answer.
+        // As a backend does that is notified of it while it waits for the answer.
         world.displays.attached = std::vector<Screen>(64, Screen{{{5000, 5000}, {10, 10}}, 7});
     };
     world.tick();

@@ -80,7 +80,8 @@ int writePreferences(const char* file, const std::string& key, long count) {
     return log.systemLines.empty() ? 0 : 3;
 }
 
-/// helper post NAME MESSAGE: a second copy, which tells the first one and ends at once. 3: there is no first.
+/// helper post NAME MESSAGE: a second copy, which notifies the first one and ends at once. 3: there is no
+/// first.
 int postAndEnd(const std::string& name, const std::string& message, int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const auto queue = pintle::makeQtMainQueue();

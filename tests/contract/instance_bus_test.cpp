@@ -200,7 +200,7 @@ pid_t startHelper(std::vector<std::string> arguments) {
     return ::posix_spawn(&pid, CONTRACT_HELPER, nullptr, nullptr, pointers.data(), environ) == 0 ? pid : -1;
 }
 
-TEST_F(WithBus, AMessageOfASecondCopyThatEndsAtOnceIsHeardByTheFirst) {
+TEST_F(WithBus, AMessageOfASecondCopyThatEndsAtOnceIsReceivedByTheFirst) {
     const auto first = makeBus(kName);
     ASSERT_FALSE(first->anotherCopyRuns());
     int received = 0;
@@ -232,7 +232,7 @@ TEST_F(WithBus, AMessageWaitsForAFirstCopyThatIsBusy) {
     EXPECT_EQ(exitCodeOf(helper), 0);
 }
 
-TEST_F(WithBus, AfterTheHandleEndedNothingIsHeard) {
+TEST_F(WithBus, AfterTheHandleEndedNothingIsReceived) {
     const auto first = makeBus(kName);
     ASSERT_FALSE(first->anotherCopyRuns());
     int received = 0;

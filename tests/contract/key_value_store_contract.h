@@ -110,32 +110,32 @@ TYPED_TEST(KeyValueStoreContract, AfterTheDomainIsGoneValuesCanBeStoredAgain) {
     EXPECT_FALSE(next->object("old"));
 }
 
-TYPED_TEST(KeyValueStoreContract, AnObserverHearsEachRealChangeOfItsKeyAlone) {
-    int heard = 0;
-    const Subscription observer = this->store_->observe("scale", [&] { ++heard; });
+TYPED_TEST(KeyValueStoreContract, AnObserverIsNotifiedOfEachRealChangeOfItsKeyAlone) {
+    int calls = 0;
+    const Subscription observer = this->store_->observe("scale", [&] { ++calls; });
     this->store_->set("scale", 1.0);
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(calls, 1);
     this->store_->set("scale", 1.0);
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(calls, 1);
     this->store_->set("other", 1.0);
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(calls, 1);
     this->store_->set("scale", 2.0);
-    EXPECT_EQ(heard, 2);
+    EXPECT_EQ(calls, 2);
     this->store_->remove("scale");
-    EXPECT_EQ(heard, 3);
+    EXPECT_EQ(calls, 3);
     this->store_->remove("scale");
-    EXPECT_EQ(heard, 3);
+    EXPECT_EQ(calls, 3);
 }
 
 TYPED_TEST(KeyValueStoreContract, AValueEqualToTheRegisteredDefaultIsNoChangeButIsStored) {
     this->store_->registerDefaults({{"scale", 1.0}});
-    int heard = 0;
-    const Subscription observer = this->store_->observe("scale", [&] { ++heard; });
+    int calls = 0;
+    const Subscription observer = this->store_->observe("scale", [&] { ++calls; });
     this->store_->set("scale", 1.0);
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
     EXPECT_EQ(this->domain_.open()->object("scale"), PropertyValue(1.0));
     this->store_->remove("scale");
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
 }
 
 TYPED_TEST(KeyValueStoreContract, AnObserverFindsTheNewValueAlreadyStored) {
@@ -149,23 +149,23 @@ TYPED_TEST(KeyValueStoreContract, AnObserverFindsTheNewValueAlreadyStored) {
 }
 
 TYPED_TEST(KeyValueStoreContract, AnEndedObserverIsSilent) {
-    int heard = 0;
-    Subscription observer = this->store_->observe("scale", [&] { ++heard; });
+    int calls = 0;
+    Subscription observer = this->store_->observe("scale", [&] { ++calls; });
     observer.end();
     this->store_->set("scale", 1.0);
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
 }
 
-TYPED_TEST(KeyValueStoreContract, RemovingTheDomainTellsTheObserversOfWhatWasStored) {
+TYPED_TEST(KeyValueStoreContract, RemovingTheDomainNotifiesTheObserversOfWhatWasStored) {
     this->store_->registerDefaults({{"same", 1.0}});
     this->store_->set("same", 1.0);
     this->store_->set("theme", "bibata");
-    std::vector<std::string> heard;
-    const Subscription same = this->store_->observe("same", [&] { heard.push_back("same"); });
-    const Subscription theme = this->store_->observe("theme", [&] { heard.push_back("theme"); });
-    const Subscription never = this->store_->observe("never", [&] { heard.push_back("never"); });
+    std::vector<std::string> changed;
+    const Subscription same = this->store_->observe("same", [&] { changed.push_back("same"); });
+    const Subscription theme = this->store_->observe("theme", [&] { changed.push_back("theme"); });
+    const Subscription never = this->store_->observe("never", [&] { changed.push_back("never"); });
     this->store_->removeDomain();
-    EXPECT_THAT(heard, ElementsAre("theme"));
+    EXPECT_THAT(changed, ElementsAre("theme"));
 }
 
 TYPED_TEST(KeyValueStoreContract, AnObserverMayStoreAnotherValue) {

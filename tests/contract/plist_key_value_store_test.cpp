@@ -209,15 +209,15 @@ TEST_F(PreferenceFile, TwoStoresOfOneFileKeepEachOthersKeys) {
     EXPECT_EQ(first->object("b"), std::nullopt);
 }
 
-TEST_F(PreferenceFile, AnObserverHearsOfAnotherStoresChangeWithTheNextWrite) {
+TEST_F(PreferenceFile, AnObserverIsNotifiedOfAnotherStoresChangeWithTheNextWrite) {
     const auto first = open();
     const auto second = open();
-    int heard = 0;
-    const Subscription observer = first->observe("theme", [&] { ++heard; });
+    int calls = 0;
+    const Subscription observer = first->observe("theme", [&] { ++calls; });
     second->set("theme", "bibata");
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
     first->set("other", 1);
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(calls, 1);
     EXPECT_EQ(first->object("theme"), PropertyValue("bibata"));
 }
 
@@ -316,8 +316,8 @@ TEST_F(PreferenceFile, AFullDiskKeepsTheOldFileAndTheValueIsWrittenLater) {
     const auto store = open();
     store->set("a", 1);
     const std::string before = contentOf(file_);
-    int heard = 0;
-    const Subscription observer = store->observe("b", [&] { ++heard; });
+    int calls = 0;
+    const Subscription observer = store->observe("b", [&] { ++calls; });
     {
         const FullDisk full(100);
         store->set("b", 2);
@@ -329,7 +329,7 @@ TEST_F(PreferenceFile, AFullDiskKeepsTheOldFileAndTheValueIsWrittenLater) {
     EXPECT_EQ(log_.systemLines.size(), 1U);
     EXPECT_EQ(linesWith("cannot write"), 1U);
     EXPECT_EQ(store->object("b"), PropertyValue(2));
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(calls, 1);
     store->set("d", 4);
     EXPECT_EQ(stored(), (PropertyDictionary{{"b", 2}, {"c", 3}, {"d", 4}}));
     {

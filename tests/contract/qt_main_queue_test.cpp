@@ -134,14 +134,14 @@ class SocketWatch : public ::testing::Test {
 };
 
 TEST_F(SocketWatch, EachArrivalIsHandledAndTheEndOfTheTurnFollows) {
-    std::vector<std::string> heard;
-    const Subscription end = world_.queue().atEndOfTurn([&] { heard.push_back("end"); });
-    const Subscription watch = watchReadable(world_.queue(), pair_[0], [&] { heard.push_back(readAll()); });
+    std::vector<std::string> events;
+    const Subscription end = world_.queue().atEndOfTurn([&] { events.push_back("end"); });
+    const Subscription watch = watchReadable(world_.queue(), pair_[0], [&] { events.push_back(readAll()); });
     say("a");
-    ASSERT_TRUE(world_.runUntil([&] { return heard.size() >= 2; }));
+    ASSERT_TRUE(world_.runUntil([&] { return events.size() >= 2; }));
     say("b");
-    ASSERT_TRUE(world_.runUntil([&] { return heard.size() >= 4; }));
-    EXPECT_THAT(heard, ElementsAre("a", "end", "b", "end"));
+    ASSERT_TRUE(world_.runUntil([&] { return events.size() >= 4; }));
+    EXPECT_THAT(events, ElementsAre("a", "end", "b", "end"));
 }
 
 TEST_F(SocketWatch, AnEndedWatchIsSilent) {

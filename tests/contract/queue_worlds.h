@@ -67,7 +67,7 @@ class QtWorld {
                 std::unique_lock lock(mutex_);
                 ++held_;
                 changed_.notify_all();
-                // All but one stay away, so that the order on the remaining thread can be told.
+                // All but one stay away, so that the order on the remaining thread is known.
                 changed_.wait(lock, [&] { return last ? releasedOne_ : releasedAll_; });
             });
         std::unique_lock lock(mutex_);

@@ -12,7 +12,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using Map = std::map<std::string, std::string>;
 
-/// Each name stands for itself, so that a role's value tells which candidate won.
+/// Each name stands for itself, so that a role's value shows which candidate won.
 Map applied(std::initializer_list<const char*> names) {
     Map map;
     for (const auto* name : names) map.emplace(name, name);

@@ -216,7 +216,7 @@ TEST(MakePreloadedSet, LeavesOutNamesThatGiveNoCursor) {
     EXPECT_EQ(set[0].name, "left_ptr");
 }
 
-TEST(MakePreloadedSet, SharesTheBitmapOfFramesThatTellTheSameChunk) {
+TEST(MakePreloadedSet, SharesTheBitmapOfFramesThatReferToTheSameChunk) {
     XCursorBuilder builder;
     builder.image({.size = 32});
     const std::uint32_t position = 16 + 12 * 50;

@@ -109,7 +109,7 @@ TEST_F(XCursorParserTest, AnswersNothingForAHeaderSizeBelowSixteen) {
     }
 }
 
-TEST_F(XCursorParserTest, ReadsTheTableAtOffsetSixteenWhateverLargerHeaderSizeIsTold) {
+TEST_F(XCursorParserTest, ReadsTheTableAtOffsetSixteenWhateverLargerHeaderSizeIsGiven) {
     for (const std::uint32_t size : {16U, 20U, 0xFFFFFFFFU})
         EXPECT_THAT(sizes(parse(sound().headerSize(size).bytes())), ElementsAre(4));
 }
@@ -125,7 +125,7 @@ TEST_F(XCursorParserTest, IgnoresTheVersion) {
         EXPECT_THAT(sizes(parse(sound().version(version).bytes())), ElementsAre(4));
 }
 
-TEST_F(XCursorParserTest, TakesTheEntriesThatFitWhenTheCountTellsMore) {
+TEST_F(XCursorParserTest, TakesTheEntriesThatFitWhenTheCountIsLarger) {
     auto bytes = XCursorBuilder()
                      .entryCount(0xFFFFFFFF)
                      .image({.size = 4, .position = 16, .written = false})
@@ -137,7 +137,7 @@ TEST_F(XCursorParserTest, TakesTheEntriesThatFitWhenTheCountTellsMore) {
     parse(bytes);
 }
 
-TEST_F(XCursorParserTest, ReadsPixelsAsEntriesWhenTheCountTellsMoreAndStillKeepsTheImage) {
+TEST_F(XCursorParserTest, ReadsPixelsAsEntriesWhenTheCountIsLargerAndStillKeepsTheImage) {
     EXPECT_THAT(sizes(parse(sound().entryCount(0xFFFFFFFF).bytes())), ElementsAre(4));
 }
 
@@ -342,7 +342,7 @@ TEST_F(XCursorParserTest, ReadsAHeaderThatLiesInTheTableItself) {
     EXPECT_THAT(sizes(parse(bytes)), ElementsAre(4));
 }
 
-TEST_F(XCursorParserTest, SharesThePixelsOfManyEntriesThatTellTheSameChunk) {
+TEST_F(XCursorParserTest, SharesThePixelsOfManyEntriesThatReferToTheSameChunk) {
     XCursorBuilder builder;
     builder.image({.size = 64});
     const std::uint32_t position = 16 + 12 * 1000;
@@ -430,7 +430,7 @@ TEST_F(XCursorParserTest, ReadsATableLongerThanTheBlocksItIsReadIn) {
     EXPECT_THAT(sizes(parse(builder.bytes())), ElementsAreArray(expected));
 }
 
-TEST_F(XCursorParserTest, HeadersTellSizeAndDelayOfEveryImageInOrder) {
+TEST_F(XCursorParserTest, HeadersGiveSizeAndDelayOfEveryImageInOrder) {
     const auto headers = parseHeaders(XCursorBuilder()
                                           .image({.size = 32, .delay = 50})
                                           .image({.size = 24})

@@ -148,7 +148,7 @@ TEST(XCursorReader, HeadersOfAShrinkingFileAreThoseStillThere) {
             ShrinkingSource source(bytes, reads, left);
             const auto headers = readHeaders(source);
             if (!headers) continue;
-            // What is told is true and in order; the rest is left out.
+            // What is returned is true and in order; the rest is left out.
             auto next = all->begin();
             for (const auto& header : *headers) {
                 next = std::find(next, all->end(), header);

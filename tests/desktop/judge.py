@@ -34,7 +34,7 @@ class Judge:
             self.probe.save_pixels(os.path.join(self.artefacts, f"failed-{len(self.report.failures)}.pam"))
 
     def desktops_own(self, points, theme, scale=1.0):
-        """First stage: learns the desktop's own pointers, and sees that they can be told from the theme's."""
+        """First stage: learns the desktop's own pointers, and checks that they differ from the theme's."""
         for point in points:
             self.probe.move(point.x, point.y)
             shown = self.probe.settle(80, 600)

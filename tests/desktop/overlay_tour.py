@@ -56,7 +56,7 @@ class Image:
         self.width, self.height, self.x, self.y, self.data = width, height, x, y, data
 
     def different(self, picture, left, top, threshold, under=None):
-        """How many pixels of at least that alpha are drawn otherwise, and of the others, when `under` tells what
+        """How many pixels of at least that alpha are drawn otherwise, and of the others, when `under` holds what
         lies there, how many are not its pixels."""
         wrong = 0
         for row in range(self.height):
@@ -85,7 +85,7 @@ def theme_image(tool, name):
 
 
 def server_image(probe, path):
-    """The pointer's picture as the server tells it, opaque pixels alone."""
+    """The pointer's picture as the server reports it, opaque pixels alone."""
     probe.ask("pixels", path)
     with open(path, "rb") as file:
         head, data = file.read().split(b"ENDHDR\n", 1)
@@ -95,7 +95,7 @@ def server_image(probe, path):
 
 def install_without(data_home, identifier, missing):
     target = os.path.join(data_home, "Pintle", "Themes", identifier, "cursors")
-    # Whole files in the place of links, which would else lead to what is taken away.
+    # Whole files instead of links, which would otherwise lead to what is removed.
     shutil.copytree(SOURCE, target)
     for name in missing:
         path = os.path.join(target, name)

@@ -24,7 +24,7 @@
 //   the
 //                         longest wait in microseconds                           pings COUNT LONGEST
 //
-// LOOK is the word of look.h. `none`: the server refused to tell (no picture, or its owner is gone).
+// LOOK is the word of look.h. `none`: the server gave no answer (no picture, or its owner is gone).
 #include <X11/Xatom.h>
 #include <X11/Xcursor/Xcursor.h>
 #include <X11/Xlib.h>

@@ -7,7 +7,7 @@ import children
 
 @dataclass(frozen=True)
 class Shown:
-    """What the server shows for the pointer; `look` is size+hotspot:hash, empty when it would not tell."""
+    """What the server shows for the pointer; `look` is size+hotspot:hash, empty when it gives no answer."""
     look: str = ""
     name: str = ""
 

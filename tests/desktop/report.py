@@ -30,7 +30,7 @@ class Report:
                   f"{shown.size:8} {verdict}", flush=True)
 
     def second_look(self, point, complaint):
-        """A pointer that was right only when it had moved away and back. A few of them are told, many fail."""
+        """A pointer that was right only when it had moved away and back. A few of them are reported, many fail."""
         self.second_looks.append(f"{self.title}: {point.label}: {complaint}")
         print(f"  look {point.application:15} {point.place:20} once more: {complaint}", flush=True)
 

@@ -84,7 +84,7 @@ class Tour:
             self.report.check(f"{point.label}: after the reset as before", after[index] == before[index])
 
     def later(self):
-        """A second theme in place of the first, and applications that start while a theme is in force."""
+        """A second theme instead of the first, and applications that start while a theme is in force."""
         self.driver.command("scale 1.0")
         self.driver.command("apply " + self.theme.identifier)
         self.stage("Applied again after the reset", self.theme)

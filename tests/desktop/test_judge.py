@@ -52,7 +52,7 @@ class FakeProbe:
 
 
 def failures(probe, theme, point=POINT, apply=True):
-    """The failed rows of a first look and, unless told otherwise, a look after an apply."""
+    """The failed rows of a first look and, unless given otherwise, a look after an apply."""
     with contextlib.redirect_stdout(io.StringIO()):
         report = Report()
         judge = Judge(probe, report)
@@ -71,7 +71,7 @@ class JudgeTest(unittest.TestCase):
     def test_a_pointer_that_stays_the_desktops_own_is_found(self):
         self.assertEqual(len(failures(FakeProbe("own", "own"), FakeTheme("new"))), 1)
 
-    def test_a_pointer_that_the_server_does_not_tell_is_found(self):
+    def test_a_pointer_that_the_server_does_not_report_is_found(self):
         self.assertEqual(len(failures(FakeProbe("own", ""), FakeTheme("new"))), 1)
 
     def test_a_name_that_the_theme_lacks_keeps_the_desktops_own(self):

@@ -198,15 +198,15 @@ TEST_F(PopoverViewTest, EscapeAsksTheWindowToClose) {
 TEST_F(PopoverViewTest, EnterPressesAButton) {
     show();
     int asked = 0;
-    const auto hears = world.notifications.observe(std::string(notification::openAboutRequest),
-                                                   [&](const auto&) { ++asked; });
+    const auto observer = world.notifications.observe(std::string(notification::openAboutRequest),
+                                                      [&](const auto&) { ++asked; });
     for (int stop = 0; stop < 12 && focused() != "About Pintle"; ++stop) press(Qt::Key_Tab);
     press(Qt::Key_Return);
     press(Qt::Key_Space);
     EXPECT_EQ(asked, 2);
 }
 
-TEST_F(PopoverViewTest, TellsAssistiveTechnologyTheNameRoleAndStateOfEverything) {
+TEST_F(PopoverViewTest, GivesAssistiveTechnologyTheNameRoleAndStateOfEverything) {
     install(ModelWorld::ice);
     world.start();
     world.applyNow(ModelWorld::ice);

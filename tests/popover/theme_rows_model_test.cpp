@@ -62,7 +62,7 @@ TEST_F(ThemeRowsModelTest, ListsTheModelsRowsInTheirOrder) {
     EXPECT_EQ(rows->rowCount(rows->index(0)), 0);
 }
 
-TEST_F(ThemeRowsModelTest, AStepOfADownloadTellsTheChangedRolesOfItsRowOnly) {
+TEST_F(ThemeRowsModelTest, AStepOfADownloadReportsTheChangedRolesOfItsRowOnly) {
     world.changeRow(ModelWorld::ice, [](auto& row) {
         row.isDownloading = true;
         row.downloadStatus = "Downloading 10%";
@@ -110,12 +110,12 @@ TEST_F(ThemeRowsModelTest, FollowsAnySequenceOfFilters) {
     }
 }
 
-TEST_F(ThemeRowsModelTest, TellsWhereTheActiveThemeStands) {
+TEST_F(ThemeRowsModelTest, ReportsWhereTheActiveThemeStands) {
     EXPECT_EQ(rows->activeRow(), -1);
-    int told = 0;
-    QObject::connect(rows.get(), &ThemeRowsModel::activeRowChanged, rows.get(), [&] { ++told; });
+    int calls = 0;
+    QObject::connect(rows.get(), &ThemeRowsModel::activeRowChanged, rows.get(), [&] { ++calls; });
     world.changeRow(ModelWorld::ice, [](auto& row) { row.isDownloaded = true; });
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(calls, 0);
 }
 
 TEST_F(ThemeRowsModelTest, GivesDrawingsByNameAndTonesInWords) {
@@ -142,7 +142,7 @@ TEST_F(ThemeRowsModelTest, HasAValueForEachRoleThatItNames) {
     EXPECT_FALSE(rows->data({}, ThemeRowsModel::NameRole).isValid());
 }
 
-TEST_F(ThemeRowsModelTest, AnArrivedPictureTellsItsAddress) {
+TEST_F(ThemeRowsModelTest, AnArrivedPictureReportsItsAddress) {
     world.changeRow(ModelWorld::ice, [](auto& row) { row.isDownloaded = true; });
     changes.clear();
     world.changeRow(ModelWorld::ice, [](auto& row) {

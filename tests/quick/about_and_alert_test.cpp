@@ -33,7 +33,7 @@ TEST(AboutWindow, ItsTextsStandInTheirOrder) {
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(view->size(), QSize(300, 480));
     std::vector<std::string> names;
-    for (const auto& each : toldOf(*view))
+    for (const auto& each : accessibleItemsOf(*view))
         if (!each.name.empty() && each.role != QAccessible::Grouping) names.push_back(each.name);
     EXPECT_THAT(names, ElementsAre("Pintle", "Pintle", "Version 0.1.0", "A modern cursor manager for macOS",
                                    "Features", "Custom cursor themes", "Adjustable cursor size",
@@ -78,7 +78,7 @@ TEST(AboutWindow, TheContactLinkOpensTheMailProgramByMouseAndByKeyboard) {
     WindowWorld world(stillLook());
     auto* const view = world.show(WindowContent::about);
     ASSERT_NE(view, nullptr);
-    const auto link = toldNamed(*view, "Contact Support", QAccessible::Link);
+    const auto link = accessibleNamed(*view, "Contact Support", QAccessible::Link);
     ASSERT_NE(link.interface, nullptr);
     const auto opening = "application openUrl mailto:" + AboutWindowModel::contactAddress();
     QTest::mouseClick(view, Qt::LeftButton, {}, link.place.center());
@@ -108,7 +108,7 @@ TEST(AboutWindow, ALowWindowScrollsToTheLink) {
     auto* const view = world.show(WindowContent::about, {300, 240});
     ASSERT_NE(view, nullptr);
     QTest::keyClick(view, Qt::Key_Tab);
-    EXPECT_LE(toldNamed(*view, "Contact Support").place.bottom(), 240);
+    EXPECT_LE(accessibleNamed(*view, "Contact Support").place.bottom(), 240);
 }
 
 const Alert kQuestion{
@@ -137,7 +137,7 @@ TEST(AlertWindow, TheButtonThatReturnWouldPressIsSeen) {
     auto* const view = world.show(kQuestion);
     ASSERT_NE(view, nullptr);
     const auto ringed = [&](const char* name) {
-        return toldNamed(*view, name, QAccessible::Button)
+        return accessibleNamed(*view, name, QAccessible::Button)
             .interface->object()
             ->property("visualFocus")
             .toBool();
@@ -167,21 +167,21 @@ TEST(AlertWindow, TheKeyboardGoesToTheOtherButtonWhoseAnswerReturnThenGives) {
     WindowWorld world(stillLook());
     auto* const view = world.show(kQuestion);
     ASSERT_NE(view, nullptr);
-    EXPECT_TRUE(toldNamed(*view, "Cancel", QAccessible::Button).state.focused);
+    EXPECT_TRUE(accessibleNamed(*view, "Cancel", QAccessible::Button).state.focused);
     QTest::keyClick(view, Qt::Key_Tab);
-    EXPECT_TRUE(toldNamed(*view, "Reset & Quit", QAccessible::Button).state.focused);
+    EXPECT_TRUE(accessibleNamed(*view, "Reset & Quit", QAccessible::Button).state.focused);
     QTest::keyClick(view, Qt::Key_Return);
     EXPECT_THAT(world.chosen, ElementsAre(0));
 }
 
-TEST(AlertWindow, ItTellsItsTextsAndTheFirstButtonStandsAtTheEndOfTheLine) {
+TEST(AlertWindow, ItReportsItsTextsAndTheFirstButtonStandsAtTheEndOfTheLine) {
     WindowWorld world(stillLook());
     auto* const view = world.show(kQuestion);
     ASSERT_NE(view, nullptr);
-    const auto alert = toldNamed(*view, "Reset Application?", QAccessible::AlertMessage);
+    const auto alert = accessibleNamed(*view, "Reset Application?", QAccessible::AlertMessage);
     EXPECT_EQ(alert.description, "It cannot be undone.");
-    const auto first = toldNamed(*view, "Reset & Quit").place;
-    const auto cancel = toldNamed(*view, "Cancel").place;
+    const auto first = accessibleNamed(*view, "Reset & Quit").place;
+    const auto cancel = accessibleNamed(*view, "Cancel").place;
     EXPECT_LT(cancel.right(), first.left());
     EXPECT_TRUE(QRect(QPoint(), view->size()).contains(first));
     EXPECT_TRUE(QRect(QPoint(), view->size()).contains(cancel));
@@ -202,7 +202,7 @@ TEST(AlertWindow, AnAlertWithoutButtonsHasOneToCloseIt) {
     WindowWorld world(stillLook());
     auto* const view = world.show({AlertStyle::informational, "Up to date", "", {}});
     ASSERT_NE(view, nullptr);
-    EXPECT_NE(toldNamed(*view, "OK", QAccessible::Button).interface, nullptr);
+    EXPECT_NE(accessibleNamed(*view, "OK", QAccessible::Button).interface, nullptr);
     QTest::keyClick(view, Qt::Key_Escape);
     EXPECT_THAT(world.chosen, ElementsAre(0));
 }
@@ -218,8 +218,8 @@ TEST(AlertWindow, TheNextAlertTakesTheSameWindowInItsOwnSize) {
     for (int i = 0; i < 20; ++i) much += "Much is to be said. ";
     ASSERT_EQ(world.show({AlertStyle::informational, "Done", much, {"Quit"}}), view);
     EXPECT_GT(view->height(), before.height() + 60);
-    EXPECT_NE(toldNamed(*view, "Quit").interface, nullptr);
-    EXPECT_EQ(toldNamed(*view, "Cancel").interface, nullptr);
+    EXPECT_NE(accessibleNamed(*view, "Quit").interface, nullptr);
+    EXPECT_EQ(accessibleNamed(*view, "Cancel").interface, nullptr);
     QTest::keyClick(view, Qt::Key_Return);
     EXPECT_THAT(world.chosen, ElementsAre(0));
 }

@@ -1,4 +1,4 @@
-// The settings window driven by mouse and keyboard, and what it tells assistive programs.
+// The settings window driven by mouse and keyboard, and what it gives to assistive programs.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -30,11 +30,11 @@ struct SettingsWindowTest : testing::Test {
         view = world.show(WindowContent::settings, size);
         ASSERT_NE(view, nullptr);
     }
-    Told told(const std::string& name, QAccessible::Role role = QAccessible::NoRole) const {
-        return toldNamed(*view, name, role);
+    AccessibleItem accessible(const std::string& name, QAccessible::Role role = QAccessible::NoRole) const {
+        return accessibleNamed(*view, name, role);
     }
     void press(const std::string& name, QPoint from = {}) const {
-        const auto place = told(name).place;
+        const auto place = accessible(name).place;
         ASSERT_TRUE(place.isValid()) << name;
         QTest::mouseClick(view, Qt::LeftButton, {}, from.isNull() ? place.center() : place.topLeft() + from);
     }
@@ -44,7 +44,7 @@ struct SettingsWindowTest : testing::Test {
     void key(Qt::Key key) const { QTest::keyClick(view, key); }
     /// The name of what has the keyboard.
     std::string focused() const {
-        for (const auto& each : toldOf(*view))
+        for (const auto& each : accessibleItemsOf(*view))
             if (each.state.focused) return each.name;
         return "";
     }
@@ -52,23 +52,23 @@ struct SettingsWindowTest : testing::Test {
         for (int i = 0; i < 40 && focused() != name; ++i) key(Qt::Key_Tab);
         ASSERT_EQ(focused(), name);
     }
-    bool stored(const char* toggle) const { return told(toggle).state.checked; }
+    bool stored(const char* toggle) const { return accessible(toggle).state.checked; }
     const std::vector<std::string>& excluded() const { return world.world.settings.excludedApps(); }
 };
 
 TEST_F(SettingsWindowTest, TheSectionsStandInTheirOrder) {
     show();
     std::vector<std::string> headings;
-    for (const auto& each : toldOf(*view))
+    for (const auto& each : accessibleItemsOf(*view))
         if (each.role == QAccessible::Heading) headings.push_back(each.name);
     EXPECT_THAT(headings,
                 ElementsAre("Startup", "Behavior", "Interface Style", "Cursor Size", "Exclusions", "Reset"));
 }
 
-TEST_F(SettingsWindowTest, EachToggleTellsItsTitleItsExplanationAndItsState) {
+TEST_F(SettingsWindowTest, EachToggleReportsItsTitleItsExplanationAndItsState) {
     show();
     std::vector<std::string> seen;
-    for (const auto& each : toldOf(*view))
+    for (const auto& each : accessibleItemsOf(*view))
         if (each.role == QAccessible::CheckBox)
             seen.push_back(each.name + " | " + each.description + (each.state.checked ? " | on" : " | off"));
     EXPECT_THAT(
@@ -105,7 +105,7 @@ TEST_F(SettingsWindowTest, SpaceAndReturnFlipTheToggleThatHasTheKeyboard) {
 
 TEST_F(SettingsWindowTest, AnAssistiveProgramCanFlipAToggle) {
     show();
-    auto* const actions = told("Total Glass Mode").interface->actionInterface();
+    auto* const actions = accessible("Total Glass Mode").interface->actionInterface();
     ASSERT_NE(actions, nullptr);
     actions->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_FALSE(world.world.settings.glassMode());
@@ -135,8 +135,8 @@ TEST_F(SettingsWindowTest, ASizeIsStoredAndAnnouncedTwiceAndTheChosenOneNotAtAll
     press("125%");
     EXPECT_EQ(world.world.settings.cursorScale(), 1.25);
     EXPECT_THAT(announced, ElementsAre(1.25, 1.25));
-    EXPECT_TRUE(told("125%", QAccessible::RadioButton).state.checked);
-    EXPECT_FALSE(told("100%", QAccessible::RadioButton).state.checked);
+    EXPECT_TRUE(accessible("125%", QAccessible::RadioButton).state.checked);
+    EXPECT_FALSE(accessible("100%", QAccessible::RadioButton).state.checked);
     press("125%");
     EXPECT_THAT(announced, ElementsAre(1.25, 1.25));
 }
@@ -162,14 +162,14 @@ TEST_F(SettingsWindowTest, ASizeOutsideOfTheFourSelectsNone) {
     show();
     world.world.store.set(CursorSettings::scaleKey, 1.15);
     for (const char* size : {"75%", "100%", "125%", "150%"})
-        EXPECT_FALSE(told(size, QAccessible::RadioButton).state.checked) << size;
+        EXPECT_FALSE(accessible(size, QAccessible::RadioButton).state.checked) << size;
     tabTo("75%");
 }
 
 TEST_F(SettingsWindowTest, TheSliderMovesInItsStepsAndFollowsTheSetting) {
     world.world.settings.setGlassOpacity(0.85);
     show();
-    auto slider = told("Glass Opacity", QAccessible::Slider);
+    auto slider = accessible("Glass Opacity", QAccessible::Slider);
     ASSERT_NE(slider.interface, nullptr);
     EXPECT_NEAR(slider.interface->valueInterface()->currentValue().toDouble(), 0.85, 1e-9);
     tabTo("Glass Opacity");
@@ -186,7 +186,10 @@ TEST_F(SettingsWindowTest, WithoutTheGlassLookTheSliderRests) {
     world.world.settings.setGlassMode(false);
     show();
     const auto enabled = [this] {
-        return told("Glass Opacity", QAccessible::Slider).interface->object()->property("enabled").toBool();
+        return accessible("Glass Opacity", QAccessible::Slider)
+            .interface->object()
+            ->property("enabled")
+            .toBool();
     };
     EXPECT_FALSE(enabled());
     press("Total Glass Mode");
@@ -195,15 +198,15 @@ TEST_F(SettingsWindowTest, WithoutTheGlassLookTheSliderRests) {
 
 TEST_F(SettingsWindowTest, ANameIsTypedAndAddedWithoutItsBlanks) {
     show({480, 1200});
-    EXPECT_NE(told("No exclusions added").interface, nullptr);
+    EXPECT_NE(accessible("No exclusions added").interface, nullptr);
     press("Add app to exclusion list");
     EXPECT_EQ(focused(), "App name (e.g., Safari)");
     type("  Safari ");
     key(Qt::Key_Return);
     EXPECT_THAT(excluded(), ElementsAre("Safari"));
     EXPECT_FALSE(world.settings.showAddAppField());
-    EXPECT_EQ(told("No exclusions added").interface, nullptr);
-    EXPECT_NE(told("Safari", QAccessible::ListItem).interface, nullptr);
+    EXPECT_EQ(accessible("No exclusions added").interface, nullptr);
+    EXPECT_NE(accessible("Safari", QAccessible::ListItem).interface, nullptr);
     EXPECT_EQ(focused(), "Add app to exclusion list");
 }
 
@@ -228,7 +231,7 @@ TEST_F(SettingsWindowTest, CancelAndEscapeCloseTheFieldAndForgetItsText) {
             press("Cancel");
         EXPECT_FALSE(world.settings.showAddAppField());
         EXPECT_EQ(world.settings.newAppName(), "");
-        EXPECT_EQ(told("Cancel").interface, nullptr);
+        EXPECT_EQ(accessible("Cancel").interface, nullptr);
     }
     EXPECT_TRUE(view->isVisible());
 }
@@ -259,7 +262,7 @@ TEST_F(SettingsWindowTest, TabKeepsTheTitleOfTheSectionInSight) {
         for (int i = 0; i < 20 && focused() != control; ++i)
             QTest::keyClick(view, Qt::Key_Tab, Qt::ShiftModifier);
         ASSERT_EQ(focused(), control);
-        const auto place = told(title, QAccessible::Heading).place;
+        const auto place = accessible(title, QAccessible::Heading).place;
         EXPECT_TRUE(QRect(QPoint(), view->size()).contains(place)) << title;
     }
 }
@@ -271,14 +274,17 @@ TEST_F(SettingsWindowTest, WithoutACompositorTheGlassLookSaysWhatItNeeds) {
     sharedLook().setLook(look);
     show({480, 1200});
     const char* const note = "The glass look needs a compositor, and none is running";
-    EXPECT_NE(told(note).interface, nullptr);
+    EXPECT_NE(accessible(note).interface, nullptr);
     const auto canBeMoved = [&] {
-        return told("Glass Opacity", QAccessible::Slider).interface->object()->property("enabled").toBool();
+        return accessible("Glass Opacity", QAccessible::Slider)
+            .interface->object()
+            ->property("enabled")
+            .toBool();
     };
     EXPECT_FALSE(canBeMoved());
     look.blendsWindows = true;
     sharedLook().setLook(look);
-    EXPECT_EQ(told(note).interface, nullptr);
+    EXPECT_EQ(accessible(note).interface, nullptr);
     EXPECT_TRUE(canBeMoved());
 }
 
@@ -288,7 +294,7 @@ TEST_F(SettingsWindowTest, AnOpenFieldStaysOpenWhileTheWindowIsHidden) {
     type("Saf");
     view->hide();
     WindowWorld::reveal(*view);
-    EXPECT_NE(told("Cancel").interface, nullptr);
+    EXPECT_NE(accessible("Cancel").interface, nullptr);
     EXPECT_EQ(world.settings.newAppName(), "Saf");
 }
 
@@ -333,7 +339,7 @@ TEST_F(SettingsWindowTest, TabReachesEveryControlAndBringsItIntoSight) {
         key(Qt::Key_Tab);
         const auto name = focused();
         way.push_back(name);
-        const auto place = told(name).place;
+        const auto place = accessible(name).place;
         EXPECT_GE(place.top(), 0) << name;
         EXPECT_LE(place.bottom(), 300) << name;
     }
@@ -346,7 +352,7 @@ TEST_F(SettingsWindowTest, TabReachesEveryControlAndBringsItIntoSight) {
 
 TEST_F(SettingsWindowTest, TheWheelScrollsWhatDoesNotFit) {
     show({480, 300});
-    const auto before = told("Reset Application").place.top();
+    const auto before = accessible("Reset Application").place.top();
     ASSERT_GT(before, 300);
     for (int i = 0; i < 30; ++i) {
         QWheelEvent wheel({240, 150}, view->mapToGlobal(QPointF(240, 150)), {}, {0, -120}, Qt::NoButton, {},
@@ -355,7 +361,7 @@ TEST_F(SettingsWindowTest, TheWheelScrollsWhatDoesNotFit) {
         QCoreApplication::sendEvent(view, &wheel);
         WindowWorld::until([] { return false; }, 20);
     }
-    EXPECT_TRUE(WindowWorld::until([&] { return told("Reset Application").place.bottom() < 300; }));
+    EXPECT_TRUE(WindowWorld::until([&] { return accessible("Reset Application").place.bottom() < 300; }));
 }
 
 struct LargeText : SettingsWindowTest {
@@ -392,8 +398,8 @@ struct RightToLeft : SettingsWindowTest {
 TEST_F(RightToLeft, EverythingIsMirroredAndArrowsGoWithTheEye) {
     show();
     expectTextsInside(*view->rootObject(), 480);
-    EXPECT_GT(told("75%", QAccessible::RadioButton).place.left(),
-              told("150%", QAccessible::RadioButton).place.left());
+    EXPECT_GT(accessible("75%", QAccessible::RadioButton).place.left(),
+              accessible("150%", QAccessible::RadioButton).place.left());
     tabTo("100%");
     key(Qt::Key_Left);
     EXPECT_EQ(world.world.settings.cursorScale(), 1.25);

@@ -48,9 +48,9 @@ TEST_F(ShellViewsTest, HoweverOftenThePopoverIsShownItsModelIsMadeOnceAndTheView
     EXPECT_EQ(world.log.count("[POPOVER] ON APPEAR CALLED!!!"), 2u);
 
     const auto* view = qobject_cast<QQuickView*>(views->popover());
-    const QSignalSpy told(view->rootObject()->property("popover").value<QObject*>(), SIGNAL(changed()));
+    const QSignalSpy changes(view->rootObject()->property("popover").value<QObject*>(), SIGNAL(changed()));
     model->select(CursorHandedness::leftHanded);
-    EXPECT_GT(told.count(), 0);
+    EXPECT_GT(changes.count(), 0);
 }
 
 TEST_F(ShellViewsTest, ThePopoversWindowHasAnAlphaChannelBeforeThereIsACompositor) {

@@ -113,8 +113,8 @@ struct WindowWorld {
     std::unique_ptr<QWindow> window;
 };
 
-/// What assistive programs are told of a window, from the top.
-struct Told {
+/// What assistive programs read of a window, from the top.
+struct AccessibleItem {
     QAccessible::Role role = QAccessible::NoRole;
     std::string name;
     std::string description;
@@ -124,24 +124,25 @@ struct Told {
     QAccessibleInterface* interface = nullptr;
 };
 
-inline void collectTold(QAccessibleInterface* interface, QPoint origin, std::vector<Told>& told) {
+inline void collectAccessible(QAccessibleInterface* interface, QPoint origin,
+                              std::vector<AccessibleItem>& items) {
     if (!interface || interface->state().invisible) return;
-    told.push_back({interface->role(), interface->text(QAccessible::Name).toStdString(),
-                    interface->text(QAccessible::Description).toStdString(), interface->state(),
-                    interface->rect().translated(-origin), interface});
-    for (int i = 0; i < interface->childCount(); ++i) collectTold(interface->child(i), origin, told);
+    items.push_back({interface->role(), interface->text(QAccessible::Name).toStdString(),
+                     interface->text(QAccessible::Description).toStdString(), interface->state(),
+                     interface->rect().translated(-origin), interface});
+    for (int i = 0; i < interface->childCount(); ++i) collectAccessible(interface->child(i), origin, items);
 }
 
-inline std::vector<Told> toldOf(QQuickView& view) {
-    std::vector<Told> told;
-    collectTold(QAccessible::queryAccessibleInterface(&view), view.position(), told);
-    return told;
+inline std::vector<AccessibleItem> accessibleItemsOf(QQuickView& view) {
+    std::vector<AccessibleItem> items;
+    collectAccessible(QAccessible::queryAccessibleInterface(&view), view.position(), items);
+    return items;
 }
 
 /// The first one of that name; its interface is null when there is none.
-inline Told toldNamed(QQuickView& view, const std::string& name,
-                      QAccessible::Role role = QAccessible::NoRole) {
-    for (const auto& each : toldOf(view))
+inline AccessibleItem accessibleNamed(QQuickView& view, const std::string& name,
+                                      QAccessible::Role role = QAccessible::NoRole) {
+    for (const auto& each : accessibleItemsOf(view))
         if (each.name == name && (role == QAccessible::NoRole || each.role == role)) return each;
     return {};
 }

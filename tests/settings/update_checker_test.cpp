@@ -267,13 +267,13 @@ TEST_F(UpdateCheckerTest, OfTwoOverlappingChecksTheOneThatEndsLastDecides) {
     EXPECT_FALSE(checker->available());
 }
 
-TEST_F(UpdateCheckerTest, ObserversHearOfEverySuccessfulCheckAndOfNoOther) {
-    int heard = 0;
-    const auto observer = checker->changed.observe([&] { ++heard; });
+TEST_F(UpdateCheckerTest, ObserversAreNotifiedOfEverySuccessfulCheckAndOfNoOther) {
+    int calls = 0;
+    const auto observer = checker->changed.observe([&] { ++calls; });
     checkWith(200, kDocument);
     checkWith(404, "");
     checkWith(200, kDocument);
-    EXPECT_EQ(heard, 2);
+    EXPECT_EQ(calls, 2);
 }
 
 TEST_F(UpdateCheckerTest, NothingComesBackAfterItsEnd) {

@@ -1,5 +1,5 @@
-// Whether another process is ready for a signal. A program that is told to read its settings again before it
-// has said what the signal means to it ends instead.
+// Whether another process is ready for a signal. A program that is signalled to read its settings again
+// before it has installed its handler ends instead.
 #pragma once
 
 #include <signal.h>

@@ -25,9 +25,9 @@ struct XCursorChunk {
     std::uint32_t colour = 0xFF102030;
     /// The pixels as written, whatever width and height say; empty means width × height of `colour`.
     std::vector<std::uint32_t> pixels = {};
-    /// Position told by the table of contents instead of the true one.
+    /// Position given by the table of contents instead of the true one.
     std::optional<std::uint32_t> position = std::nullopt;
-    /// Type told by the table of contents; the default is an image.
+    /// Type given by the table of contents; the default is an image.
     std::uint32_t type = 0xFFFD0002;
     /// False leaves the pixels out although the header announces them.
     bool writePixels = true;

@@ -304,15 +304,15 @@ TEST_F(DownloadTest, ARowThatIsNoMoreIsDroppedSilently) {
 
 TEST_F(DownloadTest, TheRecordOfItsAnimationIsDroppedBeforeTheNextDetection) {
     world.store.set(animatedThemesKey, PropertyDictionary{{"banana", true}, {"fuchsia", true}});
-    bool told = false;
+    bool notified = false;
     const auto observer = world.downloads->downloaded.observe([&] {
-        told = true;
+        notified = true;
         EXPECT_EQ(animationAnswers(world.store), (AnimationAnswers{{"fuchsia", true}}));
         EXPECT_TRUE(world.row("banana").isDownloaded);
     });
     begin();
     succeed();
-    EXPECT_TRUE(told);
+    EXPECT_TRUE(notified);
 }
 
 TEST_F(DownloadTest, TheOneWhoIsGoneIsMissedByItsTask) {
@@ -364,7 +364,7 @@ TEST_F(DownloadTest, AResetInTheMiddleLeavesAWholeThemeOrNoneAndNoScratch) {
     }
 }
 
-TEST_F(DownloadTest, AResetByWhoeverHearsThatTheThemeIsThereEndsTheDownloadThere) {
+TEST_F(DownloadTest, AResetByAnObserverOfTheDownloadEndsTheDownloadThere) {
     const auto observer = world.downloads->downloaded.observe([this] { world.work.endAll(); });
     begin();
     succeed();

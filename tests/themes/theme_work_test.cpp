@@ -60,14 +60,14 @@ TEST_F(ThemeWorkTest, WorkThatGivesItsTurnBackAtOnceLetsTheNextBegin) {
     EXPECT_THAT(begun, ElementsAre("0", "1", "2"));
 }
 
-TEST_F(ThemeWorkTest, TheEndOfAllWorkDropsWhatWaitsAndTellsOnce) {
-    int told = 0;
-    const auto observer = work.ended.observe([&] { ++told; });
+TEST_F(ThemeWorkTest, TheEndOfAllWorkDropsWhatWaitsAndNotifiesOnce) {
+    int calls = 0;
+    const auto observer = work.ended.observe([&] { ++calls; });
     begin("banana", "a");
     begin("banana", "b");
     const auto permit = work.permit();
     work.endAll();
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(calls, 1);
     EXPECT_FALSE(permit->use([] { ADD_FAILURE() << "it was withdrawn"; }));
     turns.clear();
     EXPECT_THAT(begun, ElementsAre("a"));

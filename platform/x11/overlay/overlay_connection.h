@@ -21,18 +21,19 @@ class OverlayConnection {
     x11::XConnection& x() { return *connection_; }
     xcb_connection_t* get() const { return connection_->get(); }
     bool isBroken() const { return connection_->isBroken(); }
-    /// Opens a new connection instead of a broken one; observers of reopened() then make anew what they had
-    /// on the server. Not twice: whoever ends it a second time would do so for ever. False when there is
-    /// none.
+    /// Opens a new connection instead of a broken one; observers of reopened() then create their objects on
+    /// the server again. Only once: a connection that is lost twice would be lost again and again. False when
+    /// there is none.
     bool reopen();
 
-    /// Takes in what the server has sent; costs no round trip. Called when the descriptor is readable and
-    /// before what changes with the pointer is answered.
+    /// Handles the events that have arrived; costs no round trip. Called when the descriptor is readable and
+    /// before a question about the pointer is answered.
     void drain();
-    /// Somebody follows the pointer. Motion, restacking and cursor changes are reported from the first call
-    /// until none has come for two seconds, so that a program at rest is not woken by the mouse.
+    /// Called by whoever follows the pointer. Motion, restacking and cursor changes are reported from the
+    /// first call until no further call has come for two seconds, so that the mouse does not wake a program
+    /// at rest.
     void follow();
-    /// Whether reports of motion come. Who follows drains anyway and has no need to be woken by each.
+    /// Whether motion is reported. A caller that follows drains anyway, so a report need not wake it.
     bool isFollowed() const { return following_; }
     /// Sends what was asked so far.
     void flush() { xcb_flush(get()); }
@@ -58,7 +59,7 @@ class OverlayConnection {
     bool isOwn(xcb_window_t window) const;
 
     Signal<>& compositorChanged() { return compositorChanged_; }
-    /// Nothing that was made on the server is there any more, and no pointer is hidden.
+    /// Everything made on the server is gone, and no pointer is hidden.
     Signal<>& reopened() { return reopened_; }
 
   private:

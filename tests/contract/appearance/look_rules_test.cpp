@@ -33,14 +33,14 @@ TEST(LookRules, ASchemeWithoutPreferenceLeavesTheChoiceToTheThemesName) {
     EXPECT_TRUE(lookOf({.colorScheme = 7}, {.dark = true}).dark);
 }
 
-TEST(LookRules, AnyoneWhoAsksForLessMotionIsHeard) {
+TEST(LookRules, ARequestForLessMotionFromAnySourceCounts) {
     EXPECT_TRUE(lookOf({.reducedMotion = 1}).reducedMotion);
     EXPECT_TRUE(lookOf({.animations = false}).reducedMotion);
     EXPECT_TRUE(lookOf({.reducedMotion = 0, .animations = true}, {.animations = false}).reducedMotion);
     EXPECT_FALSE(lookOf({.reducedMotion = 0, .animations = true}, {.animations = true}).reducedMotion);
 }
 
-TEST(LookRules, AnyoneWhoAsksForContrastIsHeard) {
+TEST(LookRules, ARequestForContrastFromAnySourceCounts) {
     EXPECT_TRUE(lookOf({.contrast = 1}).highContrast);
     EXPECT_TRUE(lookOf({.highContrast = true}).highContrast);
     EXPECT_TRUE(lookOf({}, {.highContrast = true}).highContrast);

@@ -1,5 +1,5 @@
-// The look as real programs tell it: a settings manager and a compositor on a private X server, and a mock of
-// the desktop portal on a private bus.
+// The look as real programs report it: a settings manager and a compositor on a private X server, and a mock
+// of the desktop portal on a private bus.
 #include "platform/x11/desktop/x11_appearance.h"
 
 #include <gtest/gtest.h>
@@ -54,7 +54,7 @@ class Portal {
         answer_ = "ret = " + QString::fromStdString(settings);
         if (!there || !answerWith(answer_)) throw std::runtime_error("no mock of the portal");
     }
-    /// Both who hears of it and who asks from now on gets the new value.
+    /// Observers and later callers both get the new value.
     bool change(const char* group, const char* key, const QVariant& value) {
         const auto text = value.metaType() == QMetaType::fromType<quint32>()
                               ? QStringLiteral("dbus.UInt32(%1)").arg(value.toUInt())
@@ -110,7 +110,7 @@ struct X11AppearanceTest : testing::Test {
     }
 };
 
-TEST_F(X11AppearanceTest, ADesktopThatTellsNothingHasTheDefaultLook) {
+TEST_F(X11AppearanceTest, ADesktopThatReportsNothingHasTheDefaultLook) {
     listen();
     EXPECT_EQ(appearance->look(), DesktopLook());
     int turns = 0;
@@ -120,7 +120,7 @@ TEST_F(X11AppearanceTest, ADesktopThatTellsNothingHasTheDefaultLook) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST_F(X11AppearanceTest, WithoutAServerTheLookIsTheDefaultOneAndThePortalIsHeard) {
+TEST_F(X11AppearanceTest, WithoutAServerTheLookIsTheDefaultOneAndThePortalIsFollowed) {
     const Portal portal("{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1)}}");
     appearance = makeX11Appearance({":9987", *world.queue, [this](int descriptor, auto readable) {
                                         return watchReadable(*world.queue, descriptor, std::move(readable));
@@ -136,7 +136,7 @@ TEST_F(X11AppearanceTest, ASettingsManagerThatIsThereFirstIsAsked) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(X11AppearanceTest, ASettingsManagerThatComesLaterIsHeardAndSoIsEachThemeThatTheUserChooses) {
+TEST_F(X11AppearanceTest, ASettingsManagerThatComesLaterIsFollowedAndSoIsEachThemeThatTheUserChooses) {
     listen();
     const auto manager = settingsManager("Net/ThemeName \"Adwaita\"\nGtk/EnableAnimations 0\n");
     ASSERT_TRUE(until([](const auto& look) { return look.reducedMotion; }));
@@ -159,7 +159,7 @@ TEST_F(X11AppearanceTest, ASettingsManagerThatEndsTakesItsLookAlong) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(X11AppearanceTest, ACompositorThatComesAndGoesIsHeard) {
+TEST_F(X11AppearanceTest, ACompositorThatComesAndGoesIsNoticed) {
     listen();
     auto compositor = onScreen({"picom", "--config", "/dev/null", "--backend", "xrender"});
     ASSERT_TRUE(until([](const auto& look) { return look.blendsWindows; }));
@@ -179,7 +179,7 @@ TEST_F(X11AppearanceTest, ThePortalsAnswerCountsAndGoesBeforeTheSettingsManagers
     }));
 }
 
-TEST_F(X11AppearanceTest, AChangeOfThePortalsSettingsIsHeard) {
+TEST_F(X11AppearanceTest, AChangeOfThePortalsSettingsIsReported) {
     Portal portal("{'org.freedesktop.appearance': {'color-scheme': dbus.UInt32(1)}}");
     listen();
     ASSERT_TRUE(until([](const auto& look) { return look.dark; }));
@@ -227,7 +227,7 @@ TEST_F(X11AppearanceTest, AServerThatCrashesLeavesTheLookAsItWas) {
     EXPECT_TRUE(appearance->look().dark);
 }
 
-TEST_F(X11AppearanceTest, AfterItsEndNothingIsTold) {
+TEST_F(X11AppearanceTest, AfterItsEndNothingIsReported) {
     listen();
     appearance.reset();
     const auto compositor = onScreen({"picom", "--config", "/dev/null", "--backend", "xrender"});
@@ -237,7 +237,7 @@ TEST_F(X11AppearanceTest, AfterItsEndNothingIsTold) {
     EXPECT_EQ(changes, 0);
 }
 
-TEST(FakeAppearance, TellsEachChangeOnceAndOnlyChanges) {
+TEST(FakeAppearance, ReportsEachChangeOnceAndOnlyChanges) {
     FakeAppearance appearance;
     int changes = 0;
     auto observer = appearance.observe([&] { ++changes; });

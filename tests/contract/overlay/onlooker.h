@@ -53,7 +53,7 @@ class Onlooker {
     Onlooker& operator=(const Onlooker&) = delete;
 
     enum class Kind { overrideRedirect, managed };
-    /// A window of one colour, mapped on top. It hears clicks.
+    /// A window of one colour, mapped on top. It receives clicks.
     Id window(Place place, std::uint32_t rgb, const std::string& windowClass = "",
               Kind kind = Kind::overrideRedirect);
     void hide(Id window);

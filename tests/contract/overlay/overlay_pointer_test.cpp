@@ -76,7 +76,7 @@ TEST_F(OverlayPointerTest, ShowingMoreOftenThanWasHiddenNeverGoesBelowZero) {
     EXPECT_TRUE(nothingIsDrawn());
 }
 
-TEST_F(OverlayPointerTest, TheServerHearsOnlyOfAChangeBetweenHiddenAndShownAndOnlyAtTheEndOfTheTurn) {
+TEST_F(OverlayPointerTest, TheServerIsSentOnlyAChangeBetweenHiddenAndShownAndOnlyAtTheEndOfTheTurn) {
     requests();
     pointer.hide(1);
     pointer.hide(1);
@@ -209,7 +209,7 @@ TEST_F(OverlayPointerTest, WithThePointerAtRestElevenOfTwelveTicksAskTheServerNo
     EXPECT_GT(busy, 0) << "a pointer moved by a program would never be seen";
 }
 
-TEST_F(OverlayPointerTest, AProgramThatFollowsNoPointerIsNotToldOfMotion) {
+TEST_F(OverlayPointerTest, AProgramThatFollowsNoPointerIsNotNotifiedOfMotion) {
     overlay::X11Displays displays(*connection);
     displays.mouseLocation();
     const auto motions = connection->motions();

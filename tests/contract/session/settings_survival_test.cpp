@@ -67,7 +67,7 @@ class Writer {
         pid_ = -1;
         return status;
     }
-    /// Takes in what the writer told. False at the end of it.
+    /// Takes in what the writer reported. False at the end of it.
     bool readSome() {
         std::array<char, 65536> bytes{};
         const auto count = ::read(output_, bytes.data(), bytes.size());

@@ -1,5 +1,5 @@
-// Changes a preference file at random until it is killed or has made enough changes, and tells each change on
-// standard output before and after.
+// Changes a preference file at random until it is killed or has made enough changes, and reports each change
+// on standard output before and after.
 //
 //   survival_writer FILE PREFIX SEED FIRST COUNT
 #include <unistd.h>
@@ -17,7 +17,7 @@
 
 namespace {
 
-void tell(const std::string& line) {
+void report(const std::string& line) {
     if (::write(STDOUT_FILENO, line.data(), line.size()) != static_cast<ssize_t>(line.size())) ::_exit(4);
 }
 
@@ -39,12 +39,12 @@ int main(int argc, char** argv) {
         const std::string key = prefix + std::to_string(random() % 20);
         const int kind = static_cast<int>(random() % pintle::survival::kKinds);
         const std::string change = key + " " + std::to_string(kind) + " " + std::to_string(number) + "\n";
-        tell("> " + change);
+        report("> " + change);
         if (kind == 0)
             store->remove(key);
         else
             store->set(key, pintle::survival::valueOf(kind, number));
-        tell("< " + change);
+        report("< " + change);
         // Brings the file to the disk from time to time.
         scheduler.advance(std::chrono::milliseconds(2));
     }

@@ -136,7 +136,7 @@ TEST_F(UpdateCheckTest, ASlowDripIsNoDocument) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(19));
 }
 
-TEST_F(UpdateCheckTest, TheUserHearsOfANewVersionAlsoAfterTheServerIsGone) {
+TEST_F(UpdateCheckTest, TheUserIsNotifiedOfANewVersionAlsoAfterTheServerIsGone) {
     const auto checker = checkerFor("good");
     checker->checkInteractively();
     ASSERT_TRUE(LoopWorld::until([&] { return alerts.size() == 1; }));
@@ -146,7 +146,7 @@ TEST_F(UpdateCheckTest, TheUserHearsOfANewVersionAlsoAfterTheServerIsGone) {
     EXPECT_THAT(alerts, ElementsAre("Pintle 1.2.0 is available", "Pintle 1.2.0 is available"));
 }
 
-TEST_F(UpdateCheckTest, WithoutAServerTheUserHearsThatItCouldNotBeChecked) {
+TEST_F(UpdateCheckTest, WithoutAServerTheUserLearnsThatTheCheckFailed) {
     const auto checker = checkerFor("good");
     server.end();
     checker->checkInteractively();

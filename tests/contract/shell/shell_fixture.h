@@ -49,8 +49,8 @@ class TestViews : public ShellViews {
     PopoverShape popoverShape() const override { return {{24, 24, 24, 24}, 12}; }
     bool isGlass() const override { return glass; }
     void setPopoverShadow(const QMargins& room) override { shadow = room; }
-    void popoverWillShow(bool animates) override { told.push_back(animates ? "will animate" : "will show"); }
-    void popoverDidHide() override { told.emplace_back("hidden"); }
+    void popoverWillShow(bool animates) override { calls.push_back(animates ? "will animate" : "will show"); }
+    void popoverDidHide() override { calls.emplace_back("hidden"); }
     QWindow* window(WindowContent content) override {
         auto& view = windowViews[content];
         if (!view) view = std::make_unique<PlainWindow>();
@@ -67,7 +67,7 @@ class TestViews : public ShellViews {
     std::optional<bool> isComposited;
     QMargins shadow;
     bool glass = false;
-    std::vector<std::string> told;
+    std::vector<std::string> calls;
     std::vector<std::string> alerts;
     std::function<void(int)> chosen;
     std::unique_ptr<PlainWindow> popoverView;
@@ -123,19 +123,19 @@ class ShellTest : public testing::Test, protected LoopWorld {
                                 << background << " 100\npanel_background_id = 1\nwm_menu = 0\n";
         panel = std::make_unique<QuietChild>(std::vector<std::string>{"tint2", "-c", settings.string()});
     }
-    /// An item with everything that is told noted in `told`.
+    /// An item whose callbacks are recorded in `events`.
     void makeItem() {
         item = bar->makeStatusItem(kSquareStatusItemLength);
         item->setImage({"cursorarrow.motionlines", "Pintle", true});
         item->setAction([this](const std::optional<StatusItemEvent>& event) {
             clicks.push_back(event);
-            told.emplace_back("click");
+            events.emplace_back("click");
         });
-        item->setActivation([this] { told.emplace_back("activation"); });
+        item->setActivation([this] { events.emplace_back("activation"); });
         presses = monitors->addGlobalMonitor(kLeftMouseDownMask | kRightMouseDownMask,
                                              [this](const GlobalMouseDown& press) {
                                                  pressed.push_back(press);
-                                                 told.emplace_back("press");
+                                                 events.emplace_back("press");
                                              });
     }
     /// Waits until the icon is drawn at its place: the panel takes its window in first, and then moves it
@@ -174,7 +174,7 @@ class ShellTest : public testing::Test, protected LoopWorld {
     Subscription presses;
     std::vector<std::optional<StatusItemEvent>> clicks;
     std::vector<GlobalMouseDown> pressed;
-    std::vector<std::string> told;
+    std::vector<std::string> events;
 };
 
 }  // namespace pintle

@@ -56,7 +56,7 @@ TEST_F(PopoverWindow, IsMadeWhenItIsFirstShown) {
     EXPECT_FALSE(views.popoverView);
     EXPECT_FALSE(popover->isShown());
     popover->close();
-    EXPECT_THAT(views.told, IsEmpty());
+    EXPECT_THAT(views.calls, IsEmpty());
 }
 
 TEST_F(PopoverWindow, StandsOnItsFrameInFrontOfEverythingWithTheKeyboard) {
@@ -173,12 +173,12 @@ TEST_F(PopoverWindow, ClosesByItsOwnEscapeAndComesBack) {
     ASSERT_TRUE(until([this] { return QGuiApplication::focusWindow() == views.popoverView.get(); }));
     mouse("key Escape");
     ASSERT_TRUE(until([this] { return !popover->isShown(); }));
-    EXPECT_THAT(views.told, ElementsAre("will animate", "hidden"));
+    EXPECT_THAT(views.calls, ElementsAre("will animate", "hidden"));
     popover->show(*item, kPanelFrame);
     EXPECT_TRUE(popover->isShown());
     popover->close();
     EXPECT_FALSE(popover->isShown());
-    EXPECT_THAT(views.told, ElementsAre("will animate", "hidden", "will animate", "hidden"));
+    EXPECT_THAT(views.calls, ElementsAre("will animate", "hidden", "will animate", "hidden"));
 }
 
 WindowSpec aboutSpec() {

@@ -61,7 +61,7 @@ TEST_F(ShellTest, AClickOnTheIconComesAfterItsOwnPressAndCarriesItsNumber) {
     EXPECT_EQ(clicks[0], (StatusItemEvent{StatusItemEventType::leftMouseUp, 1}));
     EXPECT_EQ(clicks[1], (StatusItemEvent{StatusItemEventType::rightMouseUp, 2}));
     EXPECT_EQ(clicks[2], (StatusItemEvent{StatusItemEventType::other, 3}));
-    EXPECT_THAT(told, ElementsAre("press", "click", "press", "click", "click"));
+    EXPECT_THAT(events, ElementsAre("press", "click", "press", "click", "click"));
     ASSERT_EQ(pressed.size(), 2u);
     EXPECT_EQ(pressed[1].button, GlobalMouseDown::Button::right);
     EXPECT_EQ(pressed[1].press, 2u);

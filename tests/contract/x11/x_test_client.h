@@ -1,5 +1,5 @@
 // A program like any other on the test's display, written against the old X library and independent of the
-// backend: it has windows with cursors of a theme, moves the pointer and tells which cursor is shown.
+// backend: it has windows with cursors of a theme, moves the pointer and reports which cursor is shown.
 #pragma once
 
 #include <cstdint>

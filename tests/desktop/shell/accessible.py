@@ -154,7 +154,7 @@ class Accessibility:
                                       lambda _, sender, path, *rest: self.news.append((sender, path)))
 
     def menu(self):
-        """The menu that is open: an application does not count it among its windows, but tells where the keyboard
+        """The menu that is open: an application does not count it among its windows, but reports where the keyboard
         is. None while no entry has it."""
         context = GLib.MainContext.default()
         while context.iteration(False):

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The whole story of the application on a private desktop, told by clicks and keys: tray, popover, settings, about,
+"""The whole story of the application on a private desktop, driven by clicks and keys: tray, popover, settings, about,
 second copy, quitting. What it says of itself is read by accessibility, the pointer that it makes is judged by an
 independent client, and a picture of each step is kept. Ends with 1 when something is not as it must be.
 

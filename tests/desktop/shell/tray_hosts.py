@@ -1,5 +1,5 @@
 """The panels in whose trays the program must live: one that embeds an item's own window and one that draws items
-which tell of themselves over the message bus. Both stand on the private desktop with settings of the tour."""
+which register over the message bus. Both stand on the private desktop with settings of the tour."""
 import os
 
 import accessible
@@ -91,7 +91,7 @@ class Xfce4Panel:
                                           height=HEIGHT, dark=str(dark).lower()))
 
     def start(self):
-        # The panel tells where its buttons are by accessibility.
+        # The panel reports where its buttons are by accessibility.
         self.process = self.desktop.start(self.name, ["env", "--unset=NO_AT_BRIDGE", self.name, "--disable-wm-check"])
         self.desktop.wait_for(self.name, "has a tray", self.is_ready)
 

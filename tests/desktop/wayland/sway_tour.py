@@ -20,7 +20,7 @@ from report import Report
 from sway_session import SwaySession
 from theme import write_preferences
 
-#: Rows of the catalog; their files here are plain squares, which tell theme and size in every picture.
+#: Rows of the catalog; their files here are plain squares, which show theme and size in every picture.
 RED = "bibata-modern-ice"
 BLUE = "adwaita-cursors"
 COLOURS = {RED: (255, 0, 0), BLUE: (0, 0, 255), "Mine": (0, 255, 0)}

@@ -166,7 +166,7 @@ extern "C" {
 
 const CFRunLoopMode kCFRunLoopCommonModes = constantString("kCFRunLoopCommonModes");
 
-/// Whether this is the main thread, as the C library of the desktop tells.
+/// Whether this is the main thread, as the C library of the desktop reports it.
 int pthread_main_np() { return std::this_thread::get_id() == mainThread ? 1 : 0; }
 
 CFRunLoopRef CFRunLoopGetMain() { return (CFRunLoopRef)mainLoop().ref(); }

@@ -230,7 +230,7 @@ void CFNotificationCenterPostNotificationWithOptions(CFNotificationCenterRef cen
     objectAs<Center>(center, "CFNotificationCenterPostNotificationWithOptions");
     const std::string text = textOf(name);
     world().posts.push_back({text, object != nullptr, userInfo != nullptr, options});
-    // The process that posts hears itself.
+    // The process that posts receives its own message.
     postFromElsewhere(text);
 }
 

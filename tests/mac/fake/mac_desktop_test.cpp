@@ -175,20 +175,20 @@ TEST(MacWorkspace, EachEventComesFromItsCentreUnderItsNameUntilItsHandleEnds) {
         const bool distributed =
             event == WorkspaceEvent::screenIsLocked || event == WorkspaceEvent::screenIsUnlocked;
         const bool application = event == WorkspaceEvent::screenParametersDidChange;
-        std::vector<std::string> heard;
-        Subscription handle =
-            workspace->observe(event, [&](const WorkspaceNotification& what) { heard.push_back(what.name); });
+        std::vector<std::string> received;
+        Subscription handle = workspace->observe(
+            event, [&](const WorkspaceNotification& what) { received.push_back(what.name); });
         mac_fake::postFromElsewhere(name);
-        EXPECT_EQ(heard.size(), distributed ? 1U : 0U) << name;
+        EXPECT_EQ(received.size(), distributed ? 1U : 0U) << name;
         mac_fake::postNotification("application", name);
-        EXPECT_EQ(heard.size(), distributed || application ? 1U : 0U) << name;
+        EXPECT_EQ(received.size(), distributed || application ? 1U : 0U) << name;
         mac_fake::postNotification("workspace", name);
-        EXPECT_THAT(heard, ElementsAre(name));
+        EXPECT_THAT(received, ElementsAre(name));
         handle.end();
         mac_fake::postFromElsewhere(name);
         mac_fake::postNotification("application", name);
         mac_fake::postNotification("workspace", name);
-        EXPECT_EQ(heard.size(), 1U) << name;
+        EXPECT_EQ(received.size(), 1U) << name;
     }
     EXPECT_EQ(mac_fake::distributedObservers(), 0U);
     EXPECT_EQ(mac_fake::notificationObservers(), 0U);
@@ -204,15 +204,15 @@ TEST(MacWorkspace, APointerIsChangedByNobodyElseHere) {
 
 TEST(MacWorkspace, AnActivationCarriesItsApplication) {
     const auto workspace = makeMacWorkspace();
-    std::vector<WorkspaceNotification> heard;
+    std::vector<WorkspaceNotification> received;
     const Subscription handle =
         workspace->observe(WorkspaceEvent::didActivateApplication,
-                           [&](const WorkspaceNotification& what) { heard.push_back(what); });
+                           [&](const WorkspaceNotification& what) { received.push_back(what); });
     const std::string name = "NSWorkspaceDidActivateApplicationNotification";
     mac_fake::postNotification("workspace", name, RunningApplication{std::nullopt, 12});
     mac_fake::postNotification("workspace", name);
-    EXPECT_THAT(heard, ElementsAre(WorkspaceNotification{name, RunningApplication{std::nullopt, 12}},
-                                   WorkspaceNotification{name, std::nullopt}));
+    EXPECT_THAT(received, ElementsAre(WorkspaceNotification{name, RunningApplication{std::nullopt, 12}},
+                                      WorkspaceNotification{name, std::nullopt}));
 }
 
 TEST(MacWorkspace, AHandlerMayEndItsOwnSubscription) {
@@ -236,20 +236,20 @@ TEST(MacWorkspace, AHandlerMayEndItsOwnSubscription) {
     EXPECT_EQ(calls, 2);
 }
 
-TEST(MacWorkspace, ADisplayThatChangesIsToldWithItsFlags) {
+TEST(MacWorkspace, ADisplayThatChangesIsReportedWithItsFlags) {
     const auto workspace = makeMacWorkspace();
-    std::vector<std::pair<DisplayId, DisplayChangeFlags>> heard;
+    std::vector<std::pair<DisplayId, DisplayChangeFlags>> received;
     const auto note = [&](DisplayId display, DisplayChangeFlags flags) {
-        heard.emplace_back(display, flags);
+        received.emplace_back(display, flags);
     };
     Subscription first = workspace->observeDisplayReconfiguration(note);
     const Subscription second = workspace->observeDisplayReconfiguration(note);
     mac_fake::reconfigure(69, kDisplayBeginConfiguration);
-    EXPECT_THAT(heard, ElementsAre(Pair(69U, 1U), Pair(69U, 1U)));
+    EXPECT_THAT(received, ElementsAre(Pair(69U, 1U), Pair(69U, 1U)));
     first.end();
     mac_fake::reconfigure(69, 0x10);
-    EXPECT_EQ(heard.size(), 3U);
-    EXPECT_EQ(heard.back(), (std::pair<DisplayId, DisplayChangeFlags>{69, 0x10}));
+    EXPECT_EQ(received.size(), 3U);
+    EXPECT_EQ(received.back(), (std::pair<DisplayId, DisplayChangeFlags>{69, 0x10}));
 }
 
 TEST(MacWorkspace, ACallbackThatCannotBeRegisteredIsAnEmptyHandle) {
@@ -283,7 +283,7 @@ TEST_F(MacApplicationTest, EachRequestGoesToTheDesktop) {
                                                       "notify Title: Text", "terminate"));
 }
 
-TEST_F(MacApplicationTest, TheEndIsToldOnceWhicheverSideComesFirst) {
+TEST_F(MacApplicationTest, TheEndIsReportedOnceWhicheverSideComesFirst) {
     for (const bool nativeFirst : {true, false}) {
         int ends = 0;
         const auto application = make();

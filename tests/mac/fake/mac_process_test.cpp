@@ -136,29 +136,29 @@ TEST(MacInstanceBus, AMessageIsPostedWithoutObjectOrInformationForImmediateDeliv
                 ElementsAre(mac_fake::World::DistributedPost{"com.pintle.app.showPopover", false, false, 1}));
 }
 
-TEST(MacInstanceBus, AMessageIsHeardOnTheMainQueueAndNotInsideThePost) {
+TEST(MacInstanceBus, AMessageIsReceivedOnTheMainQueueAndNotInsideThePost) {
     const auto queue = makeMacMainQueue();
     const auto bus = makeMacInstanceBus("com.pintle.app", *queue);
-    int heard = 0;
-    const Subscription handle = bus->observe("com.pintle.app.showPopover", [&] { ++heard; });
+    int calls = 0;
+    const Subscription handle = bus->observe("com.pintle.app.showPopover", [&] { ++calls; });
     mac_fake::postFromElsewhere("com.pintle.app.showPopover");
     mac_fake::postFromElsewhere("com.pintle.app.other");
-    EXPECT_EQ(heard, 0);
-    EXPECT_TRUE(runUntil([&] { return heard > 0; }));
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(runUntil([&] { return calls > 0; }));
+    EXPECT_EQ(calls, 1);
 }
 
-TEST(MacInstanceBus, AnEndedObserverDoesNotEvenHearWhatIsOnItsWay) {
+TEST(MacInstanceBus, AnEndedObserverDoesNotEvenReceiveWhatIsOnItsWay) {
     const auto queue = makeMacMainQueue();
     const auto bus = makeMacInstanceBus("com.pintle.app", *queue);
-    int heard = 0;
-    Subscription handle = bus->observe("a", [&] { ++heard; });
+    int calls = 0;
+    Subscription handle = bus->observe("a", [&] { ++calls; });
     mac_fake::postFromElsewhere("a");
     handle.end();
     bool later = false;
     queue->post([&] { later = true; });
     ASSERT_TRUE(runUntil([&] { return later; }));
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
     EXPECT_EQ(mac_fake::distributedObservers(), 0U);
 }
 
@@ -304,24 +304,24 @@ TEST_F(MacAppearanceTest, TheLookIsKnownFromTheStart) {
     EXPECT_EQ(makeMacAppearance(*queue_)->look(), world().look);
 }
 
-TEST_F(MacAppearanceTest, AChangeIsHeardATurnAfterEitherSideTellsAndOnlyWhenSomethingIsDifferent) {
+TEST_F(MacAppearanceTest, AChangeIsReportedATurnAfterEitherSideAndOnlyWhenSomethingIsDifferent) {
     const auto appearance = makeMacAppearance(*queue_);
-    int heard = 0;
-    const Subscription observer = appearance->observe([&] { ++heard; });
+    int calls = 0;
+    const Subscription observer = appearance->observe([&] { ++calls; });
     mac_fake::changeEffectiveAppearance();
     endTurn();
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
     world().look.dark = true;
     mac_fake::changeEffectiveAppearance();
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
     EXPECT_FALSE(appearance->look().dark);
     endTurn();
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(calls, 1);
     EXPECT_TRUE(appearance->look().dark);
     world().look.reducedMotion = true;
     mac_fake::postNotification("workspace", "NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification");
     endTurn();
-    EXPECT_EQ(heard, 2);
+    EXPECT_EQ(calls, 2);
     EXPECT_TRUE(appearance->look().reducedMotion);
 }
 

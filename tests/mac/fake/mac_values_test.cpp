@@ -138,7 +138,7 @@ TEST(MacKeyValueStore, LivesInTheDomainOfTheUserForAnyHostAndNowhereElse) {
     EXPECT_TRUE(world().preferences.contains("com.pintle.app"));
 }
 
-TEST(MacKeyValueStore, EachWriteIsHandedToTheServiceBeforeAnybodyHearsOfIt) {
+TEST(MacKeyValueStore, EachWriteIsHandedToTheServiceBeforeAnyObserverIsNotified) {
     const auto store = makeMacKeyValueStore("d");
     int before = -1;
     const Subscription observer = store->observe("a", [&] { before = world().preferenceSynchronizations; });
@@ -165,12 +165,12 @@ TEST(MacKeyValueStore, AServiceThatDoesNotSynchronizeIsNoHarm) {
     EXPECT_EQ(store->object("a"), PropertyValue(1));
 }
 
-TEST(MacKeyValueStore, RemovingAnEmptyDomainTellsNobody) {
+TEST(MacKeyValueStore, RemovingAnEmptyDomainNotifiesNobody) {
     const auto store = makeMacKeyValueStore("d");
-    int heard = 0;
-    const Subscription observer = store->observe("a", [&] { ++heard; });
+    int calls = 0;
+    const Subscription observer = store->observe("a", [&] { ++calls; });
     store->removeDomain();
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(calls, 0);
 }
 
 TEST(MacKeyValueStore, TheLastStateIsHandedOverAtTheEnd) {

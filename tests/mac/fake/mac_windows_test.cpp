@@ -146,7 +146,7 @@ TEST_F(MacPopoverTest, AClosingThatEndsAfterThePopoverWasShownAgainLeavesItsView
     EXPECT_THAT(taken(), ElementsAre("0 did hide"));
 }
 
-TEST_F(MacPopoverTest, AClosingThatEndsAfterThePopoverIsGoneTellsNobody) {
+TEST_F(MacPopoverTest, AClosingThatEndsAfterThePopoverIsGoneNotifiesNobody) {
     auto popover = make();
     show(*popover);
     popover->close();

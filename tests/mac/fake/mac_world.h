@@ -108,7 +108,7 @@ struct World {
     // Accessibility.
     bool trusted = true;
     std::function<std::optional<std::string>(float x, float y)> roleAt;
-    /// The attribute is a number in place of a string.
+    /// The attribute is a number instead of a string.
     bool roleIsNumber = false;
     float messagingTimeout = 0;
 
@@ -191,7 +191,7 @@ std::size_t distributedObservers();
 void postNotification(const std::string& source, const std::string& name,
                       const std::optional<RunningApplication>& application = {});
 std::size_t notificationObservers();
-/// Light and dark change places, as AppKit tells.
+/// Light and dark change places, as AppKit reports it.
 void changeEffectiveAppearance();
 /// Calls every display callback.
 void reconfigure(CGDirectDisplayID display, CGDisplayChangeSummaryFlags flags);

@@ -46,8 +46,8 @@ class RecordingViews : public ShellViews {
 
 class NativeViewsTest : public testing::Test {
   protected:
-    RecordingViews skin;
-    std::unique_ptr<NativeViews> views = makeNativeViews(skin);
+    RecordingViews ui;
+    std::unique_ptr<NativeViews> views = makeNativeViews(ui);
 };
 
 using Calls = std::vector<std::string>;
@@ -61,18 +61,18 @@ TEST_F(NativeViewsTest, EachViewIsAskedForOnce) {
     EXPECT_EQ(views->window(WindowContent::about), about);
     EXPECT_NE(popover, settings);
     EXPECT_NE(settings, about);
-    EXPECT_EQ(skin.calls, (Calls{"composited", "natively hosted", "popover", "settings", "about"}));
+    EXPECT_EQ(ui.calls, (Calls{"composited", "natively hosted", "popover", "settings", "about"}));
 }
 
 TEST_F(NativeViewsTest, AViewThatCannotBeMadeIsNull) {
-    skin.canMake = false;
+    ui.canMake = false;
     EXPECT_EQ(views->popover(), nullptr);
     EXPECT_EQ(views->window(WindowContent::about), nullptr);
 }
 
 TEST_F(NativeViewsTest, ThePopoversMaterialIsThatOfTheMoment) {
     EXPECT_EQ(views->popoverMaterial(), 0);
-    skin.material = 0.85;
+    ui.material = 0.85;
     EXPECT_EQ(views->popoverMaterial(), 0.85);
 }
 
@@ -80,29 +80,29 @@ TEST_F(NativeViewsTest, EachWindowIsGivenItsOwnTitleStripAndThePopoverNone) {
     const NativeView popover = views->popover();
     const NativeView settings = views->window(WindowContent::settings);
     const NativeView about = views->window(WindowContent::about);
-    skin.calls.clear();
+    ui.calls.clear();
     views->setTitleStrip(settings, 28);
     views->setTitleStrip(about, 32);
     views->setTitleStrip(popover, 5);
-    EXPECT_EQ(skin.calls, (Calls{"settings strip 28", "about strip 32"}));
+    EXPECT_EQ(ui.calls, (Calls{"settings strip 28", "about strip 32"}));
 }
 
-TEST_F(NativeViewsTest, OnlyThePopoverHearsOfItsShowingAndHiding) {
+TEST_F(NativeViewsTest, OnlyThePopoverIsNotifiedOfItsShowingAndHiding) {
     const NativeView popover = views->popover();
     const NativeView settings = views->window(WindowContent::settings);
-    skin.calls.clear();
+    ui.calls.clear();
     views->willShow(popover, true);
-    EXPECT_FALSE(skin.popoverView.isVisible());
+    EXPECT_FALSE(ui.popoverView.isVisible());
     views->didShow(popover);
-    EXPECT_TRUE(skin.popoverView.isVisible());
+    EXPECT_TRUE(ui.popoverView.isVisible());
     views->didHide(popover);
-    EXPECT_FALSE(skin.popoverView.isVisible());
+    EXPECT_FALSE(ui.popoverView.isVisible());
     views->willShow(settings, true);
     views->didShow(settings);
-    EXPECT_TRUE(skin.settingsView.isVisible());
+    EXPECT_TRUE(ui.settingsView.isVisible());
     views->didHide(settings);
-    EXPECT_FALSE(skin.settingsView.isVisible());
-    EXPECT_EQ(skin.calls, (Calls{"will show, animated", "did hide"}));
+    EXPECT_FALSE(ui.settingsView.isVisible());
+    EXPECT_EQ(ui.calls, (Calls{"will show, animated", "did hide"}));
 }
 
 TEST_F(NativeViewsTest, AViewThatWantsToGoAwayClosesItsWindowAndStays) {
@@ -111,10 +111,10 @@ TEST_F(NativeViewsTest, AViewThatWantsToGoAwayClosesItsWindowAndStays) {
     views->setClose(settings, [&] { ++closed; });
     views->didShow(settings);
     // Refused, it would stop the end of the program.
-    EXPECT_TRUE(skin.settingsView.close());
+    EXPECT_TRUE(ui.settingsView.close());
     EXPECT_EQ(closed, 1);
-    EXPECT_TRUE(skin.settingsView.isVisible());
-    EXPECT_NE(skin.settingsView.handle(), nullptr);
+    EXPECT_TRUE(ui.settingsView.isVisible());
+    EXPECT_NE(ui.settingsView.handle(), nullptr);
 }
 
 }  // namespace
