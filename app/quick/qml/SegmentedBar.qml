@@ -113,7 +113,7 @@ Item {
             checked: selected
             onToggled: checked = Qt.binding(() => segment.selected)
             onClicked: bar.take(index)
-            // The role is the button's own kind; one given here would not be heard.
+            // The role is the button's own kind; one given here would be ignored.
             Accessible.name: modelData.title
             Accessible.checkable: true
             Accessible.checked: selected

@@ -82,7 +82,7 @@ T.ItemDelegate {
     padding: 0
     text: name
 
-    // The control tells assistive technology of its own role and state; a click must not change the latter.
+    // The control reports its own role and state to assistive technology; a click must not change the latter.
     checkable: true
     checked: active
     onToggled: checked = Qt.binding(() => row.active)

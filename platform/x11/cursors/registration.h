@@ -21,7 +21,7 @@ enum class CursorChannel { core, device };
 
 class Registration {
   public:
-    /// Absent (null) when there is no server or it lacks what is needed; `reachedServer` tells which.
+    /// Absent (null) when there is no server or it lacks what is needed; `reachedServer` says which.
     static std::unique_ptr<Registration> open(const std::string& display, bool& reachedServer);
 
     XConnection& connection() { return *connection_; }

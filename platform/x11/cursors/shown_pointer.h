@@ -17,7 +17,7 @@ struct PointerState {
     xcb_window_t deepest = 0;
 };
 
-/// The cursor shown now; absent when the connection is gone. `lastKnown` tells serial and name where the
+/// The cursor shown now; absent when the connection is gone. `lastKnown` gives serial and name where the
 /// server does not let the cursor be read.
 std::optional<ShownCursor> shownCursor(XConnection& connection, const std::optional<ShownCursor>& lastKnown);
 /// Absent when the connection is gone.

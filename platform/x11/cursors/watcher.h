@@ -1,4 +1,4 @@
-// The connection that looks: it hears of cursor changes and of the desktop's settings, and reads what is
+// The connection that looks: it observes cursor changes and of the desktop's settings, and reads what is
 // shown where. Registers nothing, so it ends with the process. Main thread.
 #pragma once
 
@@ -18,7 +18,7 @@ class Watcher {
   public:
     /// What arrived since the last question.
     struct News {
-        /// The last cursor that came to be shown, with the name as far as the event tells it.
+        /// The last cursor that came to be shown, with the name as far as the event carries it.
         std::optional<ShownCursor> cursor;
         bool settingsChanged = false;
     };
@@ -31,7 +31,7 @@ class Watcher {
     /// Whether cursor changes are news.
     void listenToCursors(bool listen);
     News takeNews();
-    /// The cursor shown now; absent when the connection is gone. `lastKnown` tells serial and name where the
+    /// The cursor shown now; absent when the connection is gone. `lastKnown` gives serial and name where the
     /// server does not let the cursor be read.
     std::optional<ShownCursor> shownCursor(const std::optional<ShownCursor>& lastKnown) {
         return x11::shownCursor(*connection_, lastKnown);
