@@ -1,4 +1,4 @@
-// The connection that looks: it observes cursor changes and of the desktop's settings, and reads what is
+// The connection that looks: it observes cursor changes and the desktop's settings, and reads what is
 // shown where. Registers nothing, so it ends with the process. Main thread.
 #pragma once
 
