@@ -21,6 +21,8 @@ std::optional<std::int64_t> integer(const nlohmann::json& value) {
 }  // namespace
 
 std::optional<RemoteVersion> decodeVersionDocument(std::string_view json) {
+    // The library takes a NUL for the end, whatever follows.
+    if (json.find('\0') != std::string_view::npos) return std::nullopt;
     const auto document =
         nlohmann::json::parse(json.begin(), json.end(), nullptr, /*allow_exceptions=*/false);
     if (!document.is_object()) return std::nullopt;

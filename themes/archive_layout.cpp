@@ -140,6 +140,9 @@ bool isXcursorFile(const fs::path& entry, const Components& root, Steps& steps) 
         const auto target =
             text ? resolve(split(entry.parent_path().string()), *text, root, steps) : std::nullopt;
         if (!target || !isInside(*target, root)) return false;
+        // The kernel walks through no file, and by now it is known to leave the tree nowhere.
+        struct stat followed = {};
+        if (::stat(entry.c_str(), &followed) != 0) return false;
         file = join("/", *target);
         info = statOf(file);
         if (!info) return false;

@@ -143,6 +143,21 @@ std::optional<double> secondsFromText(const std::string& text) {
 /// The library's date calls count in 32 bits; dates further away go through their text.
 constexpr double kNearDates = 2147483000.0;
 
+/// The library hands out the parts of a date without its sign when the whole seconds are none; its binary
+/// form has it.
+bool isBeforeTheEpoch(plist_t date) {
+    // Behind the mark and the type of the only object.
+    constexpr std::uint32_t kHighestByte = 9;
+    char* bytes = nullptr;
+    std::uint32_t length = 0;
+    plist_to_bin(date, &bytes, &length);
+    if (!bytes) return false;
+    const bool negative =
+        length > kHighestByte && (static_cast<unsigned char>(bytes[kHighestByte]) & 0x80U) != 0;
+    freeWritten(bytes);
+    return negative;
+}
+
 std::optional<PropertyValue> readDate(plist_t node) {
     const auto whole = secondsFromText(xmlText(node));
     if (!whole) return std::nullopt;
@@ -151,7 +166,8 @@ std::optional<PropertyValue> readDate(plist_t node) {
     std::int32_t micros = 0;
     plist_get_date_val(node, &seconds, &micros);
     const double part = micros / 1e6;
-    return PropertyDate{seconds < 0 ? seconds - part : seconds + part};
+    const bool isEarlier = seconds < 0 || (seconds == 0 && isBeforeTheEpoch(node));
+    return PropertyDate{isEarlier ? seconds - part : seconds + part};
 }
 
 Node writeDate(double seconds) {

@@ -364,8 +364,13 @@ class XmlList {
         if (!empty && !scalar(name, content)) return false;
         if (name == "integer" && !isInteger(trimmed(content))) return false;
         if (name == "real" && !isReal(trimmed(content))) return false;
-        if (name == "date" && !isDate(trimmed(content))) return false;
         if (name == "integer" || name == "real" || name == "date") content = std::string(trimmed(content));
+        if (name == "date") {
+            // The library writes years before 1000 without their zeros.
+            const auto digits = std::min(content.find('-'), content.size());
+            if (digits >= 1 && digits < 4) content.insert(0, 4 - digits, '0');
+            if (!isDate(content)) return false;
+        }
         plain_.append("<").append(name).append(">").append(content).append("</").append(name).append(">");
         return true;
     }

@@ -181,6 +181,20 @@ TEST_F(PlistCoder, MicrosecondsOfADateSurviveInTheBinaryForm) {
               PropertyValue(PropertyDate{700000000}));
 }
 
+TEST_F(PlistCoder, DatesBeforeTheYear1000AreReadAsTheyWereWritten) {
+    for (const auto format : {PropertyListFormat::binary, PropertyListFormat::xml})
+        for (const double seconds : {-51270119408.0, -32000000000.0, -63113904000.0})
+            EXPECT_EQ(coder_->decode(*coder_->encode(PropertyDate{seconds}, format)),
+                      PropertyValue(PropertyDate{seconds}))
+                << seconds;
+}
+
+TEST_F(PlistCoder, TheLastSecondBeforeTheEpochStaysBeforeIt) {
+    for (const double seconds : {-0.0625, -0.999, 0.0625})
+        EXPECT_EQ(coder_->decode(*coder_->encode(PropertyDate{seconds}, PropertyListFormat::binary)),
+                  PropertyValue(PropertyDate{seconds}));
+}
+
 TEST_F(PlistCoder, ValuesWithoutAFormAreAbsent) {
     for (const auto format : kFormats) {
         EXPECT_FALSE(coder_->encode(std::string("a\0b", 3), format));

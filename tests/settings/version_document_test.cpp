@@ -57,6 +57,12 @@ TEST(VersionDocument, TextThatIsNotOneWholeJsonObjectIsNoDocument) {
         EXPECT_FALSE(decodeVersionDocument(text)) << text;
 }
 
+TEST(VersionDocument, ANulEndsNoDocument) {
+    using namespace std::string_literals;
+    for (const auto& tail : {"\0"s, "\0{}"s, " \0x"s})
+        EXPECT_FALSE(decodeVersionDocument(R"({"version": "1.4.0", "build": 14})" + tail));
+}
+
 TEST(VersionDocument, DeepNestingIsReadWithoutHarm) {
     EXPECT_FALSE(decodeVersionDocument(std::string(64 * 1024, '[')));
     const std::string nested = std::string(20000, '[') + std::string(20000, ']');

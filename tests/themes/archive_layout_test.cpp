@@ -66,6 +66,13 @@ TEST_F(ArchiveLayoutTest, WithoutAFileThatBeginsWithTheMagicThereIsNone) {
     EXPECT_EQ(pick(), "none");
 }
 
+TEST_F(ArchiveLayoutTest, ALinkThatWalksThroughAFileLeadsToNoCursor) {
+    writeFile(root / "real", "Xcur.");
+    link("Banana/cursors/left_ptr", "../../real/");
+    link("Banana/cursors/xterm", "../../real/.");
+    EXPECT_EQ(pick(), "none");
+}
+
 TEST_F(ArchiveLayoutTest, FilesDirectlyInTheUnpackRootAreNoCandidate) {
     writeFile(root / "left_ptr", "Xcur");
     EXPECT_EQ(pick(), "none");

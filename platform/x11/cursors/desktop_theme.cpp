@@ -15,6 +15,7 @@
 #include <system_error>
 
 #include "platform/x11/cursors/cursor_names.h"
+#include "platform/x11/cursors/index_theme.h"
 #include "platform/x11/x_headers.h"
 
 namespace pintle::x11 {
@@ -84,30 +85,11 @@ PicturePtr load(const fs::path& path, int size) {
 std::vector<std::string> inherited(const fs::path& indexFile) {
     const auto file = openOrdinary(indexFile, kLargestIndexFile);
     if (!file) return {};
-    std::vector<std::string> names;
     std::string text;
     std::array<char, 4096> block;
     while (const auto count = std::fread(block.data(), 1, block.size(), file.get()))
         text.append(block.data(), count);
-    const std::string_view key = "Inherits";
-    for (std::size_t start = 0; start < text.size();) {
-        const auto end = std::min(text.find('\n', start), text.size());
-        std::string_view line(text.data() + start, end - start);
-        start = end + 1;
-        if (!line.starts_with(key)) continue;
-        line.remove_prefix(key.size());
-        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-        if (!line.starts_with('=')) continue;
-        line.remove_prefix(1);
-        while (!line.empty()) {
-            line.remove_prefix(std::min(line.find_first_not_of(" \t\r;,"), line.size()));
-            const auto length = std::min(line.find_first_of(" \t\r;,"), line.size());
-            if (length > 0) names.emplace_back(line.substr(0, length));
-            line.remove_prefix(length);
-        }
-        break;
-    }
-    return names;
+    return inheritedThemes(text);
 }
 
 }  // namespace
