@@ -1,11 +1,7 @@
 #include "platform/freedesktop/dbus_instance_bus.h"
 
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
-#include <QByteArray>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
@@ -14,99 +10,26 @@
 #include <QVariant>
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <optional>
 #include <sstream>
-#include <string_view>
 #include <utility>
 
 #include "base/lifetime.h"
 #include "base/signal.h"
+#include "platform/freedesktop/bus_address.h"
 
 namespace pintle {
 namespace {
 
-constexpr int kProbeMilliseconds = 1000;
 constexpr int kCallMilliseconds = 2000;
 constexpr int kReleaseMilliseconds = 500;
-constexpr auto kFirstRetry = std::chrono::seconds(1);
-constexpr auto kLastRetry = std::chrono::seconds(30);
 /// Flags of RequestName.
 constexpr unsigned kWaitForIt = 0;
 constexpr unsigned kDoNotQueue = 4;
 /// Answers to RequestName.
 constexpr unsigned kInQueue = 2;
 constexpr unsigned kExists = 3;
-
-/// Without the bus's identity: one that is started again at its old place has a new one.
-std::string withoutIdentity(std::string address) {
-    for (auto at = address.find(",guid="); at != std::string::npos; at = address.find(",guid=", at))
-        address.erase(at, std::min(address.find_first_of(",;", at + 1), address.size()) - at);
-    return address;
-}
-
-std::optional<std::string> sessionBusAddress() {
-    const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    if (address && *address) {
-        // This form would start a bus of its own.
-        if (std::string_view(address).starts_with("autolaunch")) return std::nullopt;
-        return withoutIdentity(address);
-    }
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (!runtime || *runtime != '/') return std::nullopt;
-    const std::string socket = std::string(runtime) + "/bus";
-    if (::access(socket.c_str(), F_OK) != 0) return std::nullopt;
-    return "unix:path=" + socket;
-}
-
-std::string unescaped(std::string_view value) {
-    return QByteArray::fromPercentEncoding(QByteArray(value.data(), static_cast<qsizetype>(value.size())))
-        .toStdString();
-}
-
-/// The socket of the first entry of an address list when that is a local one.
-std::optional<std::pair<sockaddr_un, socklen_t>> localSocket(std::string_view address) {
-    address = address.substr(0, address.find(';'));
-    if (!address.starts_with("unix:")) return std::nullopt;
-    address.remove_prefix(5);
-    while (!address.empty()) {
-        const auto end = address.find(',');
-        const auto entry = address.substr(0, end);
-        address = end == std::string_view::npos ? std::string_view() : address.substr(end + 1);
-        const bool abstract = entry.starts_with("abstract=");
-        if (!abstract && !entry.starts_with("path=")) continue;
-        const std::string name = unescaped(entry.substr(entry.find('=') + 1));
-        sockaddr_un socket = {};
-        socket.sun_family = AF_UNIX;
-        if (name.empty() || name.size() + 1 >= sizeof socket.sun_path) return std::nullopt;
-        std::memcpy(socket.sun_path + (abstract ? 1 : 0), name.data(), name.size());
-        return std::pair{socket, static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size() + 1)};
-    }
-    return std::nullopt;
-}
-
-/// Whether someone behind the address speaks the protocol. The library's own first call has no time limit
-/// that can be set, and a stopped bus would hang the start for half a minute.
-bool answers(const std::string& address) {
-    const auto local = localSocket(address);
-    if (!local) return true;
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (fd < 0) return true;
-    bool alive = false;
-    if (::connect(fd, reinterpret_cast<const sockaddr*>(&local->first), local->second) == 0) {
-        std::string hello(1, '\0');
-        hello += "AUTH EXTERNAL " + QByteArray::number(::getuid()).toHex().toStdString() + "\r\n";
-        pollfd reply{fd, POLLIN, 0};
-        char first = 0;
-        alive = ::send(fd, hello.data(), hello.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(hello.size()) &&
-                ::poll(&reply, 1, kProbeMilliseconds) == 1 && ::recv(fd, &first, 1, 0) == 1;
-    }
-    ::close(fd);
-    return alive;
-}
 
 /// When a process started, in ticks since the system did, and its id: earlier processes are less. Absent for
 /// one that cannot be seen.
@@ -169,7 +92,7 @@ class DbusInstanceBus : public InstanceBus {
           queue_(queue),
           background_(background) {
         disconnected_.setSingleShot(true);
-        disconnected_.callOnTimeout([this] { lookForTheBus(kFirstRetry); });
+        disconnected_.callOnTimeout([this] { lookForTheBus(kFirstBusRetry); });
         wanted_ = mailbox_.wanted.observe([this](const QString& sender) {
             if (isOlderThanThis(sender)) olderCopies_.emit();
         });
@@ -185,9 +108,9 @@ class DbusInstanceBus : public InstanceBus {
 
     bool anotherCopyRuns() override {
         if (!connected_) {
-            const auto address = sessionBusAddress();
-            if (!address || !answers(*address)) {
-                lookForTheBus(kFirstRetry);
+            const auto address = busAddress(BusKind::session);
+            if (!address || !busAnswers(*address)) {
+                lookForTheBus(kFirstBusRetry);
                 return false;
             }
             connectTo(*address);
@@ -223,20 +146,20 @@ class DbusInstanceBus : public InstanceBus {
         bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                     QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                     &disconnected_, SLOT(start()));
-        if (!bus.isConnected()) lookForTheBus(kFirstRetry);
+        if (!bus.isConnected()) lookForTheBus(kFirstBusRetry);
     }
 
     /// Looks after a while, and again after longer ones until there is one.
     void lookForTheBus(std::chrono::seconds wait) {
         retry_ = queue_.after(wait, [this, wait] {
-            const auto again = [this, wait] { lookForTheBus(std::min(wait * 2, kLastRetry)); };
-            const auto address = sessionBusAddress();
+            const auto again = [this, wait] { lookForTheBus(std::min(wait * 2, kLastBusRetry)); };
+            const auto address = busAddress(BusKind::session);
             if (!address) {
                 again();
                 return;
             }
             runInBackground(
-                background_, queue_, lifetime_, Priority::utility, [address] { return answers(*address); },
+                background_, queue_, lifetime_, Priority::utility, [address] { return busAnswers(*address); },
                 [this, again, address](bool alive) {
                     if (alive)
                         joinAgain(*address);

@@ -9,6 +9,8 @@
 #include <QObject>
 #include <utility>
 
+#include "platform/freedesktop/rejoined_bus.h"
+
 namespace pintle {
 namespace {
 
@@ -22,16 +24,8 @@ class NotifierWatch::Receiver : public QObject {
 
   public:
     explicit Receiver(std::function<void()> changed) : changed_(std::move(changed)) {
-        if (!bus_.isConnected()) {
-            state_ = State::absent;
-            return;
-        }
-        auto* const owner =
-            new QDBusServiceWatcher(kWatcher, bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
-        connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this, &Receiver::ask);
-        for (const auto* const signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-            bus_.connect(kWatcher, kPath, kWatcher, QLatin1String(signal), this, SLOT(ask()));
-        ask();
+        bus_.start();
+        if (!bus_.connection().isConnected()) state_ = State::absent;
     }
     State state() const { return state_; }
 
@@ -41,9 +35,12 @@ class NotifierWatch::Receiver : public QObject {
             kWatcher, kPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
         call << kWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
         call.setAutoStartService(false);
-        auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        auto* const answer = new QDBusPendingCallWatcher(bus_.connection().asyncCall(call), this);
+        const auto question = ++questions_;
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, question] {
             answer->deleteLater();
+            // What a bus that has gone still says is not about the next one.
+            if (question != questions_) return;
             const QDBusPendingReply<QDBusVariant> registered = *answer;
             become(registered.isError()                    ? State::absent
                    : registered.value().variant().toBool() ? State::present
@@ -52,13 +49,28 @@ class NotifierWatch::Receiver : public QObject {
     }
 
   private:
+    void joined() {
+        auto bus = bus_.connection();
+        owner_ =
+            std::make_unique<QDBusServiceWatcher>(kWatcher, bus, QDBusServiceWatcher::WatchForOwnerChange);
+        connect(owner_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this, &Receiver::ask);
+        for (const auto* const signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+            bus.connect(kWatcher, kPath, kWatcher, QLatin1String(signal), this, SLOT(ask()));
+        ask();
+    }
+    void lost() {
+        ++questions_;
+        become(State::absent);
+    }
     void become(State state) {
         if (std::exchange(state_, state) != state) changed_();
     }
 
     const std::function<void()> changed_;
-    QDBusConnection bus_ = QDBusConnection::sessionBus();
+    RejoinedBus bus_{BusKind::session, [this] { joined(); }, [this] { lost(); }};
+    std::unique_ptr<QDBusServiceWatcher> owner_;
     State state_ = State::asking;
+    int questions_ = 0;
 };
 
 NotifierWatch::NotifierWatch(std::function<void()> changed)

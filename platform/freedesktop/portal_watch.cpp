@@ -12,6 +12,8 @@
 #include <QVariantMap>
 #include <utility>
 
+#include "platform/freedesktop/rejoined_bus.h"
+
 namespace pintle {
 namespace {
 
@@ -39,22 +41,9 @@ class PortalWatch::Receiver : public QObject {
 
   public:
     explicit Receiver(std::function<void(const PortalLook&)> changed) : changed_(std::move(changed)) {
-        if (!bus_.isConnected()) return;
         // Else the slot's argument is not known by its name yet, and the connection is refused.
         qRegisterMetaType<QDBusVariant>();
-        bus_.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
-                     SLOT(settingChanged(QString, QString, QDBusVariant)));
-        presence_.setConnection(bus_);
-        presence_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-        presence_.addWatchedService(kPortal);
-        connect(&presence_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-                [this](const QString&, const QString&, const QString& owner) {
-                    if (owner.isEmpty())
-                        update({});
-                    else
-                        ask();
-                });
-        ask();
+        bus_.start();
     }
 
   private Q_SLOTS:
@@ -65,11 +54,32 @@ class PortalWatch::Receiver : public QObject {
     }
 
   private:
+    void joined() {
+        auto bus = bus_.connection();
+        bus.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
+                    SLOT(settingChanged(QString, QString, QDBusVariant)));
+        presence_ =
+            std::make_unique<QDBusServiceWatcher>(kPortal, bus, QDBusServiceWatcher::WatchForOwnerChange);
+        connect(presence_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+                [this](const QString&, const QString&, const QString& owner) {
+                    if (owner.isEmpty())
+                        update({});
+                    else
+                        ask();
+                });
+        ask();
+    }
+    /// The portal went with its bus.
+    void lost() {
+        ++questions_;
+        update({});
+    }
     void ask() {
         auto call = QDBusMessage::createMethodCall(kPortal, kPath, kSettings, QStringLiteral("ReadAll"));
         call << QStringList{kAppearance, kInterface, kAccessibleInterface};
         const auto question = ++questions_;
-        auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(call, kAnswerMilliseconds), this);
+        auto* answer =
+            new QDBusPendingCallWatcher(bus_.connection().asyncCall(call, kAnswerMilliseconds), this);
         connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, question] {
             answer->deleteLater();
             const auto reply = answer->reply();
@@ -105,8 +115,8 @@ class PortalWatch::Receiver : public QObject {
     }
 
     std::function<void(const PortalLook&)> changed_;
-    QDBusConnection bus_ = QDBusConnection::sessionBus();
-    QDBusServiceWatcher presence_;
+    RejoinedBus bus_{BusKind::session, [this] { joined(); }, [this] { lost(); }};
+    std::unique_ptr<QDBusServiceWatcher> presence_;
     PortalLook look_;
     int questions_ = 0;
 };

@@ -16,6 +16,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/freedesktop/rejoined_bus.h"
+
 namespace pintle {
 namespace {
 
@@ -35,17 +37,8 @@ class SessionWatch::Receiver : public QObject {
         requested_.setSingleShot(true);
         requested_.setInterval(patience);
         connect(&requested_, &QTimer::timeout, this, &Receiver::askWhetherLocked);
-        if (system_.isConnected()) {
-            system_.connect(kLogin, kLoginPath, kManager, QStringLiteral("PrepareForSleep"), this,
-                            SLOT(prepareForSleep(bool)));
-            findSession();
-        }
-        if (session_.isConnected())
-            for (const auto* interface :
-                 {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
-                  "org.mate.ScreenSaver", "org.xfce.ScreenSaver"})
-                session_.connect(QString(), QString(), QLatin1String(interface),
-                                 QStringLiteral("ActiveChanged"), this, SLOT(screenSaverChanged(bool)));
+        system_.start();
+        session_.start();
     }
 
   private Q_SLOTS:
@@ -58,6 +51,7 @@ class SessionWatch::Receiver : public QObject {
     void unlock() { setLocked(false); }
     void screenSaverChanged(bool active) {
         requested_.stop();
+        lockedByScreenSaver_ = active;
         setLocked(active);
     }
     void sessionChanged(const QString& interface, const QVariantMap& changed, const QStringList&) {
@@ -68,8 +62,33 @@ class SessionWatch::Receiver : public QObject {
     }
 
   private:
+    void joinedSystem() {
+        system_.connection().connect(kLogin, kLoginPath, kManager, QStringLiteral("PrepareForSleep"), this,
+                                     SLOT(prepareForSleep(bool)));
+        findSession();
+    }
+    void joinedSession() {
+        auto bus = session_.connection();
+        for (const auto* interface :
+             {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
+              "org.mate.ScreenSaver", "org.xfce.ScreenSaver"})
+            bus.connect(QString(), QString(), QLatin1String(interface), QStringLiteral("ActiveChanged"), this,
+                        SLOT(screenSaverChanged(bool)));
+    }
+    /// A lock screen that went with its bus cannot say when it ends; a session manager may know better.
+    void lostSession() {
+        if (!std::exchange(lockedByScreenSaver_, false)) return;
+        if (path_.isEmpty())
+            setLocked(false);
+        else
+            askWhetherLocked();
+    }
     // The ways to learn the path of this process's session, each tried when the one before it failed.
     void findSession() {
+        ++searches_;
+        questions_.clear();
+        asked_ = 0;
+        path_.clear();
         if (const auto id = qEnvironmentVariable("XDG_SESSION_ID"); !id.isEmpty())
             questions_.push_back(managerCall(QStringLiteral("GetSession"), id));
         questions_.push_back(
@@ -87,9 +106,12 @@ class SessionWatch::Receiver : public QObject {
             followSession(QString());
             return;
         }
-        auto* answer = new QDBusPendingCallWatcher(system_.asyncCall(questions_[asked_++]), this);
-        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        auto* answer =
+            new QDBusPendingCallWatcher(system_.connection().asyncCall(questions_[asked_++]), this);
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, search = searches_] {
             answer->deleteLater();
+            // What a bus that has gone still says is not about the next one.
+            if (search != searches_) return;
             const QDBusPendingReply<QDBusObjectPath> path = *answer;
             if (path.isError())
                 askNext();
@@ -98,14 +120,22 @@ class SessionWatch::Receiver : public QObject {
         });
     }
     void followSession(const QString& path) {
-        system_.connect(kLogin, path, kSession, QStringLiteral("Lock"), this, SLOT(lock()));
-        system_.connect(kLogin, path, kSession, QStringLiteral("Unlock"), this, SLOT(unlock()));
-        system_.connect(kLogin, path, kProperties, QStringLiteral("PropertiesChanged"), this,
-                        SLOT(sessionChanged(QString, QVariantMap, QStringList)));
+        auto bus = system_.connection();
+        bus.connect(kLogin, path, kSession, QStringLiteral("Lock"), this, SLOT(lock()));
+        bus.connect(kLogin, path, kSession, QStringLiteral("Unlock"), this, SLOT(unlock()));
+        bus.connect(kLogin, path, kProperties, QStringLiteral("PropertiesChanged"), this,
+                    SLOT(sessionChanged(QString, QVariantMap, QStringList)));
         path_ = path;
-        ask(QStringLiteral("Active"), [this](bool active) {
-            if (!active_) active_ = active;
+        const bool again = searches_ > 1;
+        ask(QStringLiteral("Active"), [this, again](bool active) {
+            if (again)
+                setActive(active);
+            else if (!active_)
+                active_ = active;
         });
+        // What happened while there was no bus.
+        if (again && !lockedByScreenSaver_)
+            ask(QStringLiteral("LockedHint"), [this](bool locked) { setLocked(locked); });
     }
     void askWhetherLocked() {
         ask(QStringLiteral("LockedHint"), [this](bool locked) {
@@ -118,12 +148,14 @@ class SessionWatch::Receiver : public QObject {
         if (path_.isEmpty()) return;
         auto call = QDBusMessage::createMethodCall(kLogin, path_, kProperties, QStringLiteral("Get"));
         call << kSession << property;
-        auto* answer = new QDBusPendingCallWatcher(system_.asyncCall(call), this);
-        connect(answer, &QDBusPendingCallWatcher::finished, this, [answer, answered] {
-            answer->deleteLater();
-            const QDBusPendingReply<QDBusVariant> value = *answer;
-            if (!value.isError()) answered(value.value().variant().toBool());
-        });
+        auto* answer = new QDBusPendingCallWatcher(system_.connection().asyncCall(call), this);
+        connect(answer, &QDBusPendingCallWatcher::finished, this,
+                [this, answer, answered, search = searches_] {
+                    answer->deleteLater();
+                    if (search != searches_) return;
+                    const QDBusPendingReply<QDBusVariant> value = *answer;
+                    if (!value.isError()) answered(value.value().variant().toBool());
+                });
     }
     void setActive(bool active) {
         if (active_ != active) {
@@ -138,13 +170,16 @@ class SessionWatch::Receiver : public QObject {
     }
 
     SessionListener listener_;
-    QDBusConnection system_ = QDBusConnection::systemBus();
-    QDBusConnection session_ = QDBusConnection::sessionBus();
+    RejoinedBus system_{BusKind::system, [this] { joinedSystem(); }, [this] { ++searches_; }};
+    RejoinedBus session_{BusKind::session, [this] { joinedSession(); }, [this] { lostSession(); }};
+    /// Counts the searches for the session, one for each joining of the bus.
+    int searches_ = 0;
     std::vector<QDBusMessage> questions_;
     std::size_t asked_ = 0;
     QString path_;
     std::optional<bool> active_;
     bool locked_ = false;
+    bool lockedByScreenSaver_ = false;
     QTimer requested_;
 };
 

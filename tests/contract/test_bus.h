@@ -50,13 +50,14 @@ class QuietChild {
 /// A message bus of its own.
 class TestBus {
   public:
-    TestBus() {
+    /// Where the daemon likes, or at `path`.
+    explicit TestBus(const std::string& path = "") {
         std::array<int, 2> ends{};
         if (::pipe(ends.data()) != 0) throw std::runtime_error("no pipe");
-        daemon_ = std::make_unique<QuietChild>(
-            std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
-                                     "--print-address=" + std::to_string(ends[1])},
-            ends[1]);
+        std::vector<std::string> words{"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                                       "--print-address=" + std::to_string(ends[1])};
+        if (!path.empty()) words.push_back("--address=unix:path=" + path);
+        daemon_ = std::make_unique<QuietChild>(words, ends[1]);
         ::close(ends[1]);
         char character = 0;
         while (::read(ends[0], &character, 1) == 1 && character != '\n') address_ += character;
