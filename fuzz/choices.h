@@ -35,7 +35,8 @@ class Choices {
     }
     /// As many bytes as the next one says.
     std::string text() {
-        const auto length = std::min<std::size_t>(byte(), rest_.size());
+        const std::size_t wanted = byte();
+        const auto length = std::min(wanted, rest_.size());
         std::string value(rest_.begin(), rest_.begin() + static_cast<std::ptrdiff_t>(length));
         rest_ = rest_.subspan(length);
         return value;

@@ -84,7 +84,8 @@ std::string linkText(Choices& choices, Tree& tree) {
 
 void makeEntry(Choices& choices, Tree& tree) {
     const auto kind = choices.byte();
-    const auto path = tree.folders[choices.below(tree.folders.size())] / kNames[choices.below(kNames.size())];
+    const auto& folder = tree.folders[choices.below(tree.folders.size())];
+    const auto path = folder / kNames[choices.below(kNames.size())];
     if (statOf(path, false)) return;
     switch (kind % 8) {
         case 0:

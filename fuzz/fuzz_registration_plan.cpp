@@ -28,9 +28,12 @@ PreloadedCursor cursorFrom(Choices& choices) {
     PreloadedCursor cursor{nameFrom(choices), plainBitmap(width, height, choices.byte()), {1, 2}, {}, 0};
     const auto frames = choices.below(64);
     const bool sameSize = choices.flag();
-    for (std::size_t i = 0; i < frames; ++i)
-        cursor.frames.push_back(sameSize || i == 0 ? plainBitmap(width, height, static_cast<std::uint8_t>(i))
-                                                   : plainBitmap(side(), side(), choices.byte()));
+    for (std::size_t i = 0; i < frames; ++i) {
+        const bool usual = sameSize || i == 0;
+        const int frameWidth = usual ? width : side();
+        const int frameHeight = usual ? height : side();
+        cursor.frames.push_back(plainBitmap(frameWidth, frameHeight, static_cast<std::uint8_t>(i)));
+    }
     cursor.frameDuration = static_cast<double>(choices.byte()) / 1000;
     return cursor;
 }
