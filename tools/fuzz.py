@@ -81,7 +81,7 @@ def main():
     parser.add_argument("--jobs", type=int, default=1, help="targets at a time")
     parser.add_argument("--record", type=pathlib.Path)
     parser.add_argument("--minimise", action="store_true")
-    options = parser.parse_args()
+    options = parser.parse_intermixed_args()
     build = options.build.resolve()
     targets = programs(build, options.targets)
     results = {}
