@@ -13,6 +13,7 @@
 #include "apply/cursor_applier.h"
 #include "apply/cursor_overlay.h"
 #include "apply/cursor_snapshots.h"
+#include "apply/density_follower.h"
 #include "apply/reapply_triggers.h"
 #include "apply/system_cursor_changer.h"
 #include "base/notification_center.h"
@@ -129,6 +130,7 @@ class Composition {
         ThemeStore store;
         ThemeList themes;
         ApplicationPipeline pipeline;
+        DensityFollower densityFollower;
         ThemeWork work;
         ThemeExtractor extractor;
         ThemeDownloads downloads;

@@ -47,7 +47,7 @@ std::optional<StripCursor> cursorOf(CursorFolder& folder, std::span<const std::s
     for (const auto name : names) {
         const auto images = folder.read(std::string(name), kMaxNominalSize);
         if (!images) continue;
-        const auto cursor = makePreloaded(std::string(name), *images, scale);
+        const auto cursor = makePreloaded(std::string(name), images->images, scale);
         if (!cursor) continue;
         StripCursor strip;
         Resampler resampler;

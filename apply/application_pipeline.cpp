@@ -50,6 +50,15 @@ void ApplicationPipeline::scaleChanged(double scale) {
     }));
 }
 
+void ApplicationPipeline::rebuildForDensity() {
+    // A theme that was asked for just now is not the current one yet; as a newer request would, it reads the
+    // density when its turn comes.
+    deps_.mainQueue.post(lifetime_.weakly([this, latest = generations_->latest()] {
+        if (!generations_->isLatest(latest)) return;
+        if (const auto theme = currentTheme_) applyThemeWithScale(*theme, deps_.settings.cursorScale());
+    }));
+}
+
 void ApplicationPipeline::applyTheme(const CursorThemeInfo& theme) {
     if (!theme.isDownloaded) return;
     deps_.mainQueue.post(
@@ -145,13 +154,16 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
     }
 
     auto themeId = themeFolder.filename().string();
-    if (useCache == CacheUse::yes && cachedThemeId_ == themeId && !cachedCursorData_.empty())
+    const double density = deps_.workspace.pixelsPerPoint();
+    if (useCache == CacheUse::yes && cachedThemeId_ == themeId && cachedDensity_ == density &&
+        !cachedCursorData_.empty())
         return applyCached(scale, generation, std::move(done));
 
     runInBackground(
         deps_.background, deps_.mainQueue, lifetime_, Priority::userInitiated,
-        [folder = *cursorsFolder, scale] { return loadEssentialSet(folder, scale); },
-        [this, themeId = std::move(themeId), scale, generation, done = std::move(done)](EssentialSet loaded) {
+        [folder = *cursorsFolder, scale, density] { return loadEssentialSet(folder, scale, density); },
+        [this, themeId = std::move(themeId), scale, density, generation,
+         done = std::move(done)](EssentialSet loaded) {
             if (!generations_->isLatest(generation)) return done(false);
             if (!loaded.listed) {
                 putBackWhatAnEarlierRunReplaced();
@@ -160,14 +172,17 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
             const bool applied = deps_.applier.applyCursorsFromPreloaded(loaded.cursors, scale);
             putBackWhatAnEarlierRunReplaced();
             done(applied);
-            loadFullSet(std::make_shared<const EssentialSet>(std::move(loaded)), themeId, scale, generation);
+            loadFullSet(std::make_shared<const EssentialSet>(std::move(loaded)), themeId, scale, density,
+                        generation);
         });
 }
 
 void ApplicationPipeline::applyCached(double scale, std::int64_t generation, Done done) {
     runInBackground(
         deps_.background, deps_.mainQueue, lifetime_, Priority::userInitiated,
-        [images = cachedCursorData_, scale] { return makePreloadedSet(images, scale); },
+        [images = cachedCursorData_, scale, density = cachedDensity_] {
+            return makePreloadedSet(images, scale, density);
+        },
         [this, scale, generation, done = std::move(done)](const std::vector<PreloadedCursor>& cursors) {
             scheduleCacheDrop();
             done(applyIfLatest(cursors, scale, generation));
@@ -175,20 +190,21 @@ void ApplicationPipeline::applyCached(double scale, std::int64_t generation, Don
 }
 
 void ApplicationPipeline::loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId,
-                                      double scale, std::int64_t generation) {
+                                      double scale, double density, std::int64_t generation) {
     runInBackground(
         deps_.background, deps_.mainQueue, lifetime_, Priority::utility,
-        [&hints = deps_.hints, generations = generations_, essential = std::move(essential), scale,
+        [&hints = deps_.hints, generations = generations_, essential = std::move(essential), scale, density,
          generation] {
             FullSet set;
             set.activity = hints.beginActivity("Loading full cursor set");
             set.images = loadRemainingImages(*essential);
-            if (generations->isLatest(generation)) set.cursors = completeSet(*essential, set.images, scale);
+            if (generations->isLatest(generation))
+                set.cursors = completeSet(*essential, set.images, scale, density);
             return set;
         },
-        [this, themeId = std::move(themeId), scale, generation](FullSet set) {
+        [this, themeId = std::move(themeId), scale, density, generation](FullSet set) {
             if (set.cursors) applyIfLatest(*set.cursors, scale, generation);
-            keepInCache(themeId, std::move(set.images), generation);
+            keepInCache(themeId, std::move(set.images), density, generation);
         });
 }
 
@@ -197,9 +213,11 @@ bool ApplicationPipeline::applyIfLatest(const std::vector<PreloadedCursor>& curs
     return generations_->isLatest(generation) && deps_.applier.applyCursorsFromPreloaded(cursors, scale);
 }
 
-void ApplicationPipeline::keepInCache(std::string themeId, NamedImages images, std::int64_t generation) {
+void ApplicationPipeline::keepInCache(std::string themeId, NamedImages images, double density,
+                                      std::int64_t generation) {
     if (generation < cachedGeneration_) return;
     cachedGeneration_ = generation;
+    cachedDensity_ = density;
     cachedCursorData_ = std::move(images);
     cachedThemeId_ = std::move(themeId);
     scheduleCacheDrop();

@@ -24,6 +24,7 @@
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/process_hints.h"
+#include "platform/workspace.h"
 #include "settings/cursor_settings.h"
 #include "themes/cursor_theme_info.h"
 #include "themes/theme_list.h"
@@ -45,6 +46,7 @@ class ApplicationPipeline {
         BackgroundTasks& background;
         ProcessHints& hints;
         Log& log;
+        Workspace& workspace;
     };
 
     explicit ApplicationPipeline(const Dependencies& dependencies);
@@ -56,6 +58,8 @@ class ApplicationPipeline {
 
     /// From now on a change of the scale setting applies the current theme again.
     void observeScale();
+    /// Builds the current theme anew at the scale in force, for another density of the screen.
+    void rebuildForDensity();
 
     void applyTheme(const CursorThemeInfo& theme);
     void applyThemeWithScale(const CursorThemeInfo& theme, double scale);
@@ -78,12 +82,12 @@ class ApplicationPipeline {
                                    std::int64_t generation, Done done);
     void applyCached(double scale, std::int64_t generation, Done done);
     void loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId, double scale,
-                     std::int64_t generation);
+                     double density, std::int64_t generation);
     bool applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale, std::int64_t generation);
     /// After the first answer to the start's request: a theme that is registered replaces what an earlier run
     /// left; after any other answer the desktop's own cursors come back.
     void putBackWhatAnEarlierRunReplaced();
-    void keepInCache(std::string themeId, NamedImages images, std::int64_t generation);
+    void keepInCache(std::string themeId, NamedImages images, double density, std::int64_t generation);
 
     const Dependencies deps_;
     /// Shared with background work that may outlive the pipeline.
@@ -99,6 +103,8 @@ class ApplicationPipeline {
     /// Parsed images of the cached theme, by X11 name; no name stands twice.
     NamedImages cachedCursorData_;
     std::optional<std::string> cachedThemeId_;
+    /// What the cached images have the sources for.
+    double cachedDensity_ = 1;
     /// Of the load that filled the cache; an older load that ends later must not replace a newer one's.
     std::int64_t cachedGeneration_ = 0;
 

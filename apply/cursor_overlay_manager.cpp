@@ -37,10 +37,12 @@ std::vector<std::uint8_t> losslessBytes(const Bitmap& image) {
     return bytes;
 }
 
-/// Hotspots outside their image are moved onto its edge, as a registration has them.
-Point clampedHotspot(Point hotspot, Size size) {
-    return {std::clamp(hotspot.x, 0.0, std::max(0.0, size.width - 1)),
-            std::clamp(hotspot.y, 0.0, std::max(0.0, size.height - 1))};
+/// Hotspots outside their image are moved onto its last pixels, as a registration has them.
+Point clampedHotspot(const PreloadedCursor& cursor) {
+    const auto size = cursor.size();
+    const double pixel = 1 / cursor.pixelsPerPoint;
+    return {std::clamp(cursor.hotspot.x, 0.0, std::max(0.0, size.width - pixel)),
+            std::clamp(cursor.hotspot.y, 0.0, std::max(0.0, size.height - pixel))};
 }
 
 }  // namespace
@@ -110,8 +112,8 @@ void CursorOverlayManager::startTimer() {
 void CursorOverlayManager::loadCursorsFromPreloaded(const std::vector<PreloadedCursor>& cursors, double) {
     cursorImages_.clear();
     for (const PreloadedCursor& cursor : cursors)
-        cursorImages_.insert_or_assign(
-            cursor.name, Themed{cursor.image, clampedHotspot(cursor.hotspot, cursor.image.size())});
+        cursorImages_.insert_or_assign(cursor.name,
+                                       Themed{cursor.image, clampedHotspot(cursor), cursor.size()});
     chooseImage();
 }
 
@@ -374,7 +376,7 @@ void CursorOverlayManager::chooseImage() {
     if (themed) {
         currentCursorImage_ = themed->image;
         currentHotspot_ = themed->hotspot;
-        currentSize_ = themed->image.size();
+        currentSize_ = themed->size;
     } else {
         currentCursorImage_.reset();
         currentHotspot_ = {};

@@ -78,6 +78,8 @@ class CursorOverlayManager : public CursorOverlay {
     struct Themed {
         Bitmap image;
         Point hotspot;
+        /// In points.
+        Size size;
     };
     struct Window {
         std::unique_ptr<OverlaySurface> surface;

@@ -40,7 +40,7 @@ const PreloadedCursor* firstOf(const CursorsByName& cursors, std::span<const std
 }  // namespace
 
 RegisteredCursor RegisteredImage::toRegisteredCursor() const {
-    return {identifier, {image}, size, hotspot, frameCount, duration};
+    return {identifier, {image}, size, hotspot, frameCount, duration, pixelsPerPoint};
 }
 
 std::vector<Bitmap> framesToSend(std::span<const Bitmap> frames) {
@@ -64,7 +64,7 @@ std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCurs
     const auto* arrow = firstOf(byName, kArrowNames);
     if (!arrow) return std::nullopt;
 
-    RegistrationPlan plan{arrow->image.size(), {}};
+    RegistrationPlan plan{arrow->size(), {}};
     // One X11 cursor may feed several identifiers; its strip is composed once and shared.
     std::map<const PreloadedCursor*, Picture> pictures;
     for (const auto& row : cursorIdentifiers()) {
@@ -73,8 +73,8 @@ std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCurs
         auto picture = pictures.find(cursor);
         if (picture == pictures.end()) picture = pictures.emplace(cursor, pictureOf(*cursor)).first;
         const auto& [image, frameCount, duration] = picture->second;
-        plan.images.push_back({std::string(row.identifier), image, cursor->image.size(), cursor->hotspot,
-                               frameCount, duration});
+        plan.images.push_back({std::string(row.identifier), image, cursor->size(), cursor->hotspot,
+                               frameCount, duration, cursor->pixelsPerPoint});
     }
     return plan;
 }

@@ -27,6 +27,8 @@ struct RegisteredImage {
     std::uint64_t frameCount = 1;
     /// Seconds per frame; 0 for a still cursor.
     double duration = 0;
+    /// Of the image, each way.
+    double pixelsPerPoint = 1;
 
     RegisteredCursor toRegisteredCursor() const;
     friend bool operator==(const RegisteredImage&, const RegisteredImage&) = default;

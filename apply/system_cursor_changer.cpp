@@ -83,6 +83,10 @@ void SystemCursorChanger::applyRegistered(const std::vector<RegisteredImage>& im
     isActive_ = true;
 }
 
+void SystemCursorChanger::setSuspendedForExcludedApp(bool suspended) {
+    if (std::exchange(suspendedForExcludedApp_, suspended) && !suspended) suspensionEnded.emit();
+}
+
 void SystemCursorChanger::restoreSystemState() {
     if (!windowServer_.provides(WindowServerFunction::mainConnectionID) ||
         !windowServer_.provides(WindowServerFunction::coreCursorUnregisterAll))
@@ -95,7 +99,7 @@ void SystemCursorChanger::restoreSystemState() {
 
 void SystemCursorChanger::forgetApplied() {
     lastApplied_.clear();
-    suspendedForExcludedApp_ = false;
+    setSuspendedForExcludedApp(false);
     isActive_ = false;
 }
 

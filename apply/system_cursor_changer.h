@@ -9,6 +9,7 @@
 #include "apply/cursor_snapshots.h"
 #include "apply/cursor_strip.h"
 #include "apply/registration_plan.h"
+#include "base/signal.h"
 #include "cursor/preloaded_cursor.h"
 #include "platform/log.h"
 #include "platform/window_server.h"
@@ -34,7 +35,9 @@ class SystemCursorChanger {
     /// The registration is withdrawn because an excluded application is in front.
     bool suspendedForExcludedApp() const { return suspendedForExcludedApp_; }
     /// Only marks it; what follows from it is the business of ReapplyTriggers.
-    void setSuspendedForExcludedApp(bool suspended) { suspendedForExcludedApp_ = suspended; }
+    void setSuspendedForExcludedApp(bool suspended);
+    /// The mark was taken away.
+    Signal<> suspensionEnded;
     /// The backup of the desktop's own cursors.
     const CursorSnapshotMap& snapshots() const { return snapshots_.snapshots(); }
 

@@ -7,9 +7,9 @@
 
 namespace pintle {
 
-EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double scale) {
+EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double scale, double density) {
     EssentialSet set;
-    set.folder = std::make_shared<CursorFolder>(cursorsFolder);
+    set.folder = std::make_shared<CursorFolder>(cursorsFolder, density);
     for (auto& name : set.folder->names()) {
         set.listed = true;
         if (!essentialCursors().contains(name))
@@ -17,7 +17,7 @@ EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double
         else if (auto images = set.folder->read(name, kMaxNominalSize))
             set.images.emplace_back(std::move(name), std::move(images));
     }
-    set.cursors = makePreloadedSet(set.images, scale);
+    set.cursors = makePreloadedSet(set.images, scale, density);
     return set;
 }
 
@@ -30,7 +30,7 @@ NamedImages loadRemainingImages(const EssentialSet& essential) {
 }
 
 std::vector<PreloadedCursor> completeSet(const EssentialSet& essential, const NamedImages& images,
-                                         double scale) {
+                                         double scale, double density) {
     auto cursors = essential.cursors;
 
     // A name that is a link to a file of the first pass takes that file's cursor: same pixels, no work.
@@ -51,7 +51,7 @@ std::vector<PreloadedCursor> completeSet(const EssentialSet& essential, const Na
             unbuilt.push_back(images[i]);
         }
     }
-    auto others = makePreloadedSet(unbuilt, scale);
+    auto others = makePreloadedSet(unbuilt, scale, density);
     cursors.insert(cursors.end(), std::make_move_iterator(others.begin()),
                    std::make_move_iterator(others.end()));
     return cursors;

@@ -1,5 +1,5 @@
-// Reading a theme's cursor files and building its cursors at a scale, in two passes. Functions from values to
-// values for background work; the pipeline is the only caller.
+// Reading a theme's cursor files and building its cursors at a scale and density, in two passes. Functions
+// from values to values for background work; the pipeline is the only caller.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,8 @@
 
 namespace pintle {
 
-/// Nominal sizes above this are not read, except each file's smallest.
+/// Nominal sizes above this are not read, except each file's smallest and what a density above 1 is drawn
+/// from.
 inline constexpr std::int64_t kMaxNominalSize = 48;
 
 /// X11 name and parsed images of one cursor file each.
@@ -33,13 +34,13 @@ struct EssentialSet {
 };
 
 /// First pass: the common shapes only.
-EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double scale);
+EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double scale, double density);
 
 /// Reads the rest of the folder; the answer holds the essential images as well.
 NamedImages loadRemainingImages(const EssentialSet& essential);
 
 /// Every cursor of `images`, taking those that the first pass has built.
 std::vector<PreloadedCursor> completeSet(const EssentialSet& essential, const NamedImages& images,
-                                         double scale);
+                                         double scale, double density);
 
 }  // namespace pintle

@@ -13,8 +13,8 @@
 
 namespace pintle {
 
-CursorFolder::CursorFolder(const std::filesystem::path& folder)
-    : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+CursorFolder::CursorFolder(const std::filesystem::path& folder, double density)
+    : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), density_(density) {}
 
 CursorFolder::~CursorFolder() {
     if (descriptor_ >= 0) ::close(descriptor_);
@@ -51,8 +51,11 @@ XCursorImages CursorFolder::read(const std::string& name, std::int64_t maxNomina
     FileSource source(descriptor_, name);
     const auto [known, isNew] = known_.try_emplace({source.identity(), maxNominalSize});
     if (isNew)
-        if (auto images = readImages(source, maxNominalSize, pixels_))
-            known->second = std::make_shared<const std::vector<XCursorImage>>(*std::move(images));
+        if (auto images = readImages(source, maxNominalSize, pixels_)) {
+            CursorFileImages file{*std::move(images)};
+            if (density_ > 1) file.sources = readDensitySources(source, file.images, density_, sourcePixels_);
+            known->second = std::make_shared<const CursorFileImages>(std::move(file));
+        }
     return known->second;
 } catch (const std::bad_alloc&) {
     return nullptr;

@@ -11,14 +11,15 @@
 #include <vector>
 
 #include "cursor/byte_source.h"
+#include "cursor/density_source.h"
 #include "cursor/pixel_pool.h"
-#include "cursor/xcursor_image.h"
 
 namespace pintle {
 
 class CursorFolder {
   public:
-    explicit CursorFolder(const std::filesystem::path& folder);
+    /// `density`: the pixels that a point has each way, at least 1; above 1 the sources for it are read too.
+    explicit CursorFolder(const std::filesystem::path& folder, double density = 1);
     ~CursorFolder();
     CursorFolder(const CursorFolder&) = delete;
     CursorFolder& operator=(const CursorFolder&) = delete;
@@ -32,8 +33,13 @@ class CursorFolder {
   private:
     using Identity = FileSource::Identity;
 
+    static constexpr std::size_t kMostSourceBytes = std::size_t{256} << 20;
+
     int descriptor_;
+    const double density_;
     PixelPool pixels_;
+    /// Of its own, so that no file loses its images to the sources of others.
+    PixelPool sourcePixels_{kMostSourceBytes};
     /// Entries known to be no links, which need not be looked at before they are opened.
     std::unordered_set<std::string> plainFiles_;
     /// By file and limit.

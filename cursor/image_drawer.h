@@ -25,8 +25,7 @@ class ImageDrawer {
     /// program.
     static std::optional<Sides> sides(const XCursorImage& image, double scale);
 
-    /// Writes the pixels; `sides` are those of the same image and scale, at least 1 each, and `out` holds
-    /// four bytes per pixel.
+    /// Writes the pixels of the image drawn at `sides`, at least 1 each; `out` holds four bytes per pixel.
     void draw(const XCursorImage& image, Sides sides, std::span<std::uint8_t> out);
 
   private:

@@ -1,6 +1,7 @@
 #include "cursor/preloaded_cursor.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <tuple>
 #include <utility>
@@ -34,76 +35,107 @@ double meanDelay(const std::vector<const XCursorImage*>& images) {
 /// Makes the bitmaps of a set. Each step is one cursor.
 class SetBuilder {
   public:
-    explicit SetBuilder(double scale)
-        : scale_(scale), target_(truncatedProduct(kNominalSizeAtScaleOne, scale)) {}
+    SetBuilder(double scale, double density)
+        : scale_(scale), density_(density), target_(truncatedProduct(kNominalSizeAtScaleOne, scale)) {}
 
-    std::optional<PreloadedCursor> build(const std::string& name, const std::vector<XCursorImage>& images) {
+    std::optional<PreloadedCursor> build(const std::string& name, const CursorFileImages& file) {
+        const auto& images = file.images;
         // The first of the nearest is what a stable sort by distance would put first.
         const auto chosen = std::min_element(images.begin(), images.end(), [&](const auto& a, const auto& b) {
             return distance(a.size, target_) < distance(b.size, target_);
         });
         if (chosen == images.end()) return std::nullopt;
 
-        drawn_.clear();
-        auto image = bitmapOf(*chosen);
-        if (!image) return std::nullopt;
-        const Point hotspot = {static_cast<double>(chosen->xhot) * scale_,
-                               static_cast<double>(chosen->yhot) * scale_};
-        PreloadedCursor cursor{name, *std::move(image), hotspot, {}, 0};
-
         std::vector<const XCursorImage*> sameSize;
         for (const auto& candidate : images)
             if (candidate.size == chosen->size) sameSize.push_back(&candidate);
+        const auto sources = sourcesOf(sameSize, file);
+
+        drawn_.clear();
+        auto image = bitmapOf(*chosen, *sources.front());
+        if (!image) return std::nullopt;
+        const Point hotspot = {static_cast<double>(chosen->xhot) * scale_,
+                               static_cast<double>(chosen->yhot) * scale_};
+        PreloadedCursor cursor{name, *std::move(image), hotspot, {}, 0, density_};
+        if (density_ != 1) cursor.pointSize = sizeInPoints(*chosen);
         if (sameSize.size() < 2) return cursor;
 
         cursor.frameDuration = meanDelay(sameSize);
         cursor.frames.reserve(sameSize.size());
-        for (const auto* frame : sameSize)
-            if (auto bitmap = bitmapOf(*frame)) cursor.frames.push_back(*std::move(bitmap));
+        for (std::size_t i = 0; i < sameSize.size(); ++i)
+            if (auto bitmap = bitmapOf(*sameSize[i], *sources[i]))
+                cursor.frames.push_back(*std::move(bitmap));
         if (cursor.frames.size() < 2) cursor.frames.clear();
         return cursor;
     }
 
   private:
+    /// What each frame's pixels are drawn from: itself, where nothing sharper was read.
+    std::vector<const XCursorImage*> sourcesOf(const std::vector<const XCursorImage*>& frames,
+                                               const CursorFileImages& file) const {
+        const auto sharper = std::find_if(file.sources.begin(), file.sources.end(), [&](const auto& source) {
+            return source.of == frames.front()->size;
+        });
+        if (density_ == 1 || sharper == file.sources.end() || sharper->frames.size() != frames.size())
+            return frames;
+        std::vector<const XCursorImage*> sources;
+        sources.reserve(frames.size());
+        for (const auto& frame : sharper->frames) sources.push_back(&frame);
+        return sources;
+    }
+
     /// A file may refer to the same chunk many times; its frames then share one bitmap as they share pixels.
-    std::optional<Bitmap> bitmapOf(const XCursorImage& image) {
-        const auto [known, isNew] =
-            drawn_.try_emplace({image.pixels.values().data(), image.width, image.height});
-        if (isNew) known->second = draw(image);
+    std::optional<Bitmap> bitmapOf(const XCursorImage& image, const XCursorImage& source) {
+        const auto [known, isNew] = drawn_.try_emplace(
+            {source.pixels.values().data(), source.width, source.height, image.width, image.height});
+        if (isNew) known->second = draw(image, source);
         return known->second;
     }
 
-    std::optional<Bitmap> draw(const XCursorImage& image) {
-        const auto sides = ImageDrawer::sides(image, scale_);
-        if (!sides || sides->width < 1 || sides->height < 1) return std::nullopt;
+    Size sizeInPoints(const XCursorImage& image) const {
+        const auto sides = ImageDrawer::sides(image, scale_).value_or(ImageDrawer::Sides{});
+        return {static_cast<double>(sides.width), static_cast<double>(sides.height)};
+    }
+
+    std::optional<Bitmap> draw(const XCursorImage& image, const XCursorImage& source) {
         constexpr std::int64_t kMostPixels = PixelPool::kUsualLimit / 4;
+        auto sides = ImageDrawer::sides(image, scale_);
+        if (!sides || sides->width < 1 || sides->height < 1) return std::nullopt;
+        if (sides->width > kMostPixels || sides->height > kMostPixels) return std::nullopt;
+        if (density_ != 1) {
+            sides->width = std::llround(static_cast<double>(sides->width) * density_);
+            sides->height = std::llround(static_cast<double>(sides->height) * density_);
+        }
         if (sides->width > kMostPixels / sides->height) return std::nullopt;
         const auto count = static_cast<std::size_t>(sides->width * sides->height);
         const auto words = pool_.allocate(count);
         if (!words) return std::nullopt;
         std::shared_ptr<std::uint8_t> bytes(words, reinterpret_cast<std::uint8_t*>(words.get()));
-        drawer_.draw(image, *sides, {bytes.get(), count * 4});
+        drawer_.draw(source, *sides, {bytes.get(), count * 4});
         return Bitmap::sharing(sides->width, sides->height, std::move(bytes));
     }
 
     const double scale_;
+    const double density_;
     const std::int64_t target_;
     PixelPool pool_;
     ImageDrawer drawer_;
-    /// Of the cursor being built, by first pixel and sides.
-    std::map<std::tuple<const std::uint32_t*, std::int64_t, std::int64_t>, std::optional<Bitmap>> drawn_;
+    /// Of the cursor being built, by the source's first pixel and sides and the image's own sides.
+    std::map<std::tuple<const std::uint32_t*, std::int64_t, std::int64_t, std::int64_t, std::int64_t>,
+             std::optional<Bitmap>>
+        drawn_;
 };
 
 }  // namespace
 
 std::optional<PreloadedCursor> makePreloaded(const std::string& name, const std::vector<XCursorImage>& images,
                                              double scale) {
-    return SetBuilder(scale).build(name, images);
+    return SetBuilder(scale, 1).build(name, {images});
 }
 
 std::vector<PreloadedCursor> makePreloadedSet(
-    const std::vector<std::pair<std::string, XCursorImages>>& cursors, double scale) {
-    SetBuilder builder(scale);
+    const std::vector<std::pair<std::string, XCursorImages>>& cursors, double scale, double density) {
+    SetBuilder builder(scale, density);
     std::vector<PreloadedCursor> set;
     std::map<XCursorImages, std::optional<PreloadedCursor>> built;
     for (const auto& [name, images] : cursors) {

@@ -47,7 +47,4 @@ struct XCursorImage {
     std::optional<Bitmap> scaledNSImage(double scale) const;
 };
 
-/// The images of one file in the order of its table of contents. Names that are links to one file share it.
-using XCursorImages = std::shared_ptr<const std::vector<XCursorImage>>;
-
 }  // namespace pintle

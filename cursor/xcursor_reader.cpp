@@ -102,6 +102,9 @@ Verdict takeImage(const Chunk& chunk, const Runs& runs, std::uint64_t length, XC
     return Verdict::accepted;
 }
 
+/// Of one image where a single one is wanted.
+constexpr std::uint64_t kMostPixelsAtOnce = std::uint64_t{1024} * 1024;
+
 /// More than a chunk of this nominal size usually takes, so that a wide gap behind it is not read.
 std::uint64_t usualBytes(std::uint32_t nominalSize) {
     const std::uint64_t side = 2 * std::uint64_t{std::min(nominalSize, std::uint32_t{4096})};
@@ -230,7 +233,6 @@ std::optional<XCursorImage> readNearestImage(ByteSource& source, std::int64_t no
     // Far beyond what any theme holds, and read in a few milliseconds.
     constexpr std::uint32_t kMostEntries = 1 << 16;
     constexpr int kMostTries = 1000;
-    constexpr std::uint64_t kMostPixels = std::uint64_t{1024} * 1024;
     const auto toc = readToc(source, kMostEntries);
     if (!toc) return std::nullopt;
     auto chunks = wantedChunks(*toc, maxNominalSize, source.length());
@@ -242,7 +244,7 @@ std::optional<XCursorImage> readNearestImage(ByteSource& source, std::int64_t no
         std::array<std::uint8_t, kChunkHeaderBytes> header;
         if (source.read(chunk.begin, header) < header.size()) continue;
         const auto count = std::uint64_t{field(header, 16)} * field(header, 20);
-        if (count < 1 || count > kMostPixels) continue;
+        if (count < 1 || count > kMostPixelsAtOnce) continue;
         chunk.end = chunk.begin + kChunkHeaderBytes + 4 * count;
         if (chunk.end > source.length()) continue;
         Chunk* const alone[] = {&chunk};
@@ -269,6 +271,50 @@ std::optional<std::vector<XCursorParser::Header>> readHeaders(ByteSource& source
     }
     if (headers.empty()) return std::nullopt;
     return headers;
+}
+
+std::optional<std::vector<XCursorImage>> readImageHeaders(ByteSource& source,
+                                                          std::span<const TocEntry> entries) {
+    std::vector<XCursorImage> images;
+    images.reserve(entries.size());
+    for (const auto& [subtype, position] : entries) {
+        std::array<std::uint8_t, kChunkHeaderBytes> header;
+        if (source.read(position, header) < header.size()) return std::nullopt;
+        const std::uint64_t width = field(header, 16);
+        const std::uint64_t height = field(header, 20);
+        const auto count = width * height;
+        if (count < 1 || count > kMostPixelsAtOnce) return std::nullopt;
+        if (position + kChunkHeaderBytes + 4 * count > source.length()) return std::nullopt;
+        XCursorImage image;
+        image.size = subtype;
+        image.width = static_cast<std::int64_t>(width);
+        image.height = static_cast<std::int64_t>(height);
+        images.push_back(std::move(image));
+    }
+    return images;
+}
+
+std::optional<std::vector<XCursorImage>> readWholeImages(ByteSource& source,
+                                                         std::span<const TocEntry> entries,
+                                                         std::span<const XCursorImage> headers,
+                                                         PixelPool& pool) {
+    std::vector<Chunk> chunks;
+    chunks.reserve(entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const auto pixels = static_cast<std::uint64_t>(headers[i].width * headers[i].height);
+        const std::uint64_t begin = entries[i].position;
+        chunks.push_back({entries[i].subtype, begin, begin + kChunkHeaderBytes + 4 * pixels, 0});
+    }
+    const auto runs = readRuns(source, inReadingOrder(chunks), pool);
+    if (!runs) return std::nullopt;
+    std::vector<XCursorImage> images(chunks.size());
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        std::uint64_t trueEnd = 0;
+        if (takeImage(chunks[i], *runs, source.length(), images[i], trueEnd) != Verdict::accepted ||
+            images[i].width != headers[i].width || images[i].height != headers[i].height)
+            return std::nullopt;
+    }
+    return images;
 }
 
 }  // namespace pintle

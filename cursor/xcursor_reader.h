@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "cursor/byte_source.h"
@@ -27,5 +28,15 @@ std::optional<XCursorImage> readNearestImage(ByteSource& source, std::int64_t no
                                              std::int64_t maxNominalSize, PixelPool& pool);
 
 std::optional<std::vector<XCursorParser::Header>> readHeaders(ByteSource& source);
+
+/// The images of these entries without their pixels. Absent when one of them is damaged or has more than a
+/// million pixels.
+std::optional<std::vector<XCursorImage>> readImageHeaders(ByteSource& source,
+                                                          std::span<const XCursorParser::TocEntry> entries);
+/// The same with their pixels in `pool`; absent when they cannot be read or the file has changed since.
+std::optional<std::vector<XCursorImage>> readWholeImages(ByteSource& source,
+                                                         std::span<const XCursorParser::TocEntry> entries,
+                                                         std::span<const XCursorImage> headers,
+                                                         PixelPool& pool);
 
 }  // namespace pintle

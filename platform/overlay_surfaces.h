@@ -18,7 +18,7 @@ class OverlaySurface {
     /// only. False when something other than this program has taken it away, where a desktop can do that.
     virtual bool isVisible() const = 0;
     virtual void setSize(Size size) = 0;
-    /// Absent draws nothing.
+    /// Drawn over the whole surface; absent draws nothing.
     virtual void setImage(const std::optional<Bitmap>& image) = 0;
     /// The lower-left corner, in global points.
     virtual void setOrigin(Point origin) = 0;

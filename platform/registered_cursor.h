@@ -23,6 +23,9 @@ struct RegisteredCursor {
     std::uint64_t frameCount = 1;
     /// Seconds per frame; 0 for a still cursor.
     double frameDuration = 0;
+    /// Of a theme's images, each way; the sides of a frame are `size` times this, rounded. The desktop's own
+    /// cursors have their images as they are.
+    double pixelsPerPoint = 1;
     friend bool operator==(const RegisteredCursor&, const RegisteredCursor&) = default;
 };
 

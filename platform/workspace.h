@@ -34,6 +34,8 @@ enum class WorkspaceEvent {
     /// Something outside this program has changed the pointers: another theme was chosen for the desktop, or
     /// its window manager came back. Never sent on a desktop where that disturbs no registration.
     pointerDidChange,
+    /// pixelsPerPoint() answers another number than before.
+    pixelDensityDidChange,
 };
 
 /// The platform's own name of the event.
@@ -59,6 +61,8 @@ constexpr std::string_view notificationName(WorkspaceEvent event) {
             return "NSApplicationDidChangeScreenParametersNotification";
         case WorkspaceEvent::pointerDidChange:
             return "pointer change";
+        case WorkspaceEvent::pixelDensityDidChange:
+            return "pixel density change";
     }
     return "";
 }
@@ -82,6 +86,9 @@ class Workspace {
 
     /// Absent while no application is in front.
     virtual std::optional<RunningApplication> frontmostApplication() = 0;
+    /// How many pixels of pointers and overlay windows a point has each way, 1 to 4 in quarters. 1 where the
+    /// desktop itself draws points as pixels of the screen, whatever they are.
+    virtual double pixelsPerPoint() = 0;
     /// Calls `handler` at each such event until the handle ends.
     virtual Subscription observe(WorkspaceEvent event, Handler handler) = 0;
     /// Calls `handler` once per display before and after a change where the desktop says both. Where it only

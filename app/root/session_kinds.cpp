@@ -114,6 +114,7 @@ DesktopSession makeX11Session(const SessionContext& context) {
                 icons, file, [&] { return settingsProviders(environment); }, log);
         });
     auto session = withXShell(context);
+    addXDesktop(session, context);
     session.windowServer = makeX11WindowServer({
         .display = std::nullopt,
         .queue = context.queue,
@@ -122,8 +123,8 @@ DesktopSession makeX11Session(const SessionContext& context) {
         .serverDied = context.serverDied,
         .environment = {},
         .nameSent = {},
+        .pixelsPerPoint = [&workspace = *session.workspace] { return workspace.pixelsPerPoint(); },
     });
-    addXDesktop(session, context);
     session.overlay = makeOverlayDesktop({std::nullopt, context.queue, context.log, *session.workspace,
                                           watcherOn(context.queue),
                                           overlay::makeScreenWatch(context.queue, context.background)});
@@ -137,8 +138,11 @@ class WorkspaceWithoutApplications : public Workspace {
     explicit WorkspaceWithoutApplications(std::unique_ptr<Workspace> workspace)
         : workspace_(std::move(workspace)) {}
     std::optional<RunningApplication> frontmostApplication() override { return std::nullopt; }
+    /// Theme folders have pictures for each output's scale.
+    double pixelsPerPoint() override { return 1; }
     Subscription observe(WorkspaceEvent event, Handler handler) override {
-        if (event == WorkspaceEvent::didActivateApplication) return {};
+        if (event == WorkspaceEvent::didActivateApplication || event == WorkspaceEvent::pixelDensityDidChange)
+            return {};
         return workspace_->observe(event, std::move(handler));
     }
     Subscription observeDisplayReconfiguration(DisplayHandler handler) override {

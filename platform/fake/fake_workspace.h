@@ -11,6 +11,7 @@ namespace pintle {
 class FakeWorkspace : public Workspace {
   public:
     std::optional<RunningApplication> frontmostApplication() override { return frontmost; }
+    double pixelsPerPoint() override { return density; }
     Subscription observe(WorkspaceEvent event, Handler handler) override {
         return events_[event].observe(std::move(handler));
     }
@@ -31,7 +32,13 @@ class FakeWorkspace : public Workspace {
     void activateUnknown() { send(WorkspaceEvent::didActivateApplication); }
     void reconfigureDisplay(DisplayId display, DisplayChangeFlags flags) { displays_.emit(display, flags); }
 
+    void changeDensity(double now) {
+        density = now;
+        send(WorkspaceEvent::pixelDensityDidChange);
+    }
+
     std::optional<RunningApplication> frontmost;
+    double density = 1;
 
   private:
     std::map<WorkspaceEvent, Signal<const WorkspaceNotification&>> events_;

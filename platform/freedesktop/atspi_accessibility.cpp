@@ -147,8 +147,8 @@ void converse(const std::shared_ptr<Conversation>& shared) {
 
 class AtspiAccessibility : public Accessibility {
   public:
-    explicit AtspiAccessibility(std::function<std::pair<int, int>()> originTopLeft)
-        : originTopLeft_(std::move(originTopLeft)) {}
+    explicit AtspiAccessibility(std::function<std::pair<int, int>(TopLeftPoint)> rootPixelAt)
+        : rootPixelAt_(std::move(rootPixelAt)) {}
     ~AtspiAccessibility() override {
         {
             const std::lock_guard lock(shared_->mutex);
@@ -166,20 +166,20 @@ class AtspiAccessibility : public Accessibility {
     }
 
     std::optional<std::string> roleAt(TopLeftPoint point) override {
-        const auto [left, top] = originTopLeft_();
+        const auto [x, y] = rootPixelAt_(point);
         const auto now = std::chrono::steady_clock::now();
         const std::lock_guard lock(shared_->mutex);
         if (asked_ != point || now - askedAt_ > kAnswerAge) {
             asked_ = point;
             askedAt_ = now;
-            shared_->wanted = {point, left + static_cast<int>(point.x), top + static_cast<int>(point.y)};
+            shared_->wanted = {point, x, y};
             shared_->wake.notify_all();
         }
         return shared_->answered == point ? shared_->role : std::nullopt;
     }
 
   private:
-    std::function<std::pair<int, int>()> originTopLeft_;
+    std::function<std::pair<int, int>(TopLeftPoint)> rootPixelAt_;
     std::shared_ptr<Conversation> shared_ = std::make_shared<Conversation>();
     bool begun_ = false;
     std::optional<TopLeftPoint> asked_;
@@ -188,8 +188,9 @@ class AtspiAccessibility : public Accessibility {
 
 }  // namespace
 
-std::unique_ptr<Accessibility> makeAtspiAccessibility(std::function<std::pair<int, int>()> originTopLeft) {
-    return std::make_unique<AtspiAccessibility>(std::move(originTopLeft));
+std::unique_ptr<Accessibility> makeAtspiAccessibility(
+    std::function<std::pair<int, int>(TopLeftPoint)> rootPixelAt) {
+    return std::make_unique<AtspiAccessibility>(std::move(rootPixelAt));
 }
 
 }  // namespace pintle::overlay

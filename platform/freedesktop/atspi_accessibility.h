@@ -10,8 +10,9 @@
 
 namespace pintle::overlay {
 
-/// `originTopLeft` answers the root window pixel of the first screen's top-left corner; asked on the main
-/// thread. The service is first reached for when somebody asks whether it may be asked.
-std::unique_ptr<Accessibility> makeAtspiAccessibility(std::function<std::pair<int, int>()> originTopLeft);
+/// `rootPixelAt` answers the root window's pixel at a point; asked on the main thread. The service is first
+/// reached for when somebody asks whether it may be asked.
+std::unique_ptr<Accessibility> makeAtspiAccessibility(
+    std::function<std::pair<int, int>(TopLeftPoint)> rootPixelAt);
 
 }  // namespace pintle::overlay

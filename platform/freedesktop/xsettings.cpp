@@ -81,6 +81,7 @@ CursorXSettings parseXSettings(std::span<const std::uint8_t> property) {
         const auto* const size = std::get_if<std::int32_t>(&value);
         auto* const theme = std::get_if<std::string>(&value);
         if (size && name == "Gtk/CursorThemeSize" && *size > 0) result.themeSize = *size;
+        if (size && name == "Gdk/WindowScalingFactor") result.windowScalingFactor = *size;
         if (theme && name == "Gtk/CursorThemeName" && !theme->empty()) result.themeName = std::move(*theme);
     }
     return result;

@@ -22,10 +22,11 @@ struct XSetting {
 /// keeps what came before.
 std::vector<XSetting> readXSettings(std::span<const std::uint8_t> property);
 
-/// What a settings manager publishes about cursors.
+/// What a settings manager publishes about cursors and about the pixels of a point.
 struct CursorXSettings {
-    std::optional<std::string> themeName;
-    std::optional<int> themeSize;
+    std::optional<std::string> themeName = std::nullopt;
+    std::optional<int> themeSize = std::nullopt;
+    std::optional<int> windowScalingFactor = std::nullopt;
     friend bool operator==(const CursorXSettings&, const CursorXSettings&) = default;
 };
 

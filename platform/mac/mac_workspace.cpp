@@ -28,6 +28,7 @@ Centre centreOf(WorkspaceEvent event) {
         case WorkspaceEvent::screenParametersDidChange:
             return Centre::application;
         case WorkspaceEvent::pointerDidChange:
+        case WorkspaceEvent::pixelDensityDidChange:
             return Centre::none;
     }
     return Centre::none;
@@ -47,6 +48,8 @@ extern "C" void displayReconfigured(CGDirectDisplayID display, CGDisplayChangeSu
 class MacWorkspace : public Workspace {
   public:
     std::optional<RunningApplication> frontmostApplication() override { return readFrontmostApplication(); }
+    /// The window server draws points at each display's own density.
+    double pixelsPerPoint() override { return 1; }
 
     Subscription observe(WorkspaceEvent event, Handler handler) override {
         const std::string name(notificationName(event));

@@ -16,13 +16,15 @@ struct Theme {
 };
 constexpr Theme kThemes[] = {{"bibata-modern-ice", 0x102030}, {"banana", 0xC0B000}, {"fuchsia", 0xA020A0}};
 constexpr double kScales[] = {0.75, 1.0, 1.25, 1.5};
+constexpr double kDensities[] = {1, 1.5, 2};
 
 using Registered = std::map<std::string, RegisteredCursor>;
 
 /// What the window server holds when nothing but this theme has ever been requested.
-Registered wholeTheme(const CursorWorld& world, const std::string& id, double scale) {
-    const auto essential = loadEssentialSet(world.cursorsOf(id), scale);
-    const auto plan = planRegistration(completeSet(essential, loadRemainingImages(essential), scale));
+Registered wholeTheme(const CursorWorld& world, const std::string& id, double scale, double density) {
+    const auto essential = loadEssentialSet(world.cursorsOf(id), scale, density);
+    const auto plan =
+        planRegistration(completeSet(essential, loadRemainingImages(essential), scale, density));
     Registered registered;
     for (const auto& image : plan->images) registered.emplace(image.identifier, image.toRegisteredCursor());
     return registered;
@@ -42,7 +44,7 @@ void expectTheLastRequestToWin(std::uint64_t seed) {
     const Theme* theme = nullptr;
     const auto requests = 3 + pick(8);
     for (std::size_t i = 0; i < requests; ++i) {
-        switch (pick(4)) {
+        switch (pick(5)) {
             case 0:
             case 1:
                 theme = &kThemes[pick(std::size(kThemes))];
@@ -54,6 +56,9 @@ void expectTheLastRequestToWin(std::uint64_t seed) {
             case 3:
                 theme = nullptr;
                 world.pipeline.resetToDefault();
+                break;
+            case 4:
+                world.workspace.changeDensity(kDensities[pick(std::size(kDensities))]);
                 break;
         }
         if (i + 1 == requests) break;
@@ -69,7 +74,7 @@ void expectTheLastRequestToWin(std::uint64_t seed) {
     while (world.scheduler.step())
         if (asks() > asked && newer == issued) newer = world.windowServer.registrations.size();
 
-    const auto expected = theme ? wholeTheme(world, theme->id, scale) : Registered{};
+    const auto expected = theme ? wholeTheme(world, theme->id, scale, world.workspace.density) : Registered{};
     EXPECT_EQ(world.windowServer.registered, expected);
     for (auto i = newer; i < world.windowServer.registrations.size(); ++i) {
         const auto& registered = world.windowServer.registrations[i];

@@ -6,7 +6,6 @@
 
 #include "apply/cursor_overlay_manager.h"
 #include "platform/fake/fake_overlay_platform.h"
-#include "platform/fake/fake_workspace.h"
 #include "tests/support/cursor_sets.h"
 #include "tests/support/test_world.h"
 
@@ -16,7 +15,6 @@ struct OverlayWorld : TestWorld {
     FakeDisplays displays;
     FakeOverlaySurfaces surfaces;
     FakeWindowList windowList;
-    FakeWorkspace workspace;
     FakePointer pointer;
     FakeAccessibility accessibility;
     DesktopNames names;

@@ -61,7 +61,7 @@ TEST_F(CursorFolderTest, ReadsAFileOnceForAllItsNames) {
         if (listFirst) folder.names();
         const auto images = folder.read("left_ptr", 48);
         ASSERT_TRUE(images);
-        EXPECT_THAT(*images, SizeIs(1));
+        EXPECT_THAT(images->images, SizeIs(1));
         for (const auto* name : {"arrow", "default", "top_left_arrow", "left_ptr"})
             EXPECT_EQ(folder.read(name, 48), images) << name;
     }
@@ -80,8 +80,8 @@ TEST_F(CursorFolderTest, ReadsALinkBeforeItsFileAsWell) {
 TEST_F(CursorFolderTest, KeepsAnswersOfDifferentLimitsApart) {
     write("left_ptr", XCursorBuilder().image({.size = 4}).image({.size = 8}));
     CursorFolder folder(temporary.path());
-    EXPECT_THAT(*folder.read("left_ptr", 48), SizeIs(2));
-    EXPECT_THAT(*folder.read("left_ptr", 4), SizeIs(1));
+    EXPECT_THAT(folder.read("left_ptr", 48)->images, SizeIs(2));
+    EXPECT_THAT(folder.read("left_ptr", 4)->images, SizeIs(1));
 }
 
 TEST_F(CursorFolderTest, AnswersNothingForEntriesThatAreNoCursor) {
@@ -112,7 +112,7 @@ TEST_F(CursorFolderTest, ImagesOutliveTheFolderAndItsFiles) {
     }
     std::filesystem::remove(temporary.path() / "left_ptr");
     ASSERT_TRUE(images);
-    EXPECT_THAT(images->front().pixels.values(), testing::ElementsAre(9, 9, 9, 9));
+    EXPECT_THAT(images->images.front().pixels.values(), testing::ElementsAre(9, 9, 9, 9));
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ std::vector<XCursorImage> imagesOf(const XCursorBuilder& builder) {
     return XCursorParser::parse(builder.bytes(), std::nullopt).value();
 }
 XCursorImages sharedImagesOf(const XCursorBuilder& builder) {
-    return std::make_shared<const std::vector<XCursorImage>>(imagesOf(builder));
+    return std::make_shared<const CursorFileImages>(CursorFileImages{imagesOf(builder)});
 }
 
 TEST(MakePreloaded, ChoosesTheThirtyTwoImageAtScaleOneAndReturnsItUnscaled) {
@@ -192,8 +192,8 @@ TEST(MakePreloadedSet, GivesWhatEachCursorGivesByItself) {
     for (const double scale : {0.75, 1.0, 1.25, 1.5, 2.0}) {
         const auto set = makePreloadedSet(cursors, scale);
         ASSERT_THAT(set, SizeIs(2));
-        EXPECT_EQ(set[0], makePreloaded("left_ptr", *cursors[0].second, scale));
-        EXPECT_EQ(set[1], makePreloaded("watch", *cursors[1].second, scale));
+        EXPECT_EQ(set[0], makePreloaded("left_ptr", cursors[0].second->images, scale));
+        EXPECT_EQ(set[1], makePreloaded("watch", cursors[1].second->images, scale));
     }
 }
 
@@ -209,7 +209,7 @@ TEST(MakePreloadedSet, SharesThePixelsOfNamesThatStandForOneFile) {
 
 TEST(MakePreloadedSet, LeavesOutNamesThatGiveNoCursor) {
     const auto set = makePreloadedSet({{"none", nullptr},
-                                       {"empty", std::make_shared<const std::vector<XCursorImage>>()},
+                                       {"empty", std::make_shared<const CursorFileImages>()},
                                        {"left_ptr", sharedImagesOf(XCursorBuilder().image({.size = 32}))}},
                                       1.0);
     ASSERT_THAT(set, SizeIs(1));

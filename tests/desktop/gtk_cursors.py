@@ -51,9 +51,10 @@ class Window(Gtk.Window):
         if not self.get_mapped() or getattr(self, "last", None) != (x, y):
             self.last = (x, y)
             return True
+        scale = self.get_scale_factor()
         for name, area in self.areas:
             box = area.get_allocation()
-            print("area", name, x + box.x + box.width // 2, y + box.y + box.height // 2)
+            print("area", name, (x + box.x + box.width // 2) * scale, (y + box.y + box.height // 2) * scale)
         print("ready", flush=True)
         return False
 

@@ -73,9 +73,9 @@ class Image:
         return wrong
 
 
-def theme_image(tool, name):
+def theme_image(tool, name, density=1):
     """The first frame of what the reader makes of the theme's file for an X11 name; none without one."""
-    result = subprocess.run([tool, SOURCE, "1.0", "pixels"], input=",".join(FILES[name]) + "\n", text=True,
+    result = subprocess.run([tool, SOURCE, "1.0", str(density), "pixels"], input=",".join(FILES[name]) + "\n", text=True,
                             check=True, capture_output=True).stdout.split()
     if len(result) < 3:
         return None

@@ -75,7 +75,8 @@ int main(int argc, char** argv) {
         wait.stop();
         for (const auto& [name, area] : areas) {
             const QPoint centre = area->mapToGlobal(area->rect().center());
-            std::printf("area %s %d %d\n", name, centre.x(), centre.y());
+            const double pixels = area->devicePixelRatio();
+            std::printf("area %s %d %d\n", name, qRound(centre.x() * pixels), qRound(centre.y() * pixels));
         }
         std::puts("ready");
         std::fflush(stdout);

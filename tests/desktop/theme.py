@@ -17,6 +17,8 @@ class Theme:
         self.source = os.path.join(ICONS, package_theme, "cursors")
         self.tool = os.path.join(tools, "expected_cursor")
         self.known = {}
+        #: Pixels that a point has each way.
+        self.density = 1
 
     def install(self, data_home):
         target = os.path.join(data_home, "Pintle", "Themes", self.identifier, "cursors")
@@ -25,13 +27,13 @@ class Theme:
     def looks(self, name, scale):
         """The frames that an X11 name must show at a scale, one when it stands still, none when the theme has no
         file for it."""
-        if scale not in self.known:
-            self.known[scale] = self.ask(scale)
-        return self.known[scale].get(name, [])
+        if (scale, self.density) not in self.known:
+            self.known[scale, self.density] = self.ask(scale)
+        return self.known[scale, self.density].get(name, [])
 
     def ask(self, scale):
         names = list(FILES)
-        result = subprocess.run([self.tool, self.source, str(scale)], text=True, check=True, capture_output=True,
+        result = subprocess.run([self.tool, self.source, str(scale), str(self.density)], text=True, check=True, capture_output=True,
                                 input="".join(",".join(FILES[name]) + "\n" for name in names))
         lines = result.stdout.splitlines()
         return {name: line.split()[1:] for name, line in zip(names, lines)}

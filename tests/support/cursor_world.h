@@ -9,6 +9,7 @@
 #include "apply/application_pipeline.h"
 #include "apply/cursor_applier.h"
 #include "apply/cursor_snapshots.h"
+#include "apply/density_follower.h"
 #include "apply/system_cursor_changer.h"
 #include "settings/cursor_settings.h"
 #include "tests/support/fake_overlay.h"
@@ -32,7 +33,8 @@ struct CursorWorld : TestWorld {
     ThemeStore themeStore{directories, log};
     ThemeList themes{themeStore, settings, log};
     ApplicationPipeline pipeline{{settings, store, notifications, themes, themeStore, applier, overlay,
-                                  scheduler.mainQueue(), scheduler.backgroundTasks(), hints, log}};
+                                  scheduler.mainQueue(), scheduler.backgroundTasks(), hints, log, workspace}};
+    DensityFollower densityFollower{workspace, changer, pipeline};
     ThemeWork work;
     ThemeExtractor extractor{{processes, work, scheduler.mainQueue(), scheduler.backgroundTasks()}};
     ThemeDownloads downloads{{settings, store, themes, themeStore, extractor, work, http,

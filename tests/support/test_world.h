@@ -12,6 +12,7 @@
 #include "platform/fake/fake_process_runner.h"
 #include "platform/fake/fake_property_list_coder.h"
 #include "platform/fake/fake_window_server.h"
+#include "platform/fake/fake_workspace.h"
 #include "platform/fake/virtual_scheduler.h"
 #include "tests/support/temporary_folder.h"
 
@@ -26,6 +27,7 @@ struct TestWorld {
     FakeKeyValueStore store;
     FakeWindowServer windowServer;
     FakeHardwareCursor hardwareCursor;
+    FakeWorkspace workspace;
     FakeImageService images;
     FakePropertyListCoder propertyLists;
     FakeProcessHints hints;

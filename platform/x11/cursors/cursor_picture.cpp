@@ -65,13 +65,15 @@ std::vector<std::uint32_t> CursorFrame::argb() const {
 std::shared_ptr<const CursorPicture> CursorPicture::of(const RegisteredCursor& cursor) {
     const auto usableSide = [](double side) { return side >= 1 && side <= kLongestSide; };
     if (cursor.images.empty() || cursor.frameCount < 1) return nullptr;
-    if (!usableSide(cursor.size.width) || !usableSide(cursor.size.height)) return nullptr;
+    const double density = cursor.pixelsPerPoint;
+    const Size size = {std::round(cursor.size.width * density), std::round(cursor.size.height * density)};
+    if (!usableSide(size.width) || !usableSide(size.height)) return nullptr;
 
     CursorFrame frame{cursor.images.front()};
-    frame.width = static_cast<int>(std::lround(cursor.size.width));
-    frame.height = static_cast<int>(std::lround(cursor.size.height));
-    frame.hotspotX = roundedAndClamped(cursor.hotspot.x, frame.width);
-    frame.hotspotY = roundedAndClamped(cursor.hotspot.y, frame.height);
+    frame.width = static_cast<int>(size.width);
+    frame.height = static_cast<int>(size.height);
+    frame.hotspotX = roundedAndClamped(cursor.hotspot.x * density, frame.width);
+    frame.hotspotY = roundedAndClamped(cursor.hotspot.y * density, frame.height);
     frame.delay = delayOf(cursor.frameDuration);
 
     std::vector<CursorFrame> frames;
@@ -132,7 +134,8 @@ bool CursorPicture::equals(const CursorPicture& other) const {
     return true;
 }
 
-std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture) {
+std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture,
+                                         double pixelsPerPoint) {
     const auto& frames = picture.frames();
     const auto& first = frames.front();
     const auto rowBytes = static_cast<std::size_t>(first.width) * 4;
@@ -153,8 +156,8 @@ std::optional<RegisteredCursor> recordOf(const std::string& identifier, const Cu
     RegisteredCursor record;
     record.identifier = identifier;
     record.images = {std::move(*strip)};
-    record.size = {static_cast<double>(first.width), static_cast<double>(first.height)};
-    record.hotspot = {static_cast<double>(first.hotspotX), static_cast<double>(first.hotspotY)};
+    record.size = {first.width / pixelsPerPoint, first.height / pixelsPerPoint};
+    record.hotspot = {first.hotspotX / pixelsPerPoint, first.hotspotY / pixelsPerPoint};
     record.frameCount = frames.size();
     record.frameDuration = delays / static_cast<double>(frames.size()) / 1000;
     return record;

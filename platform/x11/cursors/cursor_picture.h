@@ -62,8 +62,9 @@ class CursorPicture {
 using PicturePtr = std::shared_ptr<const CursorPicture>;
 
 /// The picture as the window server's interface has it: all frames in one strip, frame 0 on top, each as
-/// large as the first. Absent when the memory cannot be had.
-std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture);
+/// large as the first, and measured at so many pixels a point. Absent when the memory cannot be had.
+std::optional<RegisteredCursor> recordOf(const std::string& identifier, const CursorPicture& picture,
+                                         double pixelsPerPoint = 1);
 
 /// Both absent, or both there and equal.
 bool samePicture(const PicturePtr& a, const PicturePtr& b);

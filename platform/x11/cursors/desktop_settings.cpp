@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <utility>
 
 namespace pintle::x11 {
 namespace {
 
 constexpr int kLargestSize = 512;
+constexpr double kUsualDpi = 96;
+constexpr double kHighestDensity = 4;
 
 std::optional<int> positiveNumber(std::string_view text) {
     int value = 0;
@@ -42,6 +45,18 @@ std::optional<std::string> resourceValue(std::string_view resources, std::string
         if (!value.empty()) result = std::string(value);
     }
     return result;
+}
+
+double pixelsPerPoint(const std::optional<CursorXSettings>& published, std::string_view resources) {
+    // With a manager the dots per inch hold the user's own size of texts too, which is no density.
+    if (published)
+        return std::clamp(static_cast<double>(published->windowScalingFactor.value_or(1)), 1.0,
+                          kHighestDensity);
+    const auto text = resourceValue(resources, "Xft", "dpi").value_or("");
+    double dpi = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), dpi);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(dpi)) return 1;
+    return std::clamp(std::round(dpi / kUsualDpi * 4) / 4, 1.0, kHighestDensity);
 }
 
 CursorThemeChoice chooseCursorTheme(const CursorXSettings& settings, const Environment& environment,

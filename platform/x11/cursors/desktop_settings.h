@@ -28,6 +28,10 @@ struct CursorThemeChoice {
 std::optional<std::string> resourceValue(std::string_view resources, std::string_view application,
                                          std::string_view resource);
 
+/// How many pixels a point has each way: the settings manager's factor for windows, and without a manager the
+/// dots per inch of texts in steps of a quarter. 1 to 4; 1 where nothing is said that makes sense.
+double pixelsPerPoint(const std::optional<CursorXSettings>& published, std::string_view resources);
+
 /// Settings manager before environment before resources before what the cursor library takes by default.
 CursorThemeChoice chooseCursorTheme(const CursorXSettings& settings, const Environment& environment,
                                     std::string_view resources, int screenWidth, int screenHeight);

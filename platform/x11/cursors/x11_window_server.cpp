@@ -175,7 +175,7 @@ CopiedCursor X11WindowServer::copyRegisteredCursorImages(ConnectionId, const std
     refreshDesktopTheme();
     const auto picture = desk_.theme.picture(names.front());
     if (!picture) return {kFailure, {}};
-    auto record = recordOf(identifier, *picture);
+    auto record = recordOf(identifier, *picture, options_.pixelsPerPoint ? options_.pixelsPerPoint() : 1);
     if (!record) return {kFailure, {}};
     return {0, std::move(*record)};
 }

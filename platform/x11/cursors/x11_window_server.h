@@ -34,6 +34,8 @@ struct X11WindowServerOptions {
     std::function<void(std::string_view name)> nameSent;
     /// The desktop's own theme and its size in pixels. Empty: what the X server's settings say.
     std::function<std::pair<std::string, int>()> desktopTheme = {};
+    /// In which density copies of the desktop's own cursors are measured; empty: 1.
+    std::function<double()> pixelsPerPoint = {};
 };
 
 /// Never null. Without a usable X server every function is missing.

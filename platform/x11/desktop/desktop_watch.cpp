@@ -49,6 +49,7 @@ std::optional<std::string> applicationName(std::string_view windowClass, std::in
 DesktopWatch::DesktopWatch(X11WorkspaceOptions options, Listener listener)
     : options_(std::move(options)), listener_(std::move(listener)) {
     if (!open()) return;
+    themeSettings_ = readThemeSettings();
     readActiveWindow(false);
 }
 
@@ -108,7 +109,6 @@ void DesktopWatch::selectEvents() {
                                                lifetime_.weakly([this] { askForPowerLevel(); }));
     }
     followSettingsManager();
-    themeSettings_ = readThemeSettings();
     xcb_flush(x);
 }
 
@@ -148,6 +148,7 @@ void DesktopWatch::reopen() {
     powerTimer_.end();
     // A server that is gone refuses, and then there is nothing left to observe.
     if (!open()) return;
+    takeThemeSettings();
     readActiveWindow(true);
     listener_.displaysChanged();
 }
@@ -185,9 +186,7 @@ void DesktopWatch::report(const News& news) {
     if (news.settingsManager) followSettingsManager();
     bool disturbed = news.windowManager;
     if (news.settingsManager || news.themeSettings) {
-        auto now = readThemeSettings();
-        disturbed |= now != themeSettings_;
-        themeSettings_ = std::move(now);
+        disturbed |= takeThemeSettings();
     }
     if (disturbed) listener_.pointerDisturbed();
     if (news.activeWindow) readActiveWindow(true);
@@ -219,12 +218,24 @@ std::optional<RunningApplication> DesktopWatch::applicationOf(xcb_window_t windo
 
 DesktopWatch::ThemeSettings DesktopWatch::readThemeSettings() {
     ThemeSettings settings;
+    std::optional<CursorXSettings> published;
     if (settingsManager_ != 0)
-        settings.published = parseXSettings(connection_->property(settingsManager_, atoms_.settings));
+        published = parseXSettings(connection_->property(settingsManager_, atoms_.settings));
+    settings.published = published.value_or(CursorXSettings{});
     const auto resources = textOf(connection_->property(connection_->root(), XCB_ATOM_RESOURCE_MANAGER));
     settings.theme = x11::resourceValue(resources, "Xcursor", "theme");
     settings.size = x11::resourceValue(resources, "Xcursor", "size");
+    settings.pixelsPerPoint = x11::pixelsPerPoint(published, resources);
     return settings;
+}
+
+bool DesktopWatch::takeThemeSettings() {
+    auto now = readThemeSettings();
+    const bool isOther = now != themeSettings_;
+    const bool hasOtherDensity = now.pixelsPerPoint != themeSettings_.pixelsPerPoint;
+    themeSettings_ = std::move(now);
+    if (hasOtherDensity) listener_.densityChanged();
+    return isOther;
 }
 
 void DesktopWatch::askForPowerLevel() {

@@ -25,6 +25,8 @@ class DesktopWatch {
         std::function<void(bool asleep)> screensSleep;
         /// The desktop's cursor theme or its window manager is another one.
         std::function<void()> pointerDisturbed;
+        /// pixelsPerPoint() is another one.
+        std::function<void()> densityChanged;
     };
 
     DesktopWatch(X11WorkspaceOptions options, Listener listener);
@@ -32,6 +34,8 @@ class DesktopWatch {
 
     /// As of the last event. Absent while no window is active.
     const std::optional<RunningApplication>& frontmost() const { return frontmost_; }
+    /// As of the last event; 1 without an X server.
+    double pixelsPerPoint() const { return themeSettings_.pixelsPerPoint; }
 
   private:
     struct Atoms {
@@ -46,6 +50,7 @@ class DesktopWatch {
         CursorXSettings published;
         std::optional<std::string> theme;
         std::optional<std::string> size;
+        double pixelsPerPoint = 1;
         friend bool operator==(const ThemeSettings&, const ThemeSettings&) = default;
     };
     /// What a batch of events brought.
@@ -67,6 +72,8 @@ class DesktopWatch {
     void readActiveWindow(bool announce);
     std::optional<RunningApplication> applicationOf(xcb_window_t window);
     ThemeSettings readThemeSettings();
+    /// Answers whether what the desktop shows as pointers is another thing now.
+    bool takeThemeSettings();
     void askForPowerLevel();
     void setScreensAsleep();
 

@@ -32,9 +32,11 @@ class X11Workspace : public Workspace {
                     [this](bool asleep) {
                         send(asleep ? WorkspaceEvent::screensDidSleep : WorkspaceEvent::screensDidWake);
                     },
-                    [this] { send(WorkspaceEvent::pointerDidChange); }}) {}
+                    [this] { send(WorkspaceEvent::pointerDidChange); },
+                    [this] { send(WorkspaceEvent::pixelDensityDidChange); }}) {}
 
     std::optional<RunningApplication> frontmostApplication() override { return desktop_.frontmost(); }
+    double pixelsPerPoint() override { return desktop_.pixelsPerPoint(); }
     Subscription observe(WorkspaceEvent event, Handler handler) override {
         return events_[static_cast<std::size_t>(event)].observe(std::move(handler));
     }
@@ -52,7 +54,8 @@ class X11Workspace : public Workspace {
         queue_.post(lifetime_.weakly([this, event] { send(event); }));
     }
 
-    static constexpr std::size_t kEvents = static_cast<std::size_t>(WorkspaceEvent::pointerDidChange) + 1;
+    static constexpr std::size_t kEvents =
+        static_cast<std::size_t>(WorkspaceEvent::pixelDensityDidChange) + 1;
     MainQueue& queue_;
     std::array<Signal<const WorkspaceNotification&>, kEvents> events_;
     Signal<DisplayId, DisplayChangeFlags> displays_;

@@ -23,7 +23,7 @@ class X11OverlayDesktop : public OverlayDesktop {
     X11OverlayDesktop(const OverlayDesktopOptions& options,
                       std::unique_ptr<overlay::OverlayConnection> connection, const std::string& display)
         : connection_(std::move(connection)),
-          displays_(*connection_),
+          displays_(*connection_, [&workspace = options.workspace] { return workspace.pixelsPerPoint(); }),
           surfaces_(*connection_, displays_),
           pointer_(
               *connection_, display, variable,
@@ -31,8 +31,11 @@ class X11OverlayDesktop : public OverlayDesktop {
               // A click in the toolkit is no turn of the queue.
               [&queue = options.queue] { queue.post([] {}); }),
           windowList_(*connection_, displays_),
-          accessibility_(overlay::makeAtspiAccessibility(
-              [this] { return std::pair(displays_.originX(), displays_.originTop()); })),
+          accessibility_(overlay::makeAtspiAccessibility([this](TopLeftPoint point) {
+              const double density = displays_.pixelsPerPoint();
+              return std::pair(displays_.originX() + static_cast<int>(point.x * density),
+                               displays_.originTop() + static_cast<int>(point.y * density));
+          })),
           screensChange_(
               options.workspace.observe(WorkspaceEvent::screenParametersDidChange,
                                         [this](const WorkspaceNotification&) { displays_.invalidate(); })),

@@ -51,24 +51,28 @@ void X11Displays::refresh() {
     const auto monitors = monitorsOf(connection_.x());
     screens_.clear();
     main_ = 0;
+    originTop_ = 0;
     if (monitors.empty()) return;
     const Monitor& first = monitors.front();
     main_ = first.id;
     originX_ = first.x;
+    originTop_ = first.y;
     originBottom_ = first.y + first.height;
     for (const Monitor& each : monitors) {
         Screen screen;
-        screen.frame.origin = {static_cast<double>(each.x - originX_),
-                               static_cast<double>(originBottom_ - each.y - each.height)};
-        screen.frame.size = {static_cast<double>(each.width), static_cast<double>(each.height)};
+        screen.frame.origin = {(each.x - originX_) / density_,
+                               (originBottom_ - each.y - each.height) / density_};
+        screen.frame.size = {each.width / density_, each.height / density_};
         screen.id = each.id;
         screens_.push_back(screen);
     }
 }
 
 const std::vector<Screen>& X11Displays::screens() {
-    if (known_ != connection_.displayChanges()) {
+    const double density = askDensity_ ? askDensity_() : 1;
+    if (known_ != connection_.displayChanges() || density_ != density) {
         known_ = connection_.displayChanges();
+        density_ = density;
         refresh();
         motionsSeen_ = 0;
     }
@@ -90,9 +94,7 @@ Point X11Displays::mouseLocation() {
     auto* const c = connection_.get();
     const x11::Reply<xcb_query_pointer_reply_t> reply(
         xcb_query_pointer_reply(c, xcb_query_pointer(c, connection_.x().root()), nullptr));
-    if (reply)
-        mouse_ = {static_cast<double>(reply->root_x - originX_),
-                  static_cast<double>(originBottom_ - reply->root_y)};
+    if (reply) mouse_ = pointAt(reply->root_x, reply->root_y);
     return mouse_;
 }
 

@@ -1,6 +1,9 @@
 // Displays from the monitors of RandR, and the pointer's place. Main thread.
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "platform/displays.h"
 #include "platform/x11/overlay/overlay_connection.h"
 
@@ -8,7 +11,9 @@ namespace pintle::overlay {
 
 class X11Displays : public Displays {
   public:
-    explicit X11Displays(OverlayConnection& connection) : connection_(connection) {}
+    /// `pixelsPerPoint` is asked with each question; empty: 1.
+    explicit X11Displays(OverlayConnection& connection, std::function<double()> pixelsPerPoint = {})
+        : connection_(connection), askDensity_(std::move(pixelsPerPoint)) {}
 
     const std::vector<Screen>& screens() override;
     DisplayId mainDisplayID() override;
@@ -19,11 +24,15 @@ class X11Displays : public Displays {
     /// The next question about screens asks the server.
     void invalidate() { known_ = 0; }
 
+    double pixelsPerPoint() { return screens(), density_; }
     /// Left edge of the origin's screen and the first row below it, in root window pixels.
     int originX() { return screens(), originX_; }
     int originBottom() { return screens(), originBottom_; }
-    int originTop() {
-        return screens().empty() ? 0 : originBottom_ - static_cast<int>(screens_[0].frame.size.height);
+    int originTop() { return screens(), originTop_; }
+    /// A place on the root window in points.
+    Point pointAt(int x, int y) {
+        screens();
+        return {(x - originX_) / density_, (originBottom_ - y) / density_};
     }
 
   private:
@@ -35,6 +44,9 @@ class X11Displays : public Displays {
     DisplayId main_ = 0;
     int originX_ = 0;
     int originBottom_ = 0;
+    int originTop_ = 0;
+    std::function<double()> askDensity_;
+    double density_ = 1;
     std::uint64_t motionsSeen_ = 0;
     int questionsSince_ = 0;
     Point mouse_;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "platform/x11/overlay/overlay_shape.h"
@@ -23,6 +24,12 @@ std::uint16_t sideOf(double length) {
 /// The pixel column or row of an edge. Halves go to the lower one, which is where a hotspot rounded to
 /// nearest puts a registered cursor.
 std::int32_t pixelOf(double edge) { return static_cast<std::int32_t>(std::ceil(edge - 0.5)); }
+
+/// Divided by a density and multiplied with it again, a half is not always a half.
+double pixels(double points, double density) {
+    constexpr double kSteps = 1024;
+    return density == 1 ? points : std::round(points * density * kSteps) / kSteps;
+}
 
 xcb_visualid_t blendingVisual(const xcb_screen_t& screen) {
     for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem > 0; xcb_depth_next(&depth)) {
@@ -79,9 +86,9 @@ class Surface : public OverlaySurface {
             XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP;
         const std::array<std::uint32_t, 4> values = {0, 0, 1, kind_.colormap};
         connection_.addOwnWindow(window_);
-        xcb_create_window(c, kind_.depth, window_, connection_.x().root(), -100, -100, sideOf(size_.width),
-                          sideOf(size_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, kind_.visual, mask,
-                          values.data());
+        const auto [width, height] = sides();
+        xcb_create_window(c, kind_.depth, window_, connection_.x().root(), -100, -100, width, height, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, kind_.visual, mask, values.data());
         // Pointers being dragged are the one kind of window that compositors give neither shadow nor effect.
         const xcb_atom_t type = connection_.x().atom("_NET_WM_WINDOW_TYPE_DND");
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, window_, connection_.x().atom("_NET_WM_WINDOW_TYPE"),
@@ -98,9 +105,7 @@ class Surface : public OverlaySurface {
     void setSize(Size size) override {
         if (size == size_) return;
         size_ = size;
-        const std::array<std::uint32_t, 2> sides = {sideOf(size.width), sideOf(size.height)};
-        xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
-                             sides.data());
+        applySize();
         place();
     }
 
@@ -109,6 +114,7 @@ class Surface : public OverlaySurface {
         image_ = image;
         // The server would end the connection of whoever sends more than it takes.
         if (image_ && !canBeSent(*image_)) image_.reset();
+        applySize();
         sendImage();
         applyShape();
         applyVisibility();
@@ -127,6 +133,22 @@ class Surface : public OverlaySurface {
     void orderFront() override { raised_ = 0; }
 
   private:
+    /// Those of the image, which was drawn for the density that the points are of.
+    std::pair<std::uint16_t, std::uint16_t> sides() const {
+        if (image_)
+            return {static_cast<std::uint16_t>(image_->width()),
+                    static_cast<std::uint16_t>(image_->height())};
+        const double density = displays_.pixelsPerPoint();
+        return {sideOf(size_.width * density), sideOf(size_.height * density)};
+    }
+
+    void applySize() {
+        const auto [width, height] = sides();
+        const std::array<std::uint32_t, 2> values = {width, height};
+        xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                             values.data());
+    }
+
     bool canBeSent(const Bitmap& image) const {
         return image.width() <= kLargestSide && image.height() <= kLargestSide &&
                std::uint64_t{4} * static_cast<std::uint64_t>(image.width()) <=
@@ -167,8 +189,9 @@ class Surface : public OverlaySurface {
     }
 
     void place() {
-        const std::int32_t x = displays_.originX() + pixelOf(origin_.x);
-        const std::int32_t y = pixelOf(displays_.originBottom() - (origin_.y + size_.height));
+        const double density = displays_.pixelsPerPoint();
+        const std::int32_t x = displays_.originX() + pixelOf(pixels(origin_.x, density));
+        const std::int32_t y = pixelOf(displays_.originBottom() - pixels(origin_.y + size_.height, density));
         const bool raise = raised_ != connection_.restackings();
         if (x == x_ && y == y_ && !raise) return;
         x_ = x;

@@ -109,11 +109,9 @@ std::vector<WindowInfo> X11WindowList::onScreenWindows() {
         info.layer = isOfType(atoms_.typeDock)            ? kDockLayer
                      : attributes->override_redirect != 0 ? kUnmanagedLayer
                                                           : kManagedLayer;
-        const double width = geometry->width;
-        const double height = geometry->height;
-        info.bounds = {{static_cast<double>(place->dst_x - displays_.originX()),
-                        static_cast<double>(displays_.originBottom() - place->dst_y) - height},
-                       {width, height}};
+        const double density = displays_.pixelsPerPoint();
+        info.bounds = {displays_.pointAt(place->dst_x, place->dst_y + geometry->height),
+                       {geometry->width / density, geometry->height / density}};
         list.push_back(std::move(info));
     }
     std::reverse(list.begin(), list.end());

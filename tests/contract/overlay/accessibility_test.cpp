@@ -76,7 +76,8 @@ class AccessibilityTest : public OverlayDesktopTest {
 // First: the library keeps the first service that it has reached.
 TEST_F(AccessibilityTest, WithoutTheServiceNobodyIsTrusted) {
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere", 1);
-    accessibility = overlay::makeAtspiAccessibility([] { return std::pair(0, 0); });
+    accessibility = overlay::makeAtspiAccessibility(
+        [](TopLeftPoint point) { return std::pair(static_cast<int>(point.x), static_cast<int>(point.y)); });
     for (int i = 0; i < 30; ++i) {
         EXPECT_FALSE(accessibility->isProcessTrusted());
         runFor(std::chrono::milliseconds(10));
@@ -87,7 +88,8 @@ TEST_F(AccessibilityTest, TextFieldsAreToldFromLabelsAndAHungApplicationStallsNo
     const Application first = startApplication("first", 0, 0);
     const Application second = startApplication("second", 300, 200);
     ASSERT_GT(second.text.x, 300);
-    accessibility = overlay::makeAtspiAccessibility([] { return std::pair(0, 0); });
+    accessibility = overlay::makeAtspiAccessibility(
+        [](TopLeftPoint point) { return std::pair(static_cast<int>(point.x), static_cast<int>(point.y)); });
     ASSERT_TRUE(eventually([&] { return accessibility->isProcessTrusted(); }));
     EXPECT_TRUE(becomes(first.text, "AXTextArea"));
     EXPECT_TRUE(becomes(second.text, "AXTextArea"));

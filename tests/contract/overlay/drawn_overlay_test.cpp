@@ -59,6 +59,27 @@ TEST_F(DrawnOverlayTest, WithACompositorTheImageIsBlendedToThePixelAtEveryCorner
     checkEveryCorner(true);
 }
 
+TEST_F(DrawnOverlayTest, AtEveryDensityTheImagesPixelsAreDrawnWhereARegisteredCursorHasThem) {
+    makeTwoDisplays();
+    for (const double density : {1.25, 1.5, 1.75, 2.0, 3.0}) {
+        workspace.changeDensity(density);
+        PreloadedCursor cursor{"left_ptr", unevenImage(20, 30), {}, {}, 0, density};
+        cursor.pointSize = Size{std::floor(20 / density), std::floor(30 / density)};
+        for (const Point hotspot : {Point{0, 0}, Point{2.5, 3.2}, Point{4, 6}}) {
+            cursor.hotspot = hotspot;
+            run(cursor);
+            const int across = static_cast<int>(std::lround(hotspot.x * density));
+            const int down = static_cast<int>(std::lround(hotspot.y * density));
+            for (const auto& [px, py] :
+                 {std::pair(right.x, right.y), {333, 77}, {left.x + 101, left.y + 55}}) {
+                onlooker.move(px, py);
+                EXPECT_TRUE(draws(cursor.image, px - across, py - down, false))
+                    << density << ": pointer " << px << "," << py << " hotspot " << across << "," << down;
+            }
+        }
+    }
+}
+
 TEST_F(DrawnOverlayTest, ACompositorThatComesOrGoesSwitchesBetweenBlendingAndTheShape) {
     const Bitmap image = unevenImage(30, 24);
     run(image, {3, 4});
@@ -238,6 +259,21 @@ TEST_F(DrawnOverlayTest, OverALockersWindowInACornerTheServersPointerShowsAndBes
     EXPECT_TRUE(eventually([&] { return onlooker.overlayWindows().empty() && !nothingIsDrawn(); }));
     // Where the window would be if an axis were flipped.
     for (const auto& [px, py] : {std::pair(right.x + 250, right.y + 90), {right.x + 90, right.y + 350}}) {
+        onlooker.move(px, py);
+        EXPECT_TRUE(draws(unevenImage(20, 20), px, py, false));
+    }
+}
+
+TEST_F(DrawnOverlayTest, AtTwoPixelsAPointALockersWindowIsAvoidedWhereItIs) {
+    makeTwoDisplays();
+    workspace.density = 2;
+    run({"left_ptr", unevenImage(20, 20), {0, 0}, {}, 0, 2, Size{10, 10}});
+    onlooker.window({right.x + 200, right.y + 300, 140, 140}, kBackdrop, "i3lock");
+    for (const int inside : {1, 139}) {
+        onlooker.move(right.x + 200 + inside, right.y + 300 + inside);
+        EXPECT_TRUE(eventually([&] { return onlooker.overlayWindows().empty() && !nothingIsDrawn(); }));
+    }
+    for (const auto& [px, py] : {std::pair(right.x + 198, right.y + 298), {right.x + 250, right.y + 90}}) {
         onlooker.move(px, py);
         EXPECT_TRUE(draws(unevenImage(20, 20), px, py, false));
     }

@@ -34,6 +34,20 @@ TEST_F(OverlayDisplaysTest, ThePrimaryDisplayIsTheFirstAndCarriesTheOriginWherev
     EXPECT_EQ(displays.originBottom(), 460);
 }
 
+TEST_F(OverlayDisplaysTest, AtTwoPixelsAPointEverythingIsMeasuredInPoints) {
+    onlooker.setMonitor("LEFT", {10, 40, 290, 400}, false);
+    onlooker.setMonitor("RIGHT", {300, 20, 340, 440}, true);
+    double density = 1;
+    overlay::X11Displays dense(*connection, [&] { return density; });
+    EXPECT_EQ(dense.screens()[0].frame, (Rect{{0, 0}, {340, 440}}));
+    density = 2;
+    EXPECT_EQ(dense.screens()[0].frame, (Rect{{0, 0}, {170, 220}}));
+    EXPECT_EQ(dense.screens()[1].frame, (Rect{{-145, 10}, {145, 200}}));
+    onlooker.move(300 + 40, 460 - 60);
+    EXPECT_EQ(dense.mouseLocation(), (Point{20, 30}));
+    EXPECT_EQ(dense.originTop(), 20);
+}
+
 TEST_F(OverlayDisplaysTest, TheMouseInTheLowerLeftPixelOfTheFirstScreenIsOnePointUp) {
     onlooker.setMonitor("RIGHT", {300, 20, 340, 440}, true);
     onlooker.move(300, 459);

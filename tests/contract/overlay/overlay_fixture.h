@@ -81,14 +81,15 @@ class OverlayDesktopTest : public testing::Test {
         desktop = makeOverlayDesktop(std::move(options));
     }
     /// A running overlay that draws `image` for every cursor.
-    void run(Bitmap image, Point hotspot) {
+    void run(Bitmap image, Point hotspot) { run({"left_ptr", std::move(image), hotspot, {}, 0}); }
+    void run(const PreloadedCursor& cursor) {
         if (!desktop) openDesktop();
         ASSERT_TRUE(desktop);
         if (!manager)
             manager = std::make_unique<CursorOverlayManager>(CursorOverlayManager::Desktop{
                 queue, log, desktop->displays(), desktop->surfaces(), desktop->windowList(), workspace,
                 desktop->pointer(), cursors, desktop->accessibility(), settings, names});
-        manager->loadCursorsFromPreloaded({{"left_ptr", std::move(image), hotspot, {}, 0}}, 1.0);
+        manager->loadCursorsFromPreloaded({cursor}, 1.0);
         manager->updateOverlayWindows();
         manager->start();
     }

@@ -261,6 +261,39 @@ TEST_F(DesktopWatchTest, TheSettingsManagersCursorThemeIsAPointerChangeAndItsOth
     EXPECT_TRUE(world.untilHeard("pointer change"));
 }
 
+TEST_F(DesktopWatchTest, OtherDotsPerInchInTheResourcesAreADensityChange) {
+    const auto resources = [this](const char* text) {
+        set(client->root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, text);
+    };
+    resources("Xft.dpi:\t144\n");
+    watch();
+    EXPECT_EQ(workspace->pixelsPerPoint(), 1.5);
+    resources("Xft.dpi:\t192\n");
+    EXPECT_THAT(toldSoFar(), ElementsAre("pixel density change", "pointer change"));
+    EXPECT_EQ(workspace->pixelsPerPoint(), 2);
+    resources("Xft.dpi:\t190\n");
+    EXPECT_THAT(toldSoFar(), IsEmpty());
+    resources("");
+    EXPECT_THAT(toldSoFar(), ElementsAre("pixel density change", "pointer change"));
+    EXPECT_EQ(workspace->pixelsPerPoint(), 1);
+}
+
+TEST_F(DesktopWatchTest, TheSettingsManagersFactorForWindowsIsADensityChangeAndItsSizeOfTextsIsNot) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "xsettingsd";
+    set(client->root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, "Xft.dpi:\t192\n");
+    watch();
+    EXPECT_EQ(workspace->pixelsPerPoint(), 2);
+    writeFile(file, std::string("Xft/DPI 196608\nGdk/WindowScalingFactor 3\n"));
+    TestProgram manager({"env", "DISPLAY=" + server.display(), "xsettingsd", "-c", file.string()});
+    ASSERT_TRUE(ComegoWorld::until([&] { return workspace->pixelsPerPoint() == 3; }));
+    writeFile(file, std::string("Xft/DPI 196608\n"));
+    manager.signal(SIGHUP);
+    ASSERT_TRUE(ComegoWorld::until([&] { return workspace->pixelsPerPoint() == 1; }));
+    manager.end();
+    EXPECT_TRUE(ComegoWorld::until([&] { return workspace->pixelsPerPoint() == 2; }));
+}
+
 TEST_F(DesktopWatchTest, AWindowManagerThatComesBackIsAPointerChange) {
     const auto check = makeWindow("", 0);
     setOnRoot("_NET_SUPPORTING_WM_CHECK", check);

@@ -19,7 +19,7 @@ class ComegoWorld : public LoopWorld {
                                                watchedDescriptor = descriptor;
                                                return watchReadable(*queue, descriptor, std::move(readable));
                                            }});
-        for (int i = 0; i <= static_cast<int>(WorkspaceEvent::pointerDidChange); ++i)
+        for (int i = 0; i <= static_cast<int>(WorkspaceEvent::pixelDensityDidChange); ++i)
             observers_.push_back(workspace->observe(
                 static_cast<WorkspaceEvent>(i), [this](const WorkspaceNotification& notification) {
                     told.push_back(notification.name + nameIn(notification));

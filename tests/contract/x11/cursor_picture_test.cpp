@@ -110,6 +110,35 @@ TEST(CursorPicture, ARecordThatDoesNotDescribeFramesIsRefused) {
     EXPECT_FALSE(CursorPicture::of(std::vector<CursorFrame>{}));
 }
 
+TEST(CursorPicture, ARecordOfAnotherDensityIsCutAtItsPixels) {
+    auto cursor = record(51, 38, 2);
+    // 51.25 and 37.5 pixels.
+    cursor.size = {41, 30};
+    cursor.hotspot = {10, 29};
+    cursor.pixelsPerPoint = 1.25;
+    const auto picture = CursorPicture::of(cursor);
+    ASSERT_TRUE(picture);
+    ASSERT_EQ(picture->frames().size(), 2u);
+    const auto& second = picture->frames()[1];
+    EXPECT_EQ(std::pair(second.width, second.height), std::pair(51, 38));
+    EXPECT_EQ(second.top, 38);
+    EXPECT_EQ(std::pair(second.hotspotX, second.hotspotY), std::pair(13, 36));
+    for (const double density : {0.0, -2.0, 2.0, 1e300, std::nan("")}) {
+        cursor.pixelsPerPoint = density;
+        EXPECT_FALSE(CursorPicture::of(cursor)) << density;
+    }
+}
+
+TEST(CursorPicture, ACopyKeepsItsPixelsAndIsMeasuredInPoints) {
+    auto cursor = record(48, 36, 1);
+    cursor.hotspot = {12, 6};
+    const auto copy = recordOf("x", *CursorPicture::of(cursor), 1.5);
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(copy->images, cursor.images);
+    EXPECT_EQ(copy->size, (Size{32, 24}));
+    EXPECT_EQ(copy->hotspot, (Point{8, 4}));
+}
+
 TEST(CursorPicture, SidesUpToTheBoundAreAccepted) {
     EXPECT_TRUE(CursorPicture::of(record(2048, 1, 1)));
     EXPECT_FALSE(CursorPicture::of(record(2049, 1, 1)));

@@ -157,6 +157,38 @@ TEST_F(CursorTheme, WithoutASizeResolutionThenScreenDecide) {
     EXPECT_EQ(choose().size, 32);
 }
 
+TEST(PixelsPerPoint, WithoutASettingsManagerTheDotsPerInchDecideInQuarters) {
+    const auto of = [](const std::string& dpi) { return pixelsPerPoint(std::nullopt, "Xft.dpi:\t" + dpi); };
+    for (const auto& [dpi, density] : {std::pair("96", 1.0),
+                                       {"107", 1.0},
+                                       {"108", 1.25},
+                                       {"120", 1.25},
+                                       {"144", 1.5},
+                                       {"144.0", 1.5},
+                                       {"163.2", 1.75},
+                                       {"192", 2.0},
+                                       {"288", 3.0},
+                                       {"384", 4.0}})
+        EXPECT_EQ(of(dpi), density) << dpi;
+    EXPECT_EQ(pixelsPerPoint(std::nullopt, ""), 1);
+}
+
+TEST(PixelsPerPoint, IsBetweenOneAndFourAndNonsenseIsOne) {
+    const auto of = [](const std::string& dpi) { return pixelsPerPoint(std::nullopt, "Xft.dpi:\t" + dpi); };
+    for (const auto* low : {"48", "1", "0", "-192", "nonsense", "192dpi", "0x180", "nan", "inf", "1e999", ""})
+        EXPECT_EQ(of(low), 1) << low;
+    for (const auto* high : {"480", "1e300", "2147483648"}) EXPECT_EQ(of(high), 4) << high;
+    for (const auto& [factor, density] :
+         {std::pair(0, 1.0), {-2, 1.0}, {1, 1.0}, {2, 2.0}, {4, 4.0}, {9, 4.0}})
+        EXPECT_EQ(pixelsPerPoint(CursorXSettings{.windowScalingFactor = factor}, ""), density) << factor;
+}
+
+TEST(PixelsPerPoint, UnderASettingsManagerTheSizeOfTextsSaysNothing) {
+    EXPECT_EQ(pixelsPerPoint(CursorXSettings{}, "Xft.dpi:\t192"), 1);
+    EXPECT_EQ(pixelsPerPoint(CursorXSettings{.windowScalingFactor = 1}, "Xft.dpi:\t192"), 1);
+    EXPECT_EQ(pixelsPerPoint(CursorXSettings{.windowScalingFactor = 2}, "Xft.dpi:\t96"), 2);
+}
+
 TEST_F(CursorTheme, SizesBeyondReasonAreBounded) {
     for (const auto* const text : {"0", "-4", "nonsense", "99999999999999999999"}) {
         environmentSize = text;
