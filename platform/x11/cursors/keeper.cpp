@@ -39,7 +39,11 @@ void Keeper::giveBackTouched(const std::vector<WantedCursors::Change>& changes) 
         // What is set by the core protocol has been replaced by name already.
         if (changed && touched.channel == CursorChannel::device)
             desk_.registration->define(window, name, touched.channel);
-        if (!on_ && !changed) desk_.registration->undefine(window, touched.channel);
+        if (on_) continue;
+        if (touched.glyph)
+            desk_.registration->defineGlyph(window, *touched.glyph);
+        else if (!changed)
+            desk_.registration->undefine(window, touched.channel);
     }
     // A resting keeper does not see when a program takes its window back.
     if (!on_) touched_.clear();
@@ -72,12 +76,24 @@ void Keeper::cursorShown(const ShownCursor& cursor) {
 KeeperFinding Keeper::judged(const ShownCursor& shown) {
     const auto finding = judge(
         shown, [this](std::string_view name) { return desk_.wanted.themePicture(name); },
-        [this](Fingerprint image) { return desk_.theme.nameOf(image); });
+        [&](const ShownCursor& each) {
+            const auto name = desk_.theme.nameOf(*each.fingerprint);
+            if (!name.empty()) return name;
+            const auto glyph = glyphOf(each);
+            return glyph ? glyph->name : name;
+        });
     if (finding.verdict == KeeperVerdict::leave) {
         if (settled_.size() >= kMostSettled) settled_.clear();
         settled_.insert(shown.serial);
     }
     return finding;
+}
+
+std::optional<CoreGlyph> Keeper::glyphOf(const ShownCursor& shown) {
+    if (!shown.shape) return std::nullopt;
+    // Over the connection that may have the server to itself.
+    if (!glyphs_) glyphs_.emplace(desk_.registration->connection());
+    return glyphs_->find(*shown.shape);
 }
 
 void Keeper::examine() {
@@ -188,7 +204,8 @@ Keeper::Outcome Keeper::tryOn(xcb_window_t window, std::string_view name, Cursor
         after && after->serial != before->serial && after->name == name && !after->fingerprint;
     if (begins || (after && judged(*after).verdict == KeeperVerdict::leave)) {
         if (touched_.size() >= kMostTouched) touched_.clear();
-        if (window != connection.root()) touched_.insert_or_assign(window, Touched{name, channel});
+        if (window != connection.root())
+            touched_.insert_or_assign(window, Touched{name, channel, glyphOf(*before)});
         return Outcome::shows;
     }
     // A core cursor stays: it shows where the program gives its device cursor up. The root window without a

@@ -62,10 +62,13 @@ class Keeper {
     struct Touched {
         std::string_view name;
         CursorChannel channel;
+        /// What was there, where it was one of the core font's.
+        std::optional<CoreGlyph> glyph;
     };
 
     std::optional<ShownCursor> read() const { return desk_.watcher->shownCursor(lastKnown_); }
     KeeperFinding judged(const ShownCursor& shown);
+    std::optional<CoreGlyph> glyphOf(const ShownCursor& shown);
     void examine();
     /// While something else is waited for.
     void examineBesides();
@@ -91,6 +94,8 @@ class Keeper {
     /// Serials that need no further look. Cleared with each change of what is in force.
     std::set<std::uint32_t> settled_;
     std::map<xcb_window_t, Touched> touched_;
+    /// Absent until something may be one of them. The server's, and so the same for all connections.
+    std::optional<CoreGlyphs> glyphs_;
     Timer timer_;
 };
 

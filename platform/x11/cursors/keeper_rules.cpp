@@ -6,7 +6,7 @@ namespace pintle::x11 {
 
 KeeperFinding judge(const ShownCursor& shown,
                     const std::function<PicturePtr(std::string_view name)>& themePicture,
-                    const std::function<std::string_view(Fingerprint)>& desktopName) {
+                    const std::function<std::string_view(const ShownCursor&)>& desktopName) {
     if (shown.isBlank || isNeverTouched(shown.name)) return {};
     std::string_view name;
     if (!shown.name.empty()) {
@@ -15,7 +15,7 @@ KeeperFinding judge(const ShownCursor& shown,
         for (const auto each : row->names)
             if (each == shown.name) name = each;
     } else if (shown.fingerprint) {
-        name = desktopName(*shown.fingerprint);
+        name = desktopName(shown);
     }
     if (name.empty()) return {};
     const auto picture = themePicture(name);

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/x11/cursors/core_glyphs.h"
 #include "platform/x11/cursors/cursor_picture.h"
 
 namespace pintle::x11 {
@@ -21,6 +22,8 @@ struct ShownCursor {
     std::optional<Fingerprint> fingerprint;
     /// No pixel of it can be seen.
     bool isBlank = false;
+    /// Of a cursor without a name that may be a glyph of the core font.
+    std::optional<TwoColorShape> shape = std::nullopt;
 };
 
 enum class KeeperVerdict {
@@ -37,10 +40,11 @@ struct KeeperFinding {
 };
 
 /// `themePicture` answers what the theme gives a name, `desktopName` the name whose picture in the desktop's
-/// own theme an image is (empty for none).
+/// own theme, or whose glyph of the core font, a cursor without a name shows (empty for none); its image is
+/// known.
 KeeperFinding judge(const ShownCursor& shown,
                     const std::function<PicturePtr(std::string_view name)>& themePicture,
-                    const std::function<std::string_view(Fingerprint)>& desktopName);
+                    const std::function<std::string_view(const ShownCursor&)>& desktopName);
 
 /// Ends a quarrel with a program that answers each replacement with a new cursor: only so many replacements
 /// are allowed in a row while the pointer rests.

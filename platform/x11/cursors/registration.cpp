@@ -98,6 +98,12 @@ void Registration::undefine(xcb_window_t window, CursorChannel channel) {
     set(window, XCB_CURSOR_NONE, channel);
 }
 
+void Registration::defineGlyph(xcb_window_t window, const CoreGlyph& glyph) {
+    const auto cursor = makeGlyphCursor(*connection_, glyph);
+    set(window, cursor, CursorChannel::core);
+    free(cursor);
+}
+
 void Registration::makePermanent() {
     auto* const c = connection_->get();
     permanent_ = true;

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/x11/cursors/core_glyphs.h"
 #include "platform/x11/cursors/cursor_maker.h"
 #include "platform/x11/cursors/wanted_cursors.h"
 #include "platform/x11/x_connection.h"
@@ -40,6 +41,8 @@ class Registration {
     /// Sets the picture in force for `name` on somebody's window.
     void define(xcb_window_t window, std::string_view name, CursorChannel channel);
     void undefine(xcb_window_t window, CursorChannel channel);
+    /// Sets a glyph of the core font on somebody's window.
+    void defineGlyph(xcb_window_t window, const CoreGlyph& glyph);
 
     bool hasSent() const { return permanent_; }
 

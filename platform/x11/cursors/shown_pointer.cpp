@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::uint16_t kAnyButton = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
 constexpr int kDeepestNesting = 256;
+constexpr int kLargestGlyph = 64;
 
 }  // namespace
 
@@ -32,6 +33,8 @@ std::optional<ShownCursor> shownCursor(XConnection& connection, const std::optio
     if (isBlank && pixels.size() == 1 && !shown.name.empty()) return shown;
     shown.fingerprint = fingerprintOf(reply->width, reply->height, reply->xhot, reply->yhot, pixels);
     shown.isBlank = isBlank;
+    if (shown.name.empty() && reply->width <= kLargestGlyph && reply->height <= kLargestGlyph)
+        shown.shape = twoColorShapeOf(reply->width, reply->height, reply->xhot, reply->yhot, pixels);
     return shown;
 }
 

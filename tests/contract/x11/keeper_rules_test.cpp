@@ -25,7 +25,8 @@ class KeeperRules : public testing::Test {
             [this](std::string_view name) {
                 return name == "left_ptr" || name == "hand2" ? theme : PicturePtr();
             },
-            [](Fingerprint image) -> std::string_view {
+            [](const ShownCursor& unnamed) -> std::string_view {
+                const auto image = *unnamed.fingerprint;
                 return image == 1 ? "hand2" : image == 2 ? "xterm" : "";
             });
     }

@@ -173,6 +173,47 @@ TEST_F(X11Keeper, ACursorWithoutANameIsThemedWhileAnotherIsWaitedFor) {
     EXPECT_EQ(shownName(), "xterm");
 }
 
+TEST_F(X11Keeper, AGlyphOfTheCoreFontIsThemedInAllColorsAndGivenBack) {
+    constexpr unsigned kTopLeftArrow = 132;
+    const auto window = client->window(0, 0);
+    for (const auto& [foreground, background] :
+         {std::pair(0x000000u, 0xFFFFFFu), std::pair(0xFFFFFFu, 0x000000u),
+          std::pair(0xC04000u, 0x00FF80u)}) {
+        client->define(window, client->glyphCursor(kTopLeftArrow, foreground, background));
+        client->warp(50, 50);
+        const auto own = client->shown();
+        ASSERT_TRUE(own);
+        ASSERT_EQ(own->name, "");
+        start();
+        apply(10);
+        EXPECT_TRUE(becomes(themePixel(10)));
+        EXPECT_EQ(shownName(), "top_left_arrow");
+        apply(11);
+        EXPECT_TRUE(becomes(themePixel(11)));
+        restore();
+        settle();
+        const auto given = client->shown();
+        ASSERT_TRUE(given);
+        EXPECT_EQ(given->pixels, own->pixels);
+        EXPECT_EQ(std::pair(given->hotspotX, given->hotspotY), std::pair(own->hotspotX, own->hotspotY));
+        stop();
+    }
+}
+
+TEST_F(X11Keeper, AGlyphThatHasNoNameInTheTableIsLeftAlone) {
+    constexpr unsigned kGumby = 56;
+    const auto window = client->window(0, 0);
+    client->define(window, client->glyphCursor(kGumby, 0x000000, 0xFFFFFF));
+    client->warp(50, 50);
+    const auto own = client->shown();
+    ASSERT_TRUE(own);
+    start();
+    apply(10);
+    settle();
+    ASSERT_TRUE(client->shown());
+    EXPECT_EQ(client->shown()->pixels, own->pixels);
+}
+
 TEST_F(X11Keeper, ACursorThatNobodyCanSeeIsLeftAlone) {
     const auto window = client->window(0, 0);
     client->define(window, client->blankCursor("blank"));

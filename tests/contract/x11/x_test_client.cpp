@@ -79,6 +79,22 @@ XTestClient::Id XTestClient::namelessCursor(const std::string& name) {
     return made;
 }
 
+XTestClient::Id XTestClient::glyphCursor(unsigned number, std::uint32_t foreground,
+                                         std::uint32_t background) {
+    const Cursor made = XCreateFontCursor(state_->display, number);
+    const auto color = [](std::uint32_t value) {
+        XColor parts{};
+        parts.red = static_cast<unsigned short>((value >> 16 & 0xFF) * 0x101);
+        parts.green = static_cast<unsigned short>((value >> 8 & 0xFF) * 0x101);
+        parts.blue = static_cast<unsigned short>((value & 0xFF) * 0x101);
+        return parts;
+    };
+    XColor front = color(foreground);
+    XColor back = color(background);
+    XRecolorCursor(state_->display, made, &front, &back);
+    return made;
+}
+
 XTestClient::Id XTestClient::blankCursor(const std::string& name) {
     XcursorImage* const image = solid(16, 0, 0);
     const Cursor made = XcursorImageLoadCursor(state_->display, image);

@@ -38,6 +38,8 @@ class XTestClient {
     Id cursor(const std::string& name);
     /// The same picture in a cursor without a name.
     Id namelessCursor(const std::string& name);
+    /// A glyph of the font "cursor" for which the client's theme has no picture, in two colours of 0xRRGGBB.
+    Id glyphCursor(unsigned number, std::uint32_t foreground, std::uint32_t background);
     /// A named cursor none of whose pixels can be seen.
     Id blankCursor(const std::string& name);
     void define(Id window, Id cursor);
