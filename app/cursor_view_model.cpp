@@ -31,6 +31,7 @@ CursorViewModel::CursorViewModel(const Dependencies& dependencies) : deps_(depen
         if (currentTheme() && currentTheme()->id == id) resetToDefault();
     });
     currentThemeChanged_ = deps_.pipeline.currentThemeChanged.observe([this] { changed.emit(); });
+    arrowSizeChanged_ = deps_.pipeline.arrowSizeChanged.observe([this] { changed.emit(); });
 
     deps_.store.createDirectoriesIfNeeded();
     deps_.themes.loadThemes();

@@ -12,6 +12,7 @@
 #include "app/full_reset.h"
 #include "app/theme_strip.h"
 #include "apply/application_pipeline.h"
+#include "base/geometry.h"
 #include "base/lifetime.h"
 #include "base/signal.h"
 #include "base/subscription.h"
@@ -62,12 +63,14 @@ class CursorViewModel {
     const std::vector<CursorThemeInfo>& themes() const { return deps_.themes.themes(); }
     /// The theme last applied; absent when the desktop's cursors are in use.
     const std::optional<CursorThemeInfo>& currentTheme() const { return deps_.pipeline.currentTheme(); }
+    /// Sides in pixels of the arrow as it was last applied; absent while no theme is.
+    std::optional<Size> arrowSize() const { return deps_.pipeline.arrowSize(); }
     CursorHandedness selectedFilter() const { return selectedFilter_; }
     /// The rows that the filter lets through, in catalog order; every call is logged. Universal themes show
     /// under both hand filters, and no handed theme shows under "Universal". Valid until the rows change.
     std::vector<const CursorThemeInfo*> filteredThemes() const;
     void setSelectedFilter(CursorHandedness filter);
-    /// Any of the three above has changed.
+    /// Any of the four above has changed.
     Signal<> changed;
 
     void applyTheme(const CursorThemeInfo& theme) { deps_.pipeline.applyTheme(theme); }
@@ -106,6 +109,7 @@ class CursorViewModel {
     CursorHandedness selectedFilter_ = CursorHandedness::all;
     Subscription themesChanged_;
     Subscription currentThemeChanged_;
+    Subscription arrowSizeChanged_;
     Subscription downloaded_;
     Subscription deleted_;
     /// Of the examinations under way; replaced to drop their answers.

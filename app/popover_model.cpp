@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/row_announcement.h"
 #include "app/row_search.h"
 #include "app/settings_window_model.h"
 #include "settings/notification_names.h"
@@ -38,16 +39,17 @@ PopoverModel::PopoverModel(const Dependencies& dependencies, Session session)
     : deps_(dependencies), session_(session), cursorScale_(dependencies.settings.cursorScale()) {
     refreshList();
     refreshRows();
+    shownBefore_ = shownNow();
     observers_.push_back(deps_.viewModel.changed.observe([this] {
         refreshRows();
         refreshList();
-        const bool shown = networkLine().has_value();
-        if (std::exchange(networkLineShown_, shown) != shown) changed.emit();
+        const auto shown = shownNow();
+        if (std::exchange(shownBefore_, shown) != shown) changed.emit();
     }));
     observers_.push_back(deps_.viewModel.wantedNetwork().observe([this](const std::string& id) {
         std::erase(offline_, id);
         offline_.push_back(id);
-        networkLineShown_ = true;
+        shownBefore_ = shownNow();
         changed.emit();
     }));
     observers_.push_back(deps_.updates.changed.observe([this] { changed.emit(); }));
@@ -76,9 +78,9 @@ void PopoverModel::openDownloadPage() { deps_.application.openUrl(deps_.updates.
 
 std::array<HeaderButton, 3> PopoverModel::headerButtons() {
     using Request = HeaderButton::Request;
-    return {{{Request::settings, symbol::settings, UserText(popover_text::settings)},
-             {Request::about, symbol::about, UserText(popover_text::about)},
-             {Request::quit, symbol::power, UserText(popover_text::quit)}}};
+    return {{{Request::settings, symbol::settings, UserText(popover_text::settings), "Ctrl+,"},
+             {Request::about, symbol::about, UserText(popover_text::about), "F1"},
+             {Request::quit, symbol::power, UserText(popover_text::quit), "Ctrl+Q"}}};
 }
 
 void PopoverModel::press(HeaderButton::Request request) {
@@ -198,6 +200,25 @@ void PopoverModel::settingsChanged() {
     changed.emit();
 }
 
+PopoverModel::Shown PopoverModel::shownNow() const {
+    return {networkLine().has_value(), systemDefaultInForce(), deps_.viewModel.arrowSize()};
+}
+
+std::optional<UserText> PopoverModel::arrowText() const {
+    const auto size = deps_.viewModel.arrowSize();
+    if (!size || systemDefaultInForce()) return std::nullopt;
+    return UserText(popover_text::arrowSize, fmt::format("{:.0f}", std::max(size->width, size->height)));
+}
+
+bool PopoverModel::systemDefaultInForce() const {
+    return session_ == Session::pointerCannotChange || !deps_.viewModel.currentTheme();
+}
+
+UserText PopoverModel::systemDefaultHelp() const {
+    return UserText(systemDefaultInForce() ? popover_text::systemDefaultInForce
+                                           : popover_text::systemDefaultHelp);
+}
+
 void PopoverModel::resetToDefault() { deps_.viewModel.resetToDefault(); }
 
 std::optional<UserText> PopoverModel::unavailable() const {
@@ -221,14 +242,20 @@ void PopoverModel::refreshRows() {
     refreshNews();
     std::vector<ThemeRow> rows;
     std::vector<std::string> different;
+    std::vector<std::vector<UserText>> announcements;
     rows.reserve(shown_.size());
     for (const auto& theme : deps_.viewModel.themes()) {
         rows.push_back(row(theme.id));
         const auto at = rows.size() - 1;
         if (at >= shown_.size() || shown_[at] != rows.back()) different.push_back(theme.id);
+        if (at < shown_.size() && shown_[at].id == theme.id)
+            announcements.push_back(announcement(shown_[at], rows.back()));
     }
     shown_ = std::move(rows);
     if (!different.empty()) rowsChanged.emit(different);
+    if (!news_.isShown()) return;
+    for (const auto& texts : announcements)
+        if (!texts.empty()) announced.emit(texts);
 }
 
 void PopoverModel::refreshList() {

@@ -37,6 +37,8 @@ struct HeaderButton {
     std::string_view symbol;
     /// Its accessible name and its tooltip.
     UserText name;
+    /// The keys that press it from anywhere in the popover, as "Ctrl+,"; Ctrl is the platform's command key.
+    std::string_view shortcut;
 };
 
 /// One of a group of which exactly one is selected.
@@ -131,6 +133,15 @@ class PopoverModel {
     /// On every value the slider takes. Values are put on the slider's grid; one that is not new does
     /// nothing.
     void sliderChanged(double value);
+    /// What the scale makes of the current theme: the longer side of its arrow as it was last applied, in
+    /// pixels. Absent while no theme shows.
+    std::optional<UserText> arrowText() const;
+    /// The desktop's own cursors are in use.
+    bool systemDefaultInForce() const;
+    /// What "System Default" does or, while it is in force, that it is.
+    UserText systemDefaultHelp() const;
+    static constexpr std::string_view systemDefaultSymbol = symbol::active;
+    static constexpr std::string_view resetSymbol = symbol::reset;
     /// "System Default": back to the desktop's cursors. The scale stays.
     void resetToDefault();
     /// "Reset": the scale back to 100 %, as if the slider had been moved there.
@@ -152,6 +163,8 @@ class PopoverModel {
     /// The rows of these ids have new values; some may not be listed now. Comes before rowsReplaced when one
     /// cause changes both.
     Signal<const std::vector<std::string>&> rowsChanged;
+    /// To be said to people who cannot see the rows, joined with commas; only while the popover is shown.
+    Signal<const std::vector<UserText>&> announced;
     /// Header, filter buttons, scale or glass may have changed.
     Signal<> changed;
 
@@ -161,6 +174,14 @@ class PopoverModel {
     bool isActive(const std::string& id) const;
     void refreshRows();
     void refreshNews();
+    /// What `changed` says of the list's own values.
+    struct Shown {
+        bool networkLine = false;
+        bool systemDefault = false;
+        std::optional<Size> arrow;
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+    Shown shownNow() const;
     bool wantsNetwork(const std::string& id) const;
     void refreshList();
     void settingsChanged();
@@ -174,7 +195,7 @@ class PopoverModel {
     RowNews news_;
     /// The rows that failed for want of a network, as long as nobody has tried again.
     std::vector<std::string> offline_;
-    bool networkLineShown_ = false;
+    Shown shownBefore_;
 
     std::vector<std::string> rowIds_;
     /// The filter that rowIds_ was made with.
@@ -203,6 +224,8 @@ inline constexpr auto listName = translatable("Pintle", "Themes");
 inline constexpr auto scaleName = translatable("Pintle", "Cursor Size");
 inline constexpr auto systemDefault = translatable("Pintle", "System Default");
 inline constexpr auto systemDefaultHelp = translatable("Pintle", "Use the desktop's own cursors");
+inline constexpr auto systemDefaultInForce = translatable("Pintle", "The desktop's own cursors are in use");
+inline constexpr auto arrowSize = translatable("Pintle", "Arrow: %1 pixels");
 inline constexpr auto reset = translatable("Pintle", "Reset");
 inline constexpr auto resetHelp = translatable("Pintle", "Cursor size back to 100%");
 inline constexpr auto noNetwork = translatable("Pintle", "There is no network");
@@ -211,10 +234,28 @@ inline constexpr auto unavailable =
     translatable("Pintle", "Pintle cannot change the pointer in this kind of session.");
 inline constexpr auto partlyUnavailable = translatable(
     "Pintle", "Applications that are running already may keep their pointer until they are restarted.");
-inline constexpr std::array all = {
-    title,       update,     settings,   about,    quit,        filterAll,        filterUniversal,
-    filterRight, filterLeft, filterName, listName, scaleName,   systemDefault,    systemDefaultHelp,
-    reset,       resetHelp,  noNetwork,  retry,    unavailable, partlyUnavailable};
+inline constexpr std::array all = {title,
+                                   update,
+                                   settings,
+                                   about,
+                                   quit,
+                                   filterAll,
+                                   filterUniversal,
+                                   filterRight,
+                                   filterLeft,
+                                   filterName,
+                                   listName,
+                                   scaleName,
+                                   systemDefault,
+                                   systemDefaultHelp,
+                                   systemDefaultInForce,
+                                   arrowSize,
+                                   reset,
+                                   resetHelp,
+                                   noNetwork,
+                                   retry,
+                                   unavailable,
+                                   partlyUnavailable};
 
 }  // namespace popover_text
 }  // namespace pintle

@@ -16,6 +16,7 @@ class RowNews {
         isShown_ = true;
     }
     void disappeared() { isShown_ = false; }
+    bool isShown() const { return isShown_; }
     bool isNew(const std::string& id) const { return seen_.contains(id); }
 
   private:

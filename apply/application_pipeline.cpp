@@ -169,7 +169,7 @@ void ApplicationPipeline::applyCursorFromThemeAsync(const std::filesystem::path&
                 putBackWhatAnEarlierRunReplaced();
                 return done(false);
             }
-            const bool applied = deps_.applier.applyCursorsFromPreloaded(loaded.cursors, scale);
+            const bool applied = apply(loaded.cursors, scale);
             putBackWhatAnEarlierRunReplaced();
             done(applied);
             loadFullSet(std::make_shared<const EssentialSet>(std::move(loaded)), themeId, scale, density,
@@ -210,7 +210,14 @@ void ApplicationPipeline::loadFullSet(std::shared_ptr<const EssentialSet> essent
 
 bool ApplicationPipeline::applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale,
                                         std::int64_t generation) {
-    return generations_->isLatest(generation) && deps_.applier.applyCursorsFromPreloaded(cursors, scale);
+    return generations_->isLatest(generation) && apply(cursors, scale);
+}
+
+bool ApplicationPipeline::apply(const std::vector<PreloadedCursor>& cursors, double scale) {
+    const auto before = arrowSize();
+    const bool applied = deps_.applier.applyCursorsFromPreloaded(cursors, scale);
+    if (arrowSize() != before) arrowSizeChanged.emit();
+    return applied;
 }
 
 void ApplicationPipeline::keepInCache(std::string themeId, NamedImages images, double density,

@@ -16,6 +16,7 @@
 #include "apply/cursor_overlay.h"
 #include "apply/generation_counter.h"
 #include "apply/theme_loading.h"
+#include "base/geometry.h"
 #include "base/lifetime.h"
 #include "base/notification_center.h"
 #include "base/signal.h"
@@ -56,6 +57,10 @@ class ApplicationPipeline {
     void setCurrentTheme(std::optional<CursorThemeInfo> theme);
     Signal<> currentThemeChanged;
 
+    /// Sides in pixels of the arrow as it was last applied; absent while no theme is.
+    std::optional<Size> arrowSize() const { return deps_.applier.arrowSize(); }
+    Signal<> arrowSizeChanged;
+
     /// From now on a change of the scale setting applies the current theme again.
     void observeScale();
     /// Builds the current theme anew at the scale in force, for another density of the screen.
@@ -83,6 +88,7 @@ class ApplicationPipeline {
     void applyCached(double scale, std::int64_t generation, Done done);
     void loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId, double scale,
                      double density, std::int64_t generation);
+    bool apply(const std::vector<PreloadedCursor>& cursors, double scale);
     bool applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale, std::int64_t generation);
     /// After the first answer to the start's request: a theme that is registered replaces what an earlier run
     /// left; after any other answer the desktop's own cursors come back.

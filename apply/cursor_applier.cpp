@@ -37,6 +37,8 @@ void CursorApplier::install(CursorApplier& instance) { installed = &instance; }
 bool CursorApplier::applyCursorsFromPreloaded(const std::vector<PreloadedCursor>& cursors, double scale) {
     appliedCursors_.clear();
     currentScale_ = scale;
+    const auto* const arrow = arrowOf(cursors);
+    arrowSize_ = arrow ? std::optional(arrow->image.size()) : std::nullopt;
     for (const auto& cursor : cursors)
         appliedCursors_.insert_or_assign(cursor.name, hardware_.makeCursor(cursor.image, cursor.hotspot));
     log_.system(fmt::format("[CursorApplier] Applied {} pre-loaded cursors at scale {}",
@@ -67,6 +69,7 @@ void CursorApplier::resetToSystemDefaults() {
     overlay_.showSystemCursorGuaranteed();
 
     appliedCursors_.clear();
+    arrowSize_.reset();
     customCursors().clear();
     hardware_.set(hardware_.standardCursor(StandardCursor::arrow));
     currentScale_ = 1.0;

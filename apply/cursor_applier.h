@@ -46,6 +46,8 @@ class CursorApplier {
 
     /// X11 name → cursor object of the set last applied; empty after a reset.
     const std::map<std::string, DesktopCursor>& appliedCursors() const { return appliedCursors_; }
+    /// Sides in pixels of the arrow of the set last applied; absent when that has none and after a reset.
+    std::optional<Size> arrowSize() const { return arrowSize_; }
     /// Scale of the set last applied; 1.0 is the desktop's normal size.
     double currentScale() const { return currentScale_; }
     /// The role map, read by the in-process replacement.
@@ -61,6 +63,7 @@ class CursorApplier {
     CursorOverlay& overlay_;
     Log& log_;
     std::map<std::string, DesktopCursor> appliedCursors_;
+    std::optional<Size> arrowSize_;
     double currentScale_ = 1.0;
     const bool useOverlayMode_;
     CursorReplacement replacement_;

@@ -31,6 +31,12 @@ Picture pictureOf(const PreloadedCursor& cursor) {
     return {composeStrip(frames).value_or(cursor.image), frames.size(), secondsToSend(cursor)};
 }
 
+CursorsByName namesOf(const std::vector<PreloadedCursor>& cursors) {
+    CursorsByName byName;
+    for (const auto& cursor : cursors) byName[cursor.name] = &cursor;
+    return byName;
+}
+
 const PreloadedCursor* firstOf(const CursorsByName& cursors, std::span<const std::string_view> names) {
     for (const auto name : names)
         if (const auto found = cursors.find(name); found != cursors.end()) return found->second;
@@ -57,10 +63,12 @@ double secondsToSend(const PreloadedCursor& cursor) {
     return cursor.frameDuration > kShortestFrame ? cursor.frameDuration : kShortestFrame;
 }
 
-std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCursor>& cursors) {
-    CursorsByName byName;
-    for (const auto& cursor : cursors) byName[cursor.name] = &cursor;
+const PreloadedCursor* arrowOf(const std::vector<PreloadedCursor>& cursors) {
+    return firstOf(namesOf(cursors), kArrowNames);
+}
 
+std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCursor>& cursors) {
+    const auto byName = namesOf(cursors);
     const auto* arrow = firstOf(byName, kArrowNames);
     if (!arrow) return std::nullopt;
 

@@ -44,6 +44,9 @@ struct RegistrationPlan {
 /// Absent when the theme has no arrow: it is refused whole.
 std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCursor>& cursors);
 
+/// The cursor that stands for a theme's arrow; null when it has none. Valid as long as `cursors`.
+const PreloadedCursor* arrowOf(const std::vector<PreloadedCursor>& cursors);
+
 /// The frames that are sent: all of them up to 24, else 24 spread over the whole animation.
 std::vector<Bitmap> framesToSend(std::span<const Bitmap> frames);
 

@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QKeySequence>
 #include <QVariantMap>
 
 #include <numbers>
@@ -54,7 +55,17 @@ PopoverFacade::PopoverFacade(PopoverModel& model, PreviewImages& previews, QObje
       rows_(model, previews),
       finder_(model),
       strips_(model),
-      changed_(model.changed.observe([this] { Q_EMIT changed(); })) {}
+      changed_(model.changed.observe([this] { Q_EMIT changed(); })),
+      announced_(model.announced.observe([this](const std::vector<UserText>& texts) {
+          silence();
+          announcement_ = joined(texts);
+          Q_EMIT announced();
+      })) {}
+
+void PopoverFacade::silence() {
+    announcement_.clear();
+    Q_EMIT announced();
+}
 
 QString PopoverFacade::title() const { return translated(PopoverModel::title()); }
 QString PopoverFacade::logo() const { return icon(PopoverModel::logo); }
@@ -121,9 +132,17 @@ double PopoverFacade::percentFriction() {
 }
 
 QString PopoverFacade::systemDefault() const { return translated(popover_text::systemDefault); }
-QString PopoverFacade::systemDefaultHelp() const { return translated(popover_text::systemDefaultHelp); }
+QString PopoverFacade::systemDefaultHelp() const { return translated(model_.systemDefaultHelp()); }
+QString PopoverFacade::systemDefaultIcon() const { return icon(PopoverModel::systemDefaultSymbol); }
+
+QString PopoverFacade::arrowText() const {
+    const auto text = model_.arrowText();
+    return text ? translated(*text) : QString();
+}
+
 QString PopoverFacade::reset() const { return translated(popover_text::reset); }
 QString PopoverFacade::resetHelp() const { return translated(popover_text::resetHelp); }
+QString PopoverFacade::resetIcon() const { return icon(PopoverModel::resetSymbol); }
 
 QVariantMap PopoverFacade::keyInList(int key, int marked, int entry, int count, int page, bool inSight) {
     const auto known = listKey(key);
@@ -143,6 +162,17 @@ void PopoverFacade::pressHeader(int index) {
     const auto buttons = PopoverModel::headerButtons();
     if (index >= 0 && index < static_cast<int>(buttons.size()))
         model_.press(buttons[static_cast<std::size_t>(index)].request);
+}
+
+bool PopoverFacade::pressShortcut(int key, int modifiers) {
+    const auto pressed = QKeyCombination::fromCombined(key | (modifiers & ~int(Qt::KeypadModifier)));
+    for (const auto& button : PopoverModel::headerButtons()) {
+        const auto keys = QString::fromUtf8(button.shortcut.data(), qsizetype(button.shortcut.size()));
+        if (QKeySequence(keys) != QKeySequence(pressed)) continue;
+        model_.press(button.request);
+        return true;
+    }
+    return false;
 }
 
 void PopoverFacade::selectFilter(int index) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/popover_model.h"
+#include "app/quick/announcement.h"
 #include "app/quick/preview_images.h"
 #include "app/quick/row_finder.h"
 #include "app/quick/strip_images.h"
@@ -50,9 +51,15 @@ class PopoverFacade : public QObject {
     Q_PROPERTY(double percentStiffness READ percentStiffness CONSTANT)
     Q_PROPERTY(double percentFriction READ percentFriction CONSTANT)
     Q_PROPERTY(QString systemDefault READ systemDefault CONSTANT)
-    Q_PROPERTY(QString systemDefaultHelp READ systemDefaultHelp CONSTANT)
+    Q_PROPERTY(QString systemDefaultHelp READ systemDefaultHelp NOTIFY changed)
+    Q_PROPERTY(bool systemDefaultInForce READ systemDefaultInForce NOTIFY changed)
+    Q_PROPERTY(QString systemDefaultIcon READ systemDefaultIcon CONSTANT)
+    Q_PROPERTY(bool announcesItself READ announcesItself CONSTANT)
+    Q_PROPERTY(QString announcement READ announcement NOTIFY announced)
+    Q_PROPERTY(QString arrowText READ arrowText NOTIFY changed)
     Q_PROPERTY(QString reset READ reset CONSTANT)
     Q_PROPERTY(QString resetHelp READ resetHelp CONSTANT)
+    Q_PROPERTY(QString resetIcon READ resetIcon CONSTANT)
 
   public:
     /// Both must outlive the facade.
@@ -98,12 +105,25 @@ class PopoverFacade : public QObject {
     static double percentFriction();
     QString systemDefault() const;
     QString systemDefaultHelp() const;
+    bool systemDefaultInForce() const { return model_.systemDefaultInForce(); }
+    QString systemDefaultIcon() const;
+    /// Whether the toolkit reads announcements out.
+    static bool announcesItself() { return hasAnnouncements(); }
+    /// What is to be read out now; empty for nothing.
+    QString announcement() const { return announcement_; }
+    /// Nothing is read out any more.
+    void silence();
+    /// Empty while no theme shows.
+    QString arrowText() const;
     QString reset() const;
     QString resetHelp() const;
+    QString resetIcon() const;
 
     Q_INVOKABLE void openDownloadPage() { model_.openDownloadPage(); }
     /// `index` counts headerButtons() and filters().
     Q_INVOKABLE void pressHeader(int index);
+    /// Presses the button that these keys of the toolkit's are the shortcut of; false when there is none.
+    Q_INVOKABLE bool pressShortcut(int key, int modifiers);
     Q_INVOKABLE void selectFilter(int index);
     Q_INVOKABLE void tap(const QString& themeId) { model_.buttonAction(themeId.toStdString()); }
     Q_INVOKABLE void deleteTheme(const QString& themeId) { model_.deleteTheme(themeId.toStdString()); }
@@ -120,13 +140,17 @@ class PopoverFacade : public QObject {
 
   Q_SIGNALS:
     void changed();
+    /// `announcement` is empty, and right after has its next value.
+    void announced();
 
   private:
     PopoverModel& model_;
     ThemeRowsModel rows_;
     RowFinder finder_;
     StripImages strips_;
+    QString announcement_;
     Subscription changed_;
+    Subscription announced_;
 };
 
 }  // namespace pintle

@@ -8,6 +8,7 @@
 #include <array>
 #include <map>
 
+#include "app/quick/announcement.h"
 #include "app/quick/panel_edge.h"
 #include "app/quick/panel_shadow.h"
 #include "app/quick/popover_facade.h"
@@ -139,6 +140,10 @@ QWindow* ShellViewsQuick::popover() {
     view->setSource(QUrl("qrc:/qt-project.org/imports/Pintle/Popover.qml"));
     if (view->status() != QQuickView::Ready) return nullptr;
     new VisibleFocus(*view);
+    QObject::connect(made.popoverFacade.get(), &PopoverFacade::announced, view.get(),
+                     [window = view.get(), facade = made.popoverFacade.get()] {
+                         if (!facade->announcement().isEmpty()) announce(*window, facade->announcement());
+                     });
     made.popover = std::move(view);
     return made.popover.get();
 }
@@ -163,6 +168,7 @@ void ShellViewsQuick::popoverDidHide() {
     if (!scenes_ || !scenes_->popover) return;
     scenes_->popoverModel->onDisappear();
     scenes_->popoverFacade->strips()->clear();
+    scenes_->popoverFacade->silence();
     scenes_->popover->releaseResources();
 }
 

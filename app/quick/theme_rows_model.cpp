@@ -78,12 +78,6 @@ int numberOf(RowWeight weight) {
     return 400;
 }
 
-QString joined(const std::vector<UserText>& words) {
-    QStringList list;
-    for (const auto& word : words) list.append(translated(word));
-    return list.join(QLatin1String(", "));
-}
-
 }  // namespace
 
 ThemeRowsModel::ThemeRowsModel(PopoverModel& popover, PreviewImages& previews, QObject* parent)

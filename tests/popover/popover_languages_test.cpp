@@ -12,6 +12,7 @@
 #include "app/languages.h"
 #include "app/quick/translated.h"
 #include "app/quick/translations.h"
+#include "app/row_announcement.h"
 #include "app/settings_window_model.h"
 #include "tests/popover/popover_world.h"
 #include "tests/popover/text_fit.h"
@@ -125,6 +126,7 @@ TEST_F(TranslationsTest, EveryTextOfTheModelsIsInEveryLanguage) {
         expectAll(*translator, about_text::all);
         expectAll(*translator, alert_text::all);
         expectAll(*translator, error_text::all);
+        expectAll(*translator, announcement_text::all);
     }
 }
 

@@ -18,6 +18,7 @@ FocusScope {
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true
     Keys.onEscapePressed: Window.window.close()
+    Keys.onPressed: event => event.accepted = root.popover.pressShortcut(event.key, event.modifiers)
 
     /// The view is about to be seen: from its start, with the active theme in view. No row is marked until a
     /// key asks for it.
@@ -56,6 +57,16 @@ FocusScope {
         border.top: 40
         border.bottom: 40
         Accessible.ignored: true
+    }
+
+    // Read out when it comes, where the toolkit has no announcements of its own.
+    Item {
+        objectName: "announcement"
+        width: 1
+        height: 1
+        visible: Accessible.name !== "" && !root.popover.announcesItself
+        Accessible.role: Accessible.Notification
+        Accessible.name: root.popover.announcement
     }
 
     Rectangle {

@@ -39,7 +39,8 @@ Item {
         value: footer.popover.scale
         onMoved: footer.popover.slide(value)
         Accessible.name: footer.popover.scaleName
-        Accessible.description: footer.popover.scaleText
+        Accessible.description: footer.popover.arrowText === "" ? footer.popover.scaleText
+                              : footer.popover.scaleText + ", " + footer.popover.arrowText
     }
     Text {
         id: percent
@@ -71,6 +72,13 @@ Item {
             font: percent.font
             text: "888%"
         }
+        HoverHandler { id: overPercent }
+        Tip {
+            objectName: "arrowTip"
+            text: footer.popover.arrowText
+            y: -height - 6
+            visible: text !== "" && (overPercent.hovered || slider.visualFocus)
+        }
     }
     Item {
         id: buttons
@@ -80,6 +88,9 @@ Item {
         anchors.rightMargin: 12
         y: 12 + footer.line + 8
         height: systemDefault.implicitHeight
+        /// What is left beside both texts, for the glyph of the one or of both.
+        readonly property real spare: width - 8 - systemDefault.textWidth - reset.textWidth - 32
+        readonly property real keptForGlyph: spare >= systemDefault.glyphRoom ? systemDefault.glyphRoom : 0
         PushButton {
             id: systemDefault
             anchors.left: parent.left
@@ -88,6 +99,8 @@ Item {
             height: parent.height
             leftPadding: 8
             rightPadding: 8
+            iconName: inForce && buttons.keptForGlyph > 0 ? footer.popover.systemDefaultIcon : ""
+            inForce: footer.popover.systemDefaultInForce
             text: footer.popover.systemDefault
             Accessible.description: footer.popover.systemDefaultHelp
             onClicked: footer.popover.resetToDefault()
@@ -98,14 +111,19 @@ Item {
             height: parent.height
             leftPadding: 8
             rightPadding: 8
-            width: Math.max(implicitWidth, Math.min(Math.round((parent.width - 8) * 0.38),
-                                                    parent.width - 8 - systemDefault.implicitWidth))
+            width: Math.max(implicitWidth, Math.min(Math.round((parent.width - 8) * 0.38), parent.width - 8
+                            - systemDefault.textWidth - 16 - buttons.keptForGlyph))
+            iconName: buttons.spare >= 2 * glyphRoom ? footer.popover.resetIcon : ""
             text: footer.popover.reset
             Accessible.description: footer.popover.resetHelp
             onClicked: footer.popover.resetScale()
             Tip {
+                objectName: "resetTip"
                 text: footer.popover.resetHelp
-                y: -height - 6
+                // Beside the button, so that the slider stays free.
+                width: Math.min(implicitWidth, systemDefault.width)
+                x: reset.mirrored ? reset.width + 8 : -width - 8
+                y: Math.max(Math.round((reset.height - height) / 2), -8)
                 // Not over the percentage that has just become what it promises.
                 visible: reset.hovered && !reset.pressed && footer.popover.scale !== footer.popover.scaleNotch
             }

@@ -8,12 +8,16 @@ T.Button {
     property string iconName
     property string symbol
     property bool danger: false
+    /// What it would bring about is so already.
+    property bool inForce: false
     /// The answer that Return gives.
     property bool prominent: false
     readonly property bool hasGlyph: iconName !== "" || symbol !== ""
 
     /// What the glyph and its gap take of the width.
-    readonly property real glyphWidth: hasGlyph ? Theme.glyph(16) + 8 : 0
+    readonly property real glyphWidth: hasGlyph ? glyphRoom : 0
+    readonly property real glyphRoom: Theme.glyph(16) + 8
+    readonly property real textWidth: label.implicitWidth
 
     implicitWidth: label.implicitWidth + glyphWidth + leftPadding + rightPadding
     implicitHeight: Math.max(danger ? 32 : 28, label.implicitHeight + 8)
@@ -35,7 +39,7 @@ T.Button {
                 glyph: button.iconName
                 symbol: button.symbol
                 size: Theme.glyph(16)
-                color: label.color
+                color: button.inForce ? Theme.accent : label.color
             }
             Text {
                 id: label
@@ -54,7 +58,10 @@ T.Button {
     }
     background: Rectangle {
         radius: Theme.radiusInner
-        color: button.danger ? Theme.dangerSoft : button.prominent ? Theme.accentFill : Theme.well
+        color: button.danger ? Theme.dangerSoft : button.prominent ? Theme.accentFill
+             : button.inForce ? Theme.accentSoft : Theme.well
+        border.width: button.inForce ? 1 : 0
+        border.color: Theme.accent
         Tint {
             visible: !button.danger
             radius: Theme.radiusInner

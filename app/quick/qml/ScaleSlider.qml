@@ -21,6 +21,16 @@ T.Slider {
     opacity: enabled ? 1 : 0.45
     snapMode: T.Slider.SnapAlways
     live: true
+    wheelEnabled: true
+    Keys.onUpPressed: step(true)
+    Keys.onDownPressed: step(false)
+
+    function step(up: bool): void {
+        const before = value;
+        if (up) increase();
+        else decrease();
+        if (value !== before) moved();
+    }
 
     background: Item {
         Rectangle {

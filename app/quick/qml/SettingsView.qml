@@ -122,6 +122,8 @@ Page {
                 from: view.model.glassOpacityFrom
                 to: view.model.glassOpacityTo
                 stepSize: view.model.glassOpacityStep
+                // A wheel that passes over it scrolls the page.
+                wheelEnabled: activeFocus
                 value: view.model.glassOpacity
                 Accessible.name: view.model.texts.glassOpacity
                 Accessible.description: note.visible ? note.text : ""

@@ -44,6 +44,10 @@
         <translation>قد تحتفظ التطبيقات المفتوحة بمؤشرها حتى يُعاد تشغيلها.</translation>
     </message>
     <message>
+        <source>Applied</source>
+        <translation>تم التطبيق</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>تطبيق آخر مؤشر عند البدء</translation>
     </message>
@@ -54,6 +58,10 @@
     <message>
         <source>Apps where themed cursor will NOT be applied</source>
         <translation>تطبيقات لا يُطبَّق فيها مؤشر السمة</translation>
+    </message>
+    <message>
+        <source>Arrow: %1 pixels</source>
+        <translation>السهم: %1 بكسل</translation>
     </message>
     <message>
         <source>Auto-apply on launch</source>
@@ -114,6 +122,10 @@
     <message>
         <source>Download</source>
         <translation>تنزيل</translation>
+    </message>
+    <message>
+        <source>Downloaded</source>
+        <translation>تم التنزيل</translation>
     </message>
     <message>
         <source>Downloading %1</source>
@@ -318,6 +330,10 @@
     <message>
         <source>The connection broke off</source>
         <translation>انقطع الاتصال</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s own cursors are in use</source>
+        <translation>مؤشرات سطح المكتب قيد الاستخدام</translation>
     </message>
     <message>
         <source>The disk is full</source>

@@ -44,6 +44,10 @@
         <translation>Apps, die schon laufen, behalten ihren Zeiger eventuell bis zum Neustart.</translation>
     </message>
     <message>
+        <source>Applied</source>
+        <translation>Angewendet</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Letzten Zeiger beim Start anwenden</translation>
     </message>
@@ -54,6 +58,10 @@
     <message>
         <source>Apps where themed cursor will NOT be applied</source>
         <translation>Apps, in denen der Zeiger NICHT verwendet wird</translation>
+    </message>
+    <message>
+        <source>Arrow: %1 pixels</source>
+        <translation>Pfeil: %1 Pixel</translation>
     </message>
     <message>
         <source>Auto-apply on launch</source>
@@ -114,6 +122,10 @@
     <message>
         <source>Download</source>
         <translation>Laden</translation>
+    </message>
+    <message>
+        <source>Downloaded</source>
+        <translation>Heruntergeladen</translation>
     </message>
     <message>
         <source>Downloading %1</source>
@@ -318,6 +330,10 @@
     <message>
         <source>The connection broke off</source>
         <translation>Die Verbindung ist abgebrochen</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s own cursors are in use</source>
+        <translation>Die Zeiger der Arbeitsumgebung sind in Gebrauch</translation>
     </message>
     <message>
         <source>The disk is full</source>

@@ -44,6 +44,10 @@
         <translation>Las aplicaciones ya abiertas pueden conservar su puntero hasta que se reinicien.</translation>
     </message>
     <message>
+        <source>Applied</source>
+        <translation>Aplicado</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Aplicar el último cursor</translation>
     </message>
@@ -54,6 +58,10 @@
     <message>
         <source>Apps where themed cursor will NOT be applied</source>
         <translation>Apps donde NO se aplica el tema</translation>
+    </message>
+    <message>
+        <source>Arrow: %1 pixels</source>
+        <translation>Flecha: %1 píxeles</translation>
     </message>
     <message>
         <source>Auto-apply on launch</source>
@@ -114,6 +122,10 @@
     <message>
         <source>Download</source>
         <translation>Descargar</translation>
+    </message>
+    <message>
+        <source>Downloaded</source>
+        <translation>Descargado</translation>
     </message>
     <message>
         <source>Downloading %1</source>
@@ -318,6 +330,10 @@
     <message>
         <source>The connection broke off</source>
         <translation>La conexión se ha cortado</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s own cursors are in use</source>
+        <translation>Los cursores del escritorio están en uso</translation>
     </message>
     <message>
         <source>The disk is full</source>

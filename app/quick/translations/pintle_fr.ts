@@ -44,6 +44,10 @@
         <translation>Les applications déjà ouvertes peuvent garder leur pointeur jusqu’à leur redémarrage.</translation>
     </message>
     <message>
+        <source>Applied</source>
+        <translation>Appliqué</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Appliquer le dernier pointeur</translation>
     </message>
@@ -54,6 +58,10 @@
     <message>
         <source>Apps where themed cursor will NOT be applied</source>
         <translation>Apps où le thème n’est PAS appliqué</translation>
+    </message>
+    <message>
+        <source>Arrow: %1 pixels</source>
+        <translation>Flèche : %1 pixels</translation>
     </message>
     <message>
         <source>Auto-apply on launch</source>
@@ -114,6 +122,10 @@
     <message>
         <source>Download</source>
         <translation>Télécharger</translation>
+    </message>
+    <message>
+        <source>Downloaded</source>
+        <translation>Téléchargé</translation>
     </message>
     <message>
         <source>Downloading %1</source>
@@ -318,6 +330,10 @@
     <message>
         <source>The connection broke off</source>
         <translation>La connexion a été coupée</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s own cursors are in use</source>
+        <translation>Les pointeurs du bureau sont utilisés</translation>
     </message>
     <message>
         <source>The disk is full</source>

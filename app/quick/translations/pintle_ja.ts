@@ -44,6 +44,10 @@
         <translation>起動中のアプリのポインターは、再起動するまで変わらないことがあります。</translation>
     </message>
     <message>
+        <source>Applied</source>
+        <translation>適用済み</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>起動時に前回のカーソルを適用</translation>
     </message>
@@ -54,6 +58,10 @@
     <message>
         <source>Apps where themed cursor will NOT be applied</source>
         <translation>テーマのカーソルを適用しないアプリ</translation>
+    </message>
+    <message>
+        <source>Arrow: %1 pixels</source>
+        <translation>矢印: %1 ピクセル</translation>
     </message>
     <message>
         <source>Auto-apply on launch</source>
@@ -114,6 +122,10 @@
     <message>
         <source>Download</source>
         <translation>ダウンロード</translation>
+    </message>
+    <message>
+        <source>Downloaded</source>
+        <translation>ダウンロード済み</translation>
     </message>
     <message>
         <source>Downloading %1</source>
@@ -318,6 +330,10 @@
     <message>
         <source>The connection broke off</source>
         <translation>接続が切れました</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s own cursors are in use</source>
+        <translation>デスクトップ本来のカーソルを使用中</translation>
     </message>
     <message>
         <source>The disk is full</source>

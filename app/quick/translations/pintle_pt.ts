@@ -44,6 +44,10 @@
         <translation>As aplicações já abertas podem manter o seu ponteiro até serem reiniciadas.</translation>
     </message>
     <message>
+        <source>Applied</source>
+        <translation>Aplicado</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>Aplicar o último cursor</translation>
     </message>
@@ -54,6 +58,10 @@
     <message>
         <source>Apps where themed cursor will NOT be applied</source>
         <translation>Apps onde o tema NÃO é aplicado</translation>
+    </message>
+    <message>
+        <source>Arrow: %1 pixels</source>
+        <translation>Seta: %1 píxeis</translation>
     </message>
     <message>
         <source>Auto-apply on launch</source>
@@ -114,6 +122,10 @@
     <message>
         <source>Download</source>
         <translation>Transferir</translation>
+    </message>
+    <message>
+        <source>Downloaded</source>
+        <translation>Transferido</translation>
     </message>
     <message>
         <source>Downloading %1</source>
@@ -318,6 +330,10 @@
     <message>
         <source>The connection broke off</source>
         <translation>A ligação foi interrompida</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s own cursors are in use</source>
+        <translation>Os cursores da área de trabalho estão em uso</translation>
     </message>
     <message>
         <source>The disk is full</source>

@@ -44,6 +44,10 @@
         <translation>已在运行的应用可能要在重新启动后才会更改指针。</translation>
     </message>
     <message>
+        <source>Applied</source>
+        <translation>已应用</translation>
+    </message>
+    <message>
         <source>Apply Last Cursor on Launch</source>
         <translation>启动时应用上次的光标</translation>
     </message>
@@ -54,6 +58,10 @@
     <message>
         <source>Apps where themed cursor will NOT be applied</source>
         <translation>不应用主题光标的应用</translation>
+    </message>
+    <message>
+        <source>Arrow: %1 pixels</source>
+        <translation>箭头：%1 像素</translation>
     </message>
     <message>
         <source>Auto-apply on launch</source>
@@ -114,6 +122,10 @@
     <message>
         <source>Download</source>
         <translation>下载</translation>
+    </message>
+    <message>
+        <source>Downloaded</source>
+        <translation>已下载</translation>
     </message>
     <message>
         <source>Downloading %1</source>
@@ -318,6 +330,10 @@
     <message>
         <source>The connection broke off</source>
         <translation>连接已中断</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s own cursors are in use</source>
+        <translation>正在使用桌面自带的光标</translation>
     </message>
     <message>
         <source>The disk is full</source>
