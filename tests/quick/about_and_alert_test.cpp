@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QEasingCurve>
+#include <QQmlComponent>
 #include <QTest>
 
 #include "tests/quick/window_world.h"
@@ -72,6 +74,28 @@ TEST(AboutWindow, WithReducedMotionEverythingIsThereAtOnce) {
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(iconOf(*view)->scale(), 1);
     EXPECT_EQ(find(view->rootObject(), "text", "Menu bar integration")->parentItem()->opacity(), 1);
+}
+
+TEST(AboutWindow, ARowThatHasFadedInIsDrawnLikeOneThatWasThere) {
+    WindowWorld world(stillLook());
+    auto* const view = world.show(WindowContent::about);
+    ASSERT_NE(view, nullptr);
+    QQmlComponent tokens(&world.engine);
+    tokens.setData("import QtQml\nimport Pintle\nQtObject { property int curve: Theme.fadeCurve }", QUrl());
+    const std::unique_ptr<QObject> theme(tokens.create());
+    ASSERT_NE(theme, nullptr) << tokens.errorString().toStdString();
+    const QEasingCurve curve(static_cast<QEasingCurve::Type>(theme->property("curve").toInt()));
+    auto* const row = find(view->rootObject(), "text", "Menu bar integration")->parentItem();
+    const auto still = view->grabWindow();
+    // The last frame before the end comes any number of milliseconds before it.
+    for (int left = 1; left <= 16; ++left) {
+        for (const double opacity :
+             {0.5, curve.valueForProgress(1 - left / double(AboutWindowModel::rowDuration.count())), 1.0}) {
+            row->setOpacity(opacity);
+            view->grabWindow();
+        }
+        EXPECT_EQ(view->grabWindow(), still) << left << " ms before the end";
+    }
 }
 
 TEST(AboutWindow, TheContactLinkOpensTheMailProgramByMouseAndByKeyboard) {

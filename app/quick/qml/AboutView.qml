@@ -147,11 +147,19 @@ Page {
                     enabled: Theme.motion
                     SequentialAnimation {
                         PauseAnimation { duration: feature.modelData.delay }
-                        NumberAnimation {
-                            target: moving
-                            properties: "y,opacity"
-                            duration: view.model.rowDuration
-                            easing.type: Easing.OutCubic
+                        ParallelAnimation {
+                            NumberAnimation {
+                                target: moving
+                                property: "y"
+                                duration: view.model.rowDuration
+                                easing.type: Easing.OutCubic
+                            }
+                            NumberAnimation {
+                                target: moving
+                                property: "opacity"
+                                duration: view.model.rowDuration
+                                easing.type: Theme.fadeCurve
+                            }
                         }
                     }
                 }

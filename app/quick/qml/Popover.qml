@@ -227,7 +227,7 @@ FocusScope {
                 from: 0
                 to: 1
                 duration: Theme.slide
-                easing.type: Easing.OutCubic
+                easing.type: Theme.fadeCurve
             }
 
             delegate: ThemeRow {

@@ -82,6 +82,9 @@ QtObject {
     readonly property int swap: 180
     readonly property int swapScale: motion ? 180 : 0
     readonly property int step: motion ? 160 : 0
+    /// How texts fade in over 300 ms or less. The software renderer takes no step of the opacity below 0.00001:
+    /// a curve that comes closer to the end than that leaves texts there, which it draws heavier.
+    readonly property int fadeCurve: Easing.OutQuad
 
     // Without types on purpose: the toolkit's compiler reads the parts of a typed colour wrongly.
     function alpha(c, a) { return Qt.rgba(c.r, c.g, c.b, a); }
