@@ -154,7 +154,6 @@ FocusScope {
             anchors.right: parent.right
             clip: true
             activeFocusOnTab: true
-            reuseItems: true
             cacheBuffer: 104
             boundsBehavior: Flickable.StopAtBounds
             keyNavigationEnabled: false

@@ -47,7 +47,7 @@ T.ItemDelegate {
     readonly property bool statusShown: hasStatus && !(offersDelete && error !== "")
     readonly property bool attended: pointed || focusShown
     /// The theme that is attended; empty for none.
-    readonly property string attendedId: attended && !waits ? themeId : ""
+    readonly property string attendedId: attended ? themeId : ""
     property string lastAttended
     onAttendedIdChanged: {
         if (lastAttended !== "") popover.strips.leave(lastAttended);
@@ -55,23 +55,11 @@ T.ItemDelegate {
         if (attendedId !== "") popover.strips.attend(attendedId);
     }
     Component.onDestruction: if (lastAttended !== "") popover.strips.leave(lastAttended)
-    readonly property bool showsStrip: !waits && popover.strips.themeId === themeId
+    readonly property bool showsStrip: popover.strips.themeId === themeId
     readonly property bool tileShowsAction: tile === "download" && tileTone !== "quiet"
     /// Whether the theme's own drawing or letters fill the tile.
     readonly property bool drawn: (tile === "download" && !tileShowsAction || tile === "pending") && drawing !== ""
     readonly property bool lettered: tile === "download" && !tileShowsAction && monogram !== ""
-
-    /// False while the row takes another theme's values, which are not to fade in.
-    property bool settled: true
-    // One that waits to be used again is no row of the list, not for assistive technology either.
-    property bool waits: false
-    visible: !waits
-    ListView.onPooled: waits = true
-    ListView.onReused: {
-        waits = false;
-        settled = false;
-        Qt.callLater(() => settled = true);
-    }
 
     signal tapped()
     signal deleteAsked()
@@ -105,7 +93,7 @@ T.ItemDelegate {
     background: Rectangle {
         radius: Theme.radiusInner
         color: row.active ? Theme.accentSoft : "transparent"
-        Behavior on color { enabled: row.settled; ColorAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+        Behavior on color { ColorAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
         Tint {
             radius: Theme.radiusInner
             hovered: row.pointed
@@ -141,7 +129,7 @@ T.ItemDelegate {
                      : row.tileShowsAction ? Theme.accentSoft
                      : row.attended ? Theme.accentSoft
                      : row.monogram === "" ? Theme.well : Theme.tintPlates[row.tint]
-                Behavior on color { enabled: row.settled; ColorAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+                Behavior on color { ColorAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
             }
             Text {
                 anchors.centerIn: parent
@@ -155,7 +143,7 @@ T.ItemDelegate {
                 font.letterSpacing: 0.3
                 color: Theme.tintInks[row.tint]
                 Accessible.ignored: true
-                Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+                Behavior on opacity { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
             }
             Icon {
                 anchors.centerIn: parent
@@ -165,7 +153,7 @@ T.ItemDelegate {
                 visible: opacity > 0
                 color: row.tile === "warning" ? Theme.danger
                      : row.tileShowsAction ? Theme.accent : Theme.iconRest
-                Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+                Behavior on opacity { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
             }
             Image {
                 anchors.centerIn: parent
@@ -205,7 +193,7 @@ T.ItemDelegate {
                 color: row.pointed ? Theme.text2 : Theme.iconRest
                 opacity: row.mark === "circle" ? 1 : 0
                 visible: opacity > 0
-                Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.swap } }
+                Behavior on opacity { NumberAnimation { duration: Theme.swap } }
             }
             Icon {
                 anchors.centerIn: parent
@@ -215,9 +203,8 @@ T.ItemDelegate {
                 opacity: row.mark === "check" ? 1 : 0
                 scale: row.mark === "check" || !Theme.motion ? 1 : 0.8
                 visible: opacity > 0
-                Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.swap } }
+                Behavior on opacity { NumberAnimation { duration: Theme.swap } }
                 Behavior on scale {
-                    enabled: row.settled
                     NumberAnimation { duration: Theme.swapScale; easing.type: Easing.OutBack; easing.overshoot: 1.2 }
                 }
             }
@@ -326,7 +313,7 @@ T.ItemDelegate {
                     readonly property real statusRoom: row.statusShown ? statusText.implicitWidth + statusGlyph.room : 0
                     y: nameLine.height + 2
                     opacity: row.showsStrip ? 0 : 1
-                    Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+                    Behavior on opacity { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
                     width: parent.width
                     height: Math.max(authorText.visible ? authorText.height : 0, statusText.height)
 
@@ -459,7 +446,7 @@ T.ItemDelegate {
             danger: true
             text: row.popover.deleteHelp
             onClicked: row.deleteAsked()
-            Behavior on opacity { enabled: row.settled; NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
+            Behavior on opacity { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
         }
     }
 

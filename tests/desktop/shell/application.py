@@ -159,16 +159,19 @@ class Application:
         over = ["mousemove", themes.x + themes.width // 2, themes.y + themes.height // 2]
         step, before, unchanged = -120, None, 0
         for _ in range(200):
-            seen = self.popover().find("list item", name)
-            if seen:
-                box = self.place(seen)
-                if box.y >= themes.y and box.y + box.height <= themes.y + themes.height:
-                    return seen
-                step = -1 if box.y < themes.y else 1
+            # A row that was scrolled out of sight is gone.
+            with contextlib.suppress(accessible.Refused):
+                seen = self.popover().find("list item", name)
+                if seen:
+                    box = self.place(seen)
+                    if box.y >= themes.y and box.y + box.height <= themes.y + themes.height:
+                        return seen
+                    step = -1 if box.y < themes.y else 1
             self.input.do(*over)
             self.input.wheel(step)
             # A list in motion runs past what is looked for, and so do larger steps.
-            self.place(self.popover().find("list item"))
+            with contextlib.suppress(accessible.Refused):
+                self.place(self.popover().find("list item"))
             rows = [row.name for row in self.popover().find_all("list item")]
             # A loaded machine scrolls later than the next look, and one click may bring no new row.
             unchanged = unchanged + 1 if step == 1 and rows == before else 0
