@@ -37,7 +37,7 @@ class SourceFinder {
         : source_(source), density_(density), pool_(pool) {
         for (const auto& image : images) known_[image.size].push_back(image);
         if (const auto toc = readToc(source, kMostEntries))
-            for (const auto& entry : *toc) told_[entry.subtype].push_back(entry);
+            for (const auto& entry : *toc) listed_[entry.subtype].push_back(entry);
     }
 
     std::vector<DensitySource> findAll() {
@@ -51,13 +51,13 @@ class SourceFinder {
   private:
     std::optional<std::vector<XCursorImage>> find(std::int64_t size, const std::vector<XCursorImage>& own) {
         const double wanted = static_cast<double>(size) * density_;
-        auto above = told_.lower_bound(static_cast<std::int64_t>(std::ceil(wanted)));
+        auto above = listed_.lower_bound(static_cast<std::int64_t>(std::ceil(wanted)));
         auto below = above;
-        while (above != told_.end() || below != told_.begin()) {
+        while (above != listed_.end() || below != listed_.begin()) {
             const bool upwards =
-                below == told_.begin() ||
-                (above != told_.end() && static_cast<double>(above->first) - wanted <=
-                                             wanted - static_cast<double>(std::prev(below)->first));
+                below == listed_.begin() ||
+                (above != listed_.end() && static_cast<double>(above->first) - wanted <=
+                                               wanted - static_cast<double>(std::prev(below)->first));
             const auto& [other, entries] = *(upwards ? above++ : --below);
             if (other == size) return std::nullopt;
             if (entries.size() != own.size()) continue;
@@ -66,7 +66,7 @@ class SourceFinder {
                 known != known_.end() ? std::optional(known->second) : readHeadersOf(entries);
             if (!headers || headers->size() != own.size()) return std::nullopt;
             if (!haveProportionsOf(own, *headers)) continue;
-            if (known != known_.end()) return headers;
+            if (known != known_.end()) return known->second;
             auto frames = readPixelsOf(entries, *headers);
             if (frames) known_.emplace(other, *frames);
             return frames;
@@ -92,7 +92,7 @@ class SourceFinder {
     PixelPool& pool_;
     /// By nominal size.
     std::map<std::int64_t, std::vector<XCursorImage>> known_;
-    std::map<std::int64_t, std::vector<TocEntry>> told_;
+    std::map<std::int64_t, std::vector<TocEntry>> listed_;
     std::size_t headersLeft_ = kMostHeaders;
     std::int64_t pixelsLeft_ = kMostPixels;
 };
