@@ -17,13 +17,13 @@ constexpr std::size_t kMostTouched = 1024;
 
 void Keeper::applied(const std::vector<WantedCursors::Change>& changes) {
     const bool wasOn = on_;
-    on_ = desk_.wanted.hasTheme();
+    on_ = parts_.wanted.hasTheme();
     waiting_ = false;
     timer_.end();
     subject_ = {};
     settled_.clear();
     limit_.reset();
-    if (on_ != wasOn) desk_.watcher->listenToCursors(on_);
+    if (on_ != wasOn) parts_.watcher->listenToCursors(on_);
     giveBackTouched(changes);
     if (on_)
         examine();
@@ -38,12 +38,12 @@ void Keeper::giveBackTouched(const std::vector<WantedCursors::Change>& changes) 
             std::any_of(changes.begin(), changes.end(), [&](const auto& each) { return each.name == name; });
         // What is set by the core protocol has been replaced by name already.
         if (changed && touched.channel == CursorChannel::device)
-            desk_.registration->define(window, name, touched.channel);
+            parts_.registration->define(window, name, touched.channel);
         if (on_) continue;
         if (touched.glyph)
-            desk_.registration->defineGlyph(window, *touched.glyph);
+            parts_.registration->defineGlyph(window, *touched.glyph);
         else if (!changed)
-            desk_.registration->undefine(window, touched.channel);
+            parts_.registration->undefine(window, touched.channel);
     }
     // A resting keeper does not see when a program takes its window back.
     if (!on_) touched_.clear();
@@ -59,7 +59,7 @@ void Keeper::stop() {
 void Keeper::watcherReplaced() {
     lastKnown_.reset();
     if (!on_) return;
-    desk_.watcher->listenToCursors(true);
+    parts_.watcher->listenToCursors(true);
     examine();
 }
 
@@ -75,9 +75,9 @@ void Keeper::cursorShown(const ShownCursor& cursor) {
 
 KeeperFinding Keeper::judged(const ShownCursor& shown) {
     const auto finding = judge(
-        shown, [this](std::string_view name) { return desk_.wanted.themePicture(name); },
+        shown, [this](std::string_view name) { return parts_.wanted.themePicture(name); },
         [&](const ShownCursor& each) {
-            const auto name = desk_.theme.nameOf(*each.fingerprint);
+            const auto name = parts_.theme.nameOf(*each.fingerprint);
             if (!name.empty()) return name;
             const auto glyph = glyphOf(each);
             return glyph ? glyph->name : name;
@@ -92,7 +92,7 @@ KeeperFinding Keeper::judged(const ShownCursor& shown) {
 std::optional<CoreGlyph> Keeper::glyphOf(const ShownCursor& shown) {
     if (!shown.shape) return std::nullopt;
     // Over the connection that may have the server to itself.
-    if (!glyphs_) glyphs_.emplace(desk_.registration->connection());
+    if (!glyphs_) glyphs_.emplace(parts_.registration->connection());
     return glyphs_->find(*shown.shape);
 }
 
@@ -113,13 +113,13 @@ void Keeper::examineBesides() {
 }
 
 void Keeper::startWith(const ShownCursor& shown, std::string_view name, int rounds) {
-    const auto pointer = desk_.watcher->pointer();
+    const auto pointer = parts_.watcher->pointer();
     if (!pointer || !limit_.allow(pointer->x, pointer->y, queue_.now())) return;
     // A frame without a name may be one of an animation that has a name.
-    const auto own = desk_.theme.exact(name);
+    const auto own = parts_.theme.exact(name);
     if (!shown.name.empty() || (own && own->isAnimated())) {
-        desk_.registration->replaceByName(name);
-        desk_.registration->connection().synchronize();
+        parts_.registration->replaceByName(name);
+        parts_.registration->connection().synchronize();
     }
     waiting_ = false;
     timer_.end();
@@ -143,9 +143,9 @@ void Keeper::waitFor(std::chrono::milliseconds time) {
 }
 
 void Keeper::examineAgain() {
-    const auto before = desk_.watcher->pointer();
+    const auto before = parts_.watcher->pointer();
     const auto shown = read();
-    const auto after = desk_.watcher->pointer();
+    const auto after = parts_.watcher->pointer();
     if (!shown || !before || !after) return;
     const auto finding = judged(*shown);
     if (finding.verdict == KeeperVerdict::leave) {
@@ -182,7 +182,7 @@ void Keeper::replaceOnWindow(const ShownCursor& shown, std::string_view name, xc
 }
 
 Keeper::Outcome Keeper::tryOn(xcb_window_t window, std::string_view name, CursorChannel channel) {
-    auto& registration = *desk_.registration;
+    auto& registration = *parts_.registration;
     auto& connection = registration.connection();
     // All areas of a program's window may be one window of the server: a cursor that the program sets between
     // the look and the answer would be covered by that of the area which the pointer has left.

@@ -21,7 +21,7 @@
 namespace pintle::x11 {
 
 /// What the parts of the backend share. The connections change when one had to be opened again.
-struct Desk {
+struct BackendParts {
     std::unique_ptr<Registration> registration;
     std::unique_ptr<Watcher> watcher;
     WantedCursors wanted;
@@ -32,8 +32,8 @@ class Keeper {
   public:
     /// `haveRead` is called after the keeper asked the server something outside of a call from above: events
     /// may then wait inside the library without the connection becoming readable.
-    Keeper(MainQueue& queue, Desk& desk, std::function<void()> haveRead)
-        : queue_(queue), desk_(desk), haveRead_(std::move(haveRead)) {}
+    Keeper(MainQueue& queue, BackendParts& parts, std::function<void()> haveRead)
+        : queue_(queue), parts_(parts), haveRead_(std::move(haveRead)) {}
 
     /// New pictures are in force for these names. Works from now on if a theme is among what is wanted, else
     /// gives back the windows it touched and rests.
@@ -66,7 +66,7 @@ class Keeper {
         std::optional<CoreGlyph> glyph;
     };
 
-    std::optional<ShownCursor> read() const { return desk_.watcher->shownCursor(lastKnown_); }
+    std::optional<ShownCursor> read() const { return parts_.watcher->shownCursor(lastKnown_); }
     KeeperFinding judged(const ShownCursor& shown);
     std::optional<CoreGlyph> glyphOf(const ShownCursor& shown);
     void examine();
@@ -84,7 +84,7 @@ class Keeper {
     void giveBackTouched(const std::vector<WantedCursors::Change>& changes);
 
     MainQueue& queue_;
-    Desk& desk_;
+    BackendParts& parts_;
     std::function<void()> haveRead_;
     bool on_ = false;
     bool waiting_ = false;

@@ -46,7 +46,7 @@ KeeperFinding judge(const ShownCursor& shown,
                     const std::function<PicturePtr(std::string_view name)>& themePicture,
                     const std::function<std::string_view(const ShownCursor&)>& desktopName);
 
-/// Ends a quarrel with a program that answers each replacement with a new cursor: only so many replacements
+/// Gives up against a program that answers each replacement with a new cursor: only so many replacements
 /// are allowed in a row while the pointer rests.
 class FixLimit {
   public:

@@ -39,7 +39,7 @@ class X11WindowServer : public WindowServer {
     void flush() override;
 
   private:
-    bool isUsable() const { return desk_.registration && desk_.watcher && !lost_; }
+    bool isUsable() const { return parts_.registration && parts_.watcher && !lost_; }
     std::string displayName() const;
     CursorThemeChoice desktopChoice() const;
     void watchRegistration();
@@ -67,7 +67,7 @@ class X11WindowServer : public WindowServer {
 
     X11WindowServerOptions options_;
     Environment environment_;
-    Desk desk_;
+    BackendParts parts_;
     Keeper keeper_;
     bool needsFlush_ = false;
     bool desktopIsFresh_ = false;
@@ -85,17 +85,17 @@ class X11WindowServer : public WindowServer {
 X11WindowServer::X11WindowServer(X11WindowServerOptions options)
     : options_(std::move(options)),
       environment_(options_.environment ? options_.environment : processEnvironment),
-      desk_{nullptr, nullptr, {}, DesktopTheme(environment_)},
-      keeper_(options_.queue, desk_, [this] { handleNewsSoon(); }) {
+      parts_{nullptr, nullptr, {}, DesktopTheme(environment_)},
+      keeper_(options_.queue, parts_, [this] { handleNewsSoon(); }) {
     bool reached = false;
-    desk_.registration = Registration::open(displayName(), reached);
-    if (desk_.registration) desk_.watcher = Watcher::open(displayName());
+    parts_.registration = Registration::open(displayName(), reached);
+    if (parts_.registration) parts_.watcher = Watcher::open(displayName());
     if (!isUsable()) {
         options_.log.system(reached ? "[X11] The X server lacks extensions - cursor registration unavailable"
                                     : "[X11] No X server - cursor registration unavailable");
         return;
     }
-    desk_.theme.choose(desktopChoice());
+    parts_.theme.choose(desktopChoice());
     watchRegistration();
     watchWatcher();
     handleNewsSoon();
@@ -117,22 +117,22 @@ CursorThemeChoice X11WindowServer::desktopChoice() const {
         auto [theme, size] = options_.desktopTheme();
         return {std::move(theme), size};
     }
-    return desk_.watcher->cursorTheme(environment_);
+    return parts_.watcher->cursorTheme(environment_);
 }
 
 void X11WindowServer::watchRegistration() {
-    registrationWatch_ = options_.watchReadable(desk_.registration->connection().descriptor(),
+    registrationWatch_ = options_.watchReadable(parts_.registration->connection().descriptor(),
                                                 lifetime_.weakly([this] { registrationReadable(); }));
 }
 
 void X11WindowServer::watchWatcher() {
-    watcherWatch_ = options_.watchReadable(desk_.watcher->connection().descriptor(),
+    watcherWatch_ = options_.watchReadable(parts_.watcher->connection().descriptor(),
                                            lifetime_.weakly([this] { handleNews(); }));
 }
 
 ConnectionId X11WindowServer::mainConnectionID() {
     if (!isUsable()) return 0;
-    return xcb_get_setup(desk_.registration->connection().get())->resource_id_base;
+    return xcb_get_setup(parts_.registration->connection().get())->resource_id_base;
 }
 
 RegistrationAnswer X11WindowServer::registerCursorWithImages(ConnectionId, const RegisteredCursor& cursor,
@@ -141,30 +141,30 @@ RegistrationAnswer X11WindowServer::registerCursorWithImages(ConnectionId, const
     const auto names = namesOf(cursor.identifier);
     if (purpose == RegistrationPurpose::original) {
         if (!desktopIsFresh_) {
-            desk_.theme.choose(desktopChoice());
+            parts_.theme.choose(desktopChoice());
             desktopIsFresh_ = true;
         }
-        desk_.wanted.wantDesktop(names);
+        parts_.wanted.wantDesktop(names);
         flushSoon();
         return 0;
     }
     const auto picture = CursorPicture::of(cursor);
     if (!picture) return kIllegalArgument;
     if (names.empty()) return 0;
-    int error = desk_.registration->prepare(picture, names);
-    if (error != 0 && desk_.registration->connection().isBroken()) {
+    int error = parts_.registration->prepare(picture, names);
+    if (error != 0 && parts_.registration->connection().isBroken()) {
         if (!reopenRegistration()) return kFailure;
-        error = desk_.registration->prepare(picture, names);
+        error = parts_.registration->prepare(picture, names);
     }
     if (error != 0) return error;
-    desk_.wanted.wantTheme(names, picture);
+    parts_.wanted.wantTheme(names, picture);
     flushSoon();
     return 0;
 }
 
 int X11WindowServer::coreCursorUnregisterAll(ConnectionId) {
     if (!isUsable()) return kFailure;
-    desk_.wanted.wantDesktopEverywhere();
+    parts_.wanted.wantDesktopEverywhere();
     flushSoon();
     return 0;
 }
@@ -173,7 +173,7 @@ CopiedCursor X11WindowServer::copyRegisteredCursorImages(ConnectionId, const std
     const auto names = namesOf(identifier);
     if (!isUsable() || names.empty()) return {kFailure, {}};
     refreshDesktopTheme();
-    const auto picture = desk_.theme.picture(names.front());
+    const auto picture = parts_.theme.picture(names.front());
     if (!picture) return {kFailure, {}};
     auto record = recordOf(identifier, *picture, options_.pixelsPerPoint ? options_.pixelsPerPoint() : 1);
     if (!record) return {kFailure, {}};
@@ -183,15 +183,15 @@ CopiedCursor X11WindowServer::copyRegisteredCursorImages(ConnectionId, const std
 void X11WindowServer::flush() {
     if (!std::exchange(needsFlush_, false) || !isUsable()) return;
     desktopIsFresh_ = false;
-    if (desk_.registration->connection().isBroken() && !reopenRegistration()) return;
-    if (desk_.watcher->connection().isBroken() && !reopenWatcher()) return;
+    if (parts_.registration->connection().isBroken() && !reopenRegistration()) return;
+    if (parts_.watcher->connection().isBroken() && !reopenWatcher()) return;
     refreshDesktopTheme();
     const auto changes =
-        desk_.wanted.changes([this](std::string_view name) { return desk_.theme.picture(name); });
-    const auto sent = desk_.registration->send(changes);
+        parts_.wanted.changes([this](std::string_view name) { return parts_.theme.picture(name); });
+    const auto sent = parts_.registration->send(changes);
     needsFlush_ = false;
     for (const auto& change : sent) {
-        desk_.wanted.sent(change);
+        parts_.wanted.sent(change);
         if (change.name == kRootCursorName) showOnRoot(*change.picture);
         if (options_.nameSent) options_.nameSent(change.name);
     }
@@ -205,7 +205,7 @@ void X11WindowServer::flushSoon() {
 }
 
 void X11WindowServer::showOnRoot(const CursorPicture& picture) {
-    auto& registration = *desk_.registration;
+    auto& registration = *parts_.registration;
     const auto root = registration.connection().root();
     registration.define(root, kRootCursorName, CursorChannel::core);
     // Some window managers set the root's cursor for the pointer device, which hides the other one. Where
@@ -213,7 +213,7 @@ void X11WindowServer::showOnRoot(const CursorPicture& picture) {
     // would hide the desktop's own from then on.
     if (!rootHasDeviceCursor_) {
         registration.connection().synchronize();
-        const auto shown = desk_.watcher->cursorOfRoot();
+        const auto shown = parts_.watcher->cursorOfRoot();
         rootHasDeviceCursor_ = !shown || !shown->fingerprint || !picture.shows(*shown->fingerprint);
     }
     if (!rootHasDeviceCursor_) return;
@@ -223,11 +223,11 @@ void X11WindowServer::showOnRoot(const CursorPicture& picture) {
 
 void X11WindowServer::registrationReadable() {
     if (!isUsable()) return;
-    auto& connection = desk_.registration->connection();
+    auto& connection = parts_.registration->connection();
     // Only errors about windows and cursors that went away meanwhile arrive here.
     while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) continue;
     if (!connection.isBroken()) return;
-    const bool hadSent = desk_.registration->hasSent();
+    const bool hadSent = parts_.registration->hasSent();
     if (!reopenRegistration()) return;
     if (hadSent) flush();
 }
@@ -241,10 +241,10 @@ void X11WindowServer::handleNewsSoon() {
 }
 
 void X11WindowServer::handleNews() {
-    if (dead_ || !desk_.watcher) return;
+    if (dead_ || !parts_.watcher) return;
     for (int round = 0; round < kMostRounds; ++round) {
-        const auto news = desk_.watcher->takeNews();
-        if (desk_.watcher->connection().isBroken()) {
+        const auto news = parts_.watcher->takeNews();
+        if (parts_.watcher->connection().isBroken()) {
             if (reopenWatcher()) keeper_.watcherReplaced();
             return;
         }
@@ -257,22 +257,22 @@ void X11WindowServer::handleNews() {
 }
 
 void X11WindowServer::desktopThemeChanged() {
-    const auto before = desk_.theme.choice();
+    const auto before = parts_.theme.choice();
     refreshDesktopTheme();
-    if (desk_.theme.choice() == before || !desk_.registration->hasSent()) return;
+    if (parts_.theme.choice() == before || !parts_.registration->hasSent()) return;
     needsFlush_ = true;
     flush();
 }
 
 void X11WindowServer::refreshDesktopTheme() {
     const auto choice = desktopChoice();
-    if (choice != desk_.theme.choice()) desk_.theme.choose(choice);
+    if (choice != parts_.theme.choice()) parts_.theme.choose(choice);
 }
 
 bool X11WindowServer::reopenRegistration() {
     bool reached = false;
     auto fresh = Registration::open(displayName(), reached);
-    if (!reached && !desk_.watcher->connection().synchronize()) {
+    if (!reached && !parts_.watcher->connection().synchronize()) {
         serverGone();
         return false;
     }
@@ -283,17 +283,17 @@ bool X11WindowServer::reopenRegistration() {
     }
     options_.log.system("[X11] The connection that registers cursors was closed - opened again");
     registrationReopened_ = true;
-    needsFlush_ = needsFlush_ || desk_.registration->hasSent();
-    endSoon(std::pair(std::exchange(desk_.registration, std::move(fresh)), std::move(registrationWatch_)));
+    needsFlush_ = needsFlush_ || parts_.registration->hasSent();
+    endSoon(std::pair(std::exchange(parts_.registration, std::move(fresh)), std::move(registrationWatch_)));
     watchRegistration();
-    desk_.wanted.forgetSent();
+    parts_.wanted.forgetSent();
     return true;
 }
 
 bool X11WindowServer::reopenWatcher() {
     if (dead_) return false;
     auto fresh = Watcher::open(displayName());
-    if (!fresh && !desk_.registration->connection().synchronize()) {
+    if (!fresh && !parts_.registration->connection().synchronize()) {
         serverGone();
         return false;
     }
@@ -305,7 +305,7 @@ bool X11WindowServer::reopenWatcher() {
     }
     options_.log.system("[X11] The connection that watches the pointer was closed - opened again");
     watcherReopened_ = true;
-    endSoon(std::pair(std::exchange(desk_.watcher, std::move(fresh)), std::move(watcherWatch_)));
+    endSoon(std::pair(std::exchange(parts_.watcher, std::move(fresh)), std::move(watcherWatch_)));
     watchWatcher();
     return true;
 }
@@ -315,7 +315,7 @@ void X11WindowServer::lose(std::string_view why) {
     options_.log.system(why);
     keeper_.stop();
     endSoon(std::move(registrationWatch_));
-    if (desk_.watcher->connection().isBroken()) endSoon(std::move(watcherWatch_));
+    if (parts_.watcher->connection().isBroken()) endSoon(std::move(watcherWatch_));
 }
 
 void X11WindowServer::serverGone() {

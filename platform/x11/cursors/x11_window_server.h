@@ -30,7 +30,7 @@ struct X11WindowServerOptions {
     std::function<void()> serverDied;
     /// The environment; empty: that of the process.
     std::function<std::optional<std::string>(const std::string& name)> environment;
-    /// Told each X11 name whose picture is sent. Empty: nobody wants to know.
+    /// Called with each X11 name whose picture is sent. Empty: nobody wants to know.
     std::function<void(std::string_view name)> nameSent;
     /// The desktop's own theme and its size in pixels. Empty: what the X server's settings say.
     std::function<std::pair<std::string, int>()> desktopTheme = {};

@@ -84,7 +84,7 @@ TEST_F(AccessibilityTest, WithoutTheServiceNobodyIsTrusted) {
     }
 }
 
-TEST_F(AccessibilityTest, TextFieldsAreToldFromLabelsAndAHungApplicationStallsNothing) {
+TEST_F(AccessibilityTest, TextFieldsAreDistinguishedFromLabelsAndAHungApplicationStallsNothing) {
     const Application first = startApplication("first", 0, 0);
     const Application second = startApplication("second", 300, 200);
     ASSERT_GT(second.text.x, 300);

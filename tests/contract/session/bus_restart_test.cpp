@@ -1,4 +1,4 @@
-// What is heard over the message buses is heard again after they were started anew at their old places.
+// What is observed over the message buses is observed again after they were started anew at their old places.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -149,9 +149,9 @@ TEST_F(BusRestartTest, ThePanelThatListensForIconsIsFoundAgain) {
     EXPECT_EQ(changes, 3);
 }
 
-TEST_F(BusRestartTest, ThePortalIsHeardAgain) {
+TEST_F(BusRestartTest, ThePortalIsObservedAgain) {
     PortalLook look;
-    const PortalWatch watch([&](const PortalLook& told) { look = told; });
+    const PortalWatch watch([&](const PortalLook& reported) { look = reported; });
     const auto choose = [&](unsigned scheme) {
         session().connection.registerService("org.freedesktop.portal.Desktop");
         return LoopWorld::until([&] {

@@ -52,7 +52,7 @@ class TestProgram {
 
 struct DesktopWatchTest : testing::Test {
     XTestServer server;
-    ComegoWorld world;
+    SessionWorld world;
     std::unique_ptr<x11::XConnection> client = x11::XConnection::open(server.display());
     std::unique_ptr<Workspace> workspace;
 
@@ -81,15 +81,15 @@ struct DesktopWatchTest : testing::Test {
         client->synchronize();
     }
     void activate(xcb_window_t window) { setOnRoot("_NET_ACTIVE_WINDOW", window); }
-    /// Everything that was told before this moment; the mark itself is left out.
-    std::vector<std::string> toldSoFar() {
+    /// Everything that was reported before this moment; the mark itself is left out.
+    std::vector<std::string> reportedSoFar() {
         static int marks = 0;
         const std::string name = "mark" + std::to_string(++marks);
         activate(makeWindow(name, static_cast<std::uint32_t>(100000 + marks)));
-        EXPECT_TRUE(world.untilHeard(kActivated + name));
-        auto before = world.told;
+        EXPECT_TRUE(world.untilReported(kActivated + name));
+        auto before = world.reported;
         before.pop_back();
-        world.told.clear();
+        world.reported.clear();
         world.applications.clear();
         return before;
     }
@@ -109,14 +109,14 @@ TEST_F(DesktopWatchTest, TheApplicationOfTheActiveWindowIsInFront) {
     activate(makeWindow("XTerm", 41));
     watch();
     EXPECT_EQ(workspace->frontmostApplication(), (RunningApplication{"XTerm", 41}));
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
 }
 
 TEST_F(DesktopWatchTest, AnotherApplicationInFrontIsAnActivationWithItsNameAndProcess) {
     activate(makeWindow("XTerm", 41));
     watch();
     activate(makeWindow("Blender", 42));
-    ASSERT_TRUE(world.untilHeard(std::string(kActivated) + "Blender"));
+    ASSERT_TRUE(world.untilReported(std::string(kActivated) + "Blender"));
     EXPECT_EQ(world.applications.back(), (RunningApplication{"Blender", 42}));
     EXPECT_EQ(workspace->frontmostApplication(), (RunningApplication{"Blender", 42}));
 }
@@ -125,7 +125,7 @@ TEST_F(DesktopWatchTest, TheFirstApplicationEverIsAnActivation) {
     watch();
     EXPECT_FALSE(workspace->frontmostApplication());
     activate(makeWindow("XTerm", 41));
-    EXPECT_TRUE(world.untilHeard(std::string(kActivated) + "XTerm"));
+    EXPECT_TRUE(world.untilReported(std::string(kActivated) + "XTerm"));
 }
 
 TEST_F(DesktopWatchTest, AWindowWithoutAClassIsNamedAfterItsProcess) {
@@ -134,13 +134,13 @@ TEST_F(DesktopWatchTest, AWindowWithoutAClassIsNamedAfterItsProcess) {
     std::string own;
     std::getline(comm, own);
     activate(makeWindow("", static_cast<std::uint32_t>(::getpid())));
-    EXPECT_TRUE(world.untilHeard(kActivated + own));
+    EXPECT_TRUE(world.untilReported(kActivated + own));
 }
 
 TEST_F(DesktopWatchTest, AWindowWithNeitherClassNorProcessIsAnApplicationWithoutAName) {
     watch();
     activate(makeWindow("", 0));
-    ASSERT_TRUE(world.untilHeard(std::string(kActivated) + "(none)"));
+    ASSERT_TRUE(world.untilReported(std::string(kActivated) + "(none)"));
     EXPECT_EQ(world.applications.back(), (RunningApplication{std::nullopt, 0}));
 }
 
@@ -148,34 +148,34 @@ TEST_F(DesktopWatchTest, AChangeInsideOneApplicationIsNoActivation) {
     activate(makeWindow("Gimp", 41));
     watch();
     activate(makeWindow("Gimp", 41));
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
     activate(makeWindow("Gimp", 41));
-    EXPECT_TRUE(world.untilHeard(std::string(kActivated) + "Gimp"));
+    EXPECT_TRUE(world.untilReported(std::string(kActivated) + "Gimp"));
 }
 
 TEST_F(DesktopWatchTest, ADialogOfAnotherClassBelongsToTheApplicationOfItsProcess) {
     activate(makeWindow("Tk", 41));
     watch();
     activate(makeWindow("Toplevel", 41));
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
 }
 
 TEST_F(DesktopWatchTest, TwoProcessesOfOneProgramAreTwoApplications) {
     activate(makeWindow("XTerm", 41));
     watch();
     activate(makeWindow("XTerm", 42));
-    EXPECT_TRUE(world.untilHeard(std::string(kActivated) + "XTerm"));
+    EXPECT_TRUE(world.untilReported(std::string(kActivated) + "XTerm"));
 }
 
 TEST_F(DesktopWatchTest, WindowsWithoutAProcessAreKnownByTheirClass) {
     activate(makeWindow("XLogo", 0));
     watch();
     activate(makeWindow("XLogo", 0));
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
     activate(makeWindow("XLogo", 0));
-    ASSERT_TRUE(world.untilHeard(std::string(kActivated) + "XLogo"));
+    ASSERT_TRUE(world.untilReported(std::string(kActivated) + "XLogo"));
     activate(makeWindow("XClock", 0));
-    EXPECT_TRUE(world.untilHeard(std::string(kActivated) + "XClock"));
+    EXPECT_TRUE(world.untilReported(std::string(kActivated) + "XClock"));
 }
 
 TEST_F(DesktopWatchTest, TheWayThroughNoWindowIsNoActivation) {
@@ -183,14 +183,14 @@ TEST_F(DesktopWatchTest, TheWayThroughNoWindowIsNoActivation) {
     activate(window);
     watch();
     activate(0);
-    ASSERT_TRUE(ComegoWorld::until([&] { return !workspace->frontmostApplication(); }));
+    ASSERT_TRUE(SessionWorld::until([&] { return !workspace->frontmostApplication(); }));
     activate(window);
-    ASSERT_TRUE(ComegoWorld::until([&] { return workspace->frontmostApplication().has_value(); }));
-    EXPECT_THAT(world.told, IsEmpty());
+    ASSERT_TRUE(SessionWorld::until([&] { return workspace->frontmostApplication().has_value(); }));
+    EXPECT_THAT(world.reported, IsEmpty());
     activate(0);
     activate(makeWindow("Blender", 42));
-    ASSERT_TRUE(world.untilHeard(std::string(kActivated) + "Blender"));
-    EXPECT_THAT(world.told, ElementsAre(std::string(kActivated) + "Blender"));
+    ASSERT_TRUE(world.untilReported(std::string(kActivated) + "Blender"));
+    EXPECT_THAT(world.reported, ElementsAre(std::string(kActivated) + "Blender"));
 }
 
 TEST_F(DesktopWatchTest, AnActiveWindowThatIsGoneAlreadyIsIgnored) {
@@ -198,20 +198,20 @@ TEST_F(DesktopWatchTest, AnActiveWindowThatIsGoneAlreadyIsIgnored) {
     const auto window = makeWindow("XTerm", 41);
     xcb_destroy_window(client->get(), window);
     activate(window);
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
 }
 
 TEST_F(DesktopWatchTest, AMonitorThatComesOrGoesIsADisplayChange) {
     watch();
     ASSERT_EQ(run("xrandr --setmonitor LEFT 320/85x480/127+0+0 screen"), 0);
-    ASSERT_TRUE(world.untilHeard("display 0"));
-    ASSERT_TRUE(world.untilHeard("NSApplicationDidChangeScreenParametersNotification"));
-    toldSoFar();
+    ASSERT_TRUE(world.untilReported("display 0"));
+    ASSERT_TRUE(world.untilReported("NSApplicationDidChangeScreenParametersNotification"));
+    reportedSoFar();
     ASSERT_EQ(run("xrandr --setmonitor RIGHT 320/85x480/127+320+0 none"), 0);
-    ASSERT_TRUE(world.untilHeard("display 0"));
-    toldSoFar();
+    ASSERT_TRUE(world.untilReported("display 0"));
+    reportedSoFar();
     ASSERT_EQ(run("xrandr --delmonitor RIGHT"), 0);
-    EXPECT_TRUE(world.untilHeard("display 0"));
+    EXPECT_TRUE(world.untilReported("display 0"));
 }
 
 TEST_F(DesktopWatchTest, AnotherCursorThemeInTheResourcesIsAPointerChange) {
@@ -221,7 +221,7 @@ TEST_F(DesktopWatchTest, AnotherCursorThemeInTheResourcesIsAPointerChange) {
                                   "XTerm*font:\tfixed\nXcursor.theme:\tDMZ-Black\n",
                                   "Xcursor.theme:\tDMZ-Black\nXcursor.size:\t48\n", ""}) {
         set(client->root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, resources);
-        EXPECT_THAT(toldSoFar(), ElementsAre("pointer change")) << resources;
+        EXPECT_THAT(reportedSoFar(), ElementsAre("pointer change")) << resources;
     }
 }
 
@@ -231,7 +231,7 @@ TEST_F(DesktopWatchTest, OtherResourcesAreNoPointerChange) {
     for (const auto* resources :
          {"Xcursor.theme:\tDMZ-White\n", "XTerm*font:\tfixed\nXcursor.theme:\tDMZ-White\nXft.dpi:\t96\n"})
         set(client->root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, resources);
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
 }
 
 TEST_F(DesktopWatchTest, TheSettingsManagersCursorThemeIsAPointerChangeAndItsOtherSettingsAreNot) {
@@ -240,25 +240,25 @@ TEST_F(DesktopWatchTest, TheSettingsManagersCursorThemeIsAPointerChangeAndItsOth
     watch();
     writeFile(file, std::string("Gtk/CursorThemeName \"DMZ-White\"\n"));
     TestProgram manager({"env", "DISPLAY=" + server.display(), "xsettingsd", "-c", file.string()});
-    ASSERT_TRUE(world.untilHeard("pointer change"));
+    ASSERT_TRUE(world.untilReported("pointer change"));
     // It takes the selection before it writes its first property.
-    ASSERT_TRUE(ComegoWorld::until([&] { return !settingsSerial().empty(); }));
-    toldSoFar();
+    ASSERT_TRUE(SessionWorld::until([&] { return !settingsSerial().empty(); }));
+    reportedSoFar();
 
     const auto settle = [&](const std::string& text) {
         const auto serial = settingsSerial();
         writeFile(file, text);
         manager.signal(SIGHUP);
-        return ComegoWorld::until([&] { return settingsSerial() != serial; });
+        return SessionWorld::until([&] { return settingsSerial() != serial; });
     };
     ASSERT_TRUE(settle("Gtk/CursorThemeName \"DMZ-White\"\nGtk/FontName \"Sans 11\"\n"));
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
     ASSERT_TRUE(settle("Gtk/CursorThemeName \"DMZ-Black\"\nGtk/FontName \"Sans 11\"\n"));
-    EXPECT_THAT(toldSoFar(), ElementsAre("pointer change"));
+    EXPECT_THAT(reportedSoFar(), ElementsAre("pointer change"));
     ASSERT_TRUE(settle("Gtk/CursorThemeName \"DMZ-Black\"\nGtk/CursorThemeSize 48\n"));
-    EXPECT_THAT(toldSoFar(), ElementsAre("pointer change"));
+    EXPECT_THAT(reportedSoFar(), ElementsAre("pointer change"));
     manager.end();
-    EXPECT_TRUE(world.untilHeard("pointer change"));
+    EXPECT_TRUE(world.untilReported("pointer change"));
 }
 
 TEST_F(DesktopWatchTest, OtherDotsPerInchInTheResourcesAreADensityChange) {
@@ -269,12 +269,12 @@ TEST_F(DesktopWatchTest, OtherDotsPerInchInTheResourcesAreADensityChange) {
     watch();
     EXPECT_EQ(workspace->pixelsPerPoint(), 1.5);
     resources("Xft.dpi:\t192\n");
-    EXPECT_THAT(toldSoFar(), ElementsAre("pixel density change", "pointer change"));
+    EXPECT_THAT(reportedSoFar(), ElementsAre("pixel density change", "pointer change"));
     EXPECT_EQ(workspace->pixelsPerPoint(), 2);
     resources("Xft.dpi:\t190\n");
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
     resources("");
-    EXPECT_THAT(toldSoFar(), ElementsAre("pixel density change", "pointer change"));
+    EXPECT_THAT(reportedSoFar(), ElementsAre("pixel density change", "pointer change"));
     EXPECT_EQ(workspace->pixelsPerPoint(), 1);
 }
 
@@ -286,12 +286,12 @@ TEST_F(DesktopWatchTest, TheSettingsManagersFactorForWindowsIsADensityChangeAndI
     EXPECT_EQ(workspace->pixelsPerPoint(), 2);
     writeFile(file, std::string("Xft/DPI 196608\nGdk/WindowScalingFactor 3\n"));
     TestProgram manager({"env", "DISPLAY=" + server.display(), "xsettingsd", "-c", file.string()});
-    ASSERT_TRUE(ComegoWorld::until([&] { return workspace->pixelsPerPoint() == 3; }));
+    ASSERT_TRUE(SessionWorld::until([&] { return workspace->pixelsPerPoint() == 3; }));
     writeFile(file, std::string("Xft/DPI 196608\n"));
     manager.signal(SIGHUP);
-    ASSERT_TRUE(ComegoWorld::until([&] { return workspace->pixelsPerPoint() == 1; }));
+    ASSERT_TRUE(SessionWorld::until([&] { return workspace->pixelsPerPoint() == 1; }));
     manager.end();
-    EXPECT_TRUE(ComegoWorld::until([&] { return workspace->pixelsPerPoint() == 2; }));
+    EXPECT_TRUE(SessionWorld::until([&] { return workspace->pixelsPerPoint() == 2; }));
 }
 
 TEST_F(DesktopWatchTest, AWindowManagerThatComesBackIsAPointerChange) {
@@ -300,20 +300,20 @@ TEST_F(DesktopWatchTest, AWindowManagerThatComesBackIsAPointerChange) {
     watch();
     // The new one may get the same number as the old.
     setOnRoot("_NET_SUPPORTING_WM_CHECK", check);
-    EXPECT_THAT(toldSoFar(), ElementsAre("pointer change"));
+    EXPECT_THAT(reportedSoFar(), ElementsAre("pointer change"));
     xcb_set_selection_owner(client->get(), check, client->atom("WM_S0"), XCB_CURRENT_TIME);
     client->synchronize();
-    EXPECT_THAT(toldSoFar(), ElementsAre("pointer change"));
+    EXPECT_THAT(reportedSoFar(), ElementsAre("pointer change"));
 }
 
 TEST_F(DesktopWatchTest, TheScreenSaverPutsTheScreensToSleepAndWakesThem) {
     watch();
     ASSERT_EQ(run("xset s activate"), 0);
-    ASSERT_TRUE(world.untilHeard("NSWorkspaceScreensDidSleepNotification"));
+    ASSERT_TRUE(world.untilReported("NSWorkspaceScreensDidSleepNotification"));
     ASSERT_EQ(run("xset s reset"), 0);
-    ASSERT_TRUE(world.untilHeard("NSWorkspaceScreensDidWakeNotification"));
-    EXPECT_THAT(toldSoFar(), ElementsAre("NSWorkspaceScreensDidSleepNotification",
-                                         "NSWorkspaceScreensDidWakeNotification"));
+    ASSERT_TRUE(world.untilReported("NSWorkspaceScreensDidWakeNotification"));
+    EXPECT_THAT(reportedSoFar(), ElementsAre("NSWorkspaceScreensDidSleepNotification",
+                                             "NSWorkspaceScreensDidWakeNotification"));
 }
 
 TEST_F(DesktopWatchTest, AClosedConnectionIsOpenedAgain) {
@@ -321,11 +321,11 @@ TEST_F(DesktopWatchTest, AClosedConnectionIsOpenedAgain) {
     watch();
     for (int round = 0; round < 3; ++round) {
         ASSERT_EQ(::shutdown(world.watchedDescriptor, SHUT_RDWR), 0);
-        ASSERT_TRUE(world.untilHeard("display 0"));
+        ASSERT_TRUE(world.untilReported("display 0"));
         EXPECT_EQ(workspace->frontmostApplication()->name, round == 0 ? "XTerm" : "Blender");
         activate(makeWindow("Blender", 42 + static_cast<std::uint32_t>(round)));
-        EXPECT_TRUE(world.untilHeard(std::string(kActivated) + "Blender"));
-        world.told.clear();
+        EXPECT_TRUE(world.untilReported(std::string(kActivated) + "Blender"));
+        world.reported.clear();
     }
 }
 
@@ -335,12 +335,12 @@ TEST_F(DesktopWatchTest, AServerThatDiesIsSilence) {
     bool over = false;
     server.crash();
     const auto timer = world.queue->after(std::chrono::milliseconds(300), [&] { over = true; });
-    ASSERT_TRUE(ComegoWorld::until([&] { return over; }));
-    EXPECT_THAT(world.told, IsEmpty());
+    ASSERT_TRUE(SessionWorld::until([&] { return over; }));
+    EXPECT_THAT(world.reported, IsEmpty());
 }
 
 TEST(DesktopWatch, WithoutAServerThereIsNoApplication) {
-    ComegoWorld world;
+    SessionWorld world;
     const auto workspace = world.makeWorkspace(":9987");
     EXPECT_FALSE(workspace->frontmostApplication());
 }

@@ -40,7 +40,7 @@ struct Buses {
             "timeout", "300", "/usr/bin/python3", "-m", "dbusmock", "--system", "--template", "logind"});
         system = QDBusConnection::connectToBus(QString::fromStdString(systemBus.address()), "test system");
         session = QDBusConnection::connectToBus(QString::fromStdString(sessionBus.address()), "test session");
-        const bool there = ComegoWorld::until([this] {
+        const bool there = SessionWorld::until([this] {
             return system.interface()->isServiceRegistered("org.freedesktop.login1").value() &&
                    mock("AddSession", {"c1", "seat0", quint32(1000), "user", true});
         });
@@ -56,7 +56,7 @@ struct Buses {
         return call("/org/freedesktop/login1", "org.freedesktop.DBus.Mock", method, arguments);
     }
 
-    ComegoWorld world;
+    SessionWorld world;
     TestBus systemBus;
     TestBus sessionBus;
     std::unique_ptr<QuietChild> logind;
@@ -66,27 +66,27 @@ struct Buses {
 
 struct SessionWatchTest : testing::Test {
     Buses& buses = Buses::shared();
-    ComegoWorld world;
+    SessionWorld world;
     std::unique_ptr<Workspace> workspace;
 
-    /// Makes the workspace and waits until it follows its session: a lock is heard.
+    /// Makes the workspace and waits until it follows its session: a lock is reported.
     void watch(const char* sessionId = "c1") {
         if (sessionId)
             ::setenv("XDG_SESSION_ID", sessionId, 1);
         else
             ::unsetenv("XDG_SESSION_ID");
         workspace = world.makeWorkspace(":9987");
-        ASSERT_TRUE(ComegoWorld::until([&] {
+        ASSERT_TRUE(SessionWorld::until([&] {
             onSession("Lock");
-            return world.heard(kLocked);
+            return world.wasReported(kLocked);
         }));
         onSession("Unlock");
-        ASSERT_TRUE(world.untilHeard(kUnlocked));
+        ASSERT_TRUE(world.untilReported(kUnlocked));
         // Its question about the session was sent with the subscriptions and is answered before this one.
         setActive(true);
-        const auto told = toldSoFar();
+        const auto reported = reportedSoFar();
         if (sessionId) {
-            ASSERT_THAT(told, ElementsAre(kLocked, kUnlocked));
+            ASSERT_THAT(reported, ElementsAre(kLocked, kUnlocked));
         }
     }
     void onSession(const char* method, const char* session = "c1") {
@@ -108,33 +108,33 @@ struct SessionWatchTest : testing::Test {
         signal << active;
         ASSERT_TRUE(buses.session.send(signal));
     }
-    /// What was told until now; a sleep behind it is the mark.
-    std::vector<std::string> toldSoFar() {
+    /// What was reported until now; a sleep behind it is the mark.
+    std::vector<std::string> reportedSoFar() {
         sleep(true);
-        EXPECT_TRUE(world.untilHeard(kWillSleep));
-        auto before = world.told;
+        EXPECT_TRUE(world.untilReported(kWillSleep));
+        auto before = world.reported;
         before.pop_back();
-        world.told.clear();
+        world.reported.clear();
         return before;
     }
 };
 
-TEST_F(SessionWatchTest, SleepAndWakeAreTold) {
+TEST_F(SessionWatchTest, SleepAndWakeAreReported) {
     watch();
     sleep(true);
     sleep(false);
-    ASSERT_TRUE(world.untilHeard(kDidWake));
-    EXPECT_THAT(world.told, ElementsAre(kWillSleep, kDidWake));
+    ASSERT_TRUE(world.untilReported(kDidWake));
+    EXPECT_THAT(world.reported, ElementsAre(kWillSleep, kDidWake));
 }
 
 TEST_F(SessionWatchTest, TheSessionThatBecomesActiveIsTold) {
     watch();
     setActive(false);
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
     setActive(true);
-    EXPECT_THAT(toldSoFar(), ElementsAre(kActive));
+    EXPECT_THAT(reportedSoFar(), ElementsAre(kActive));
     setActive(true);
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
 }
 
 TEST_F(SessionWatchTest, TheSessionsOfOthersAreNotOurs) {
@@ -142,26 +142,26 @@ TEST_F(SessionWatchTest, TheSessionsOfOthersAreNotOurs) {
     setActive(false, "c2");
     setActive(true, "c2");
     onSession("Lock", "c2");
-    EXPECT_THAT(toldSoFar(), IsEmpty());
+    EXPECT_THAT(reportedSoFar(), IsEmpty());
 }
 
-TEST_F(SessionWatchTest, LockAndUnlockOfTheSessionAreTold) {
+TEST_F(SessionWatchTest, LockAndUnlockOfTheSessionAreReported) {
     watch();
     onSession("Lock");
     onSession("Unlock");
-    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked));
+    EXPECT_THAT(reportedSoFar(), ElementsAre(kLocked, kUnlocked));
 }
 
-TEST_F(SessionWatchTest, TheSessionsOwnWordAboutItsLockIsHeard) {
+TEST_F(SessionWatchTest, TheSessionsOwnWordAboutItsLockIsObserved) {
     watch();
     setProperty("LockedHint", true);
-    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked));
+    EXPECT_THAT(reportedSoFar(), ElementsAre(kLocked));
     setProperty("LockedHint", false);
-    EXPECT_THAT(toldSoFar(), ElementsAre(kUnlocked));
+    EXPECT_THAT(reportedSoFar(), ElementsAre(kUnlocked));
     onSession("Lock");
     setProperty("LockedHint", true);
     setProperty("LockedHint", false);
-    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked)) << "without the signal of an unlock";
+    EXPECT_THAT(reportedSoFar(), ElementsAre(kLocked, kUnlocked)) << "without the signal of an unlock";
 }
 
 TEST_F(SessionWatchTest, ARequestToLockThatNothingCarriesOutEnds) {
@@ -169,20 +169,20 @@ TEST_F(SessionWatchTest, ARequestToLockThatNothingCarriesOutEnds) {
     std::vector<bool> locks;
     const SessionWatch quick({[](bool) {}, [] {}, [&](bool locked) { locks.push_back(locked); }},
                              std::chrono::milliseconds(1));
-    ASSERT_TRUE(ComegoWorld::until([&] {
+    ASSERT_TRUE(SessionWorld::until([&] {
         if (locks.empty()) onSession("Lock");
         return locks.size() == 2;
     }));
     EXPECT_THAT(locks, ElementsAre(true, false));
     setProperty("LockedHint", true);
-    ASSERT_TRUE(ComegoWorld::until([&] { return locks.size() == 3; }));
+    ASSERT_TRUE(SessionWorld::until([&] { return locks.size() == 3; }));
     onSession("Lock");
     setProperty("LockedHint", false);
-    ASSERT_TRUE(ComegoWorld::until([&] { return locks.size() == 4; }));
+    ASSERT_TRUE(SessionWorld::until([&] { return locks.size() == 4; }));
     EXPECT_THAT(locks, ElementsAre(true, false, true, false));
 }
 
-TEST_F(SessionWatchTest, EachLockScreenIsHeard) {
+TEST_F(SessionWatchTest, EachLockScreenIsObserved) {
     watch();
     for (const auto& [interface, path] : std::vector<std::pair<const char*, const char*>>{
              {"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver"},
@@ -192,44 +192,44 @@ TEST_F(SessionWatchTest, EachLockScreenIsHeard) {
              {"org.mate.ScreenSaver", "/org/mate/ScreenSaver"},
              {"org.xfce.ScreenSaver", "/org/xfce/ScreenSaver"}}) {
         screenSaver(interface, path, true);
-        ASSERT_TRUE(world.untilHeard(kLocked)) << interface;
+        ASSERT_TRUE(world.untilReported(kLocked)) << interface;
         screenSaver(interface, path, false);
-        ASSERT_TRUE(world.untilHeard(kUnlocked)) << interface;
-        EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked)) << interface;
+        ASSERT_TRUE(world.untilReported(kUnlocked)) << interface;
+        EXPECT_THAT(reportedSoFar(), ElementsAre(kLocked, kUnlocked)) << interface;
     }
 }
 
 TEST_F(SessionWatchTest, OneLockThatTwoServicesTellIsOneLock) {
     watch();
     onSession("Lock");
-    ASSERT_TRUE(world.untilHeard(kLocked));
+    ASSERT_TRUE(world.untilReported(kLocked));
     screenSaver("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", true);
     screenSaver("org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", true);
     screenSaver("org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver", false);
-    ASSERT_TRUE(world.untilHeard(kUnlocked));
+    ASSERT_TRUE(world.untilReported(kUnlocked));
     onSession("Unlock");
-    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked));
+    EXPECT_THAT(reportedSoFar(), ElementsAre(kLocked, kUnlocked));
 }
 
 TEST_F(SessionWatchTest, AProgramOutsideOfAnySessionHearsOfEveryOne) {
     watch(nullptr);
     onSession("Lock", "c2");
-    ASSERT_TRUE(world.untilHeard(kLocked));
+    ASSERT_TRUE(world.untilReported(kLocked));
     onSession("Unlock", "c2");
-    EXPECT_THAT(toldSoFar(), ElementsAre(kLocked, kUnlocked));
+    EXPECT_THAT(reportedSoFar(), ElementsAre(kLocked, kUnlocked));
 }
 
 TEST_F(SessionWatchTest, AfterItsEndNothingArrives) {
     watch();
     workspace.reset();
     sleep(true);
-    auto second = std::make_unique<ComegoWorld>();
+    auto second = std::make_unique<SessionWorld>();
     const auto other = second->makeWorkspace(":9987");
-    ASSERT_TRUE(ComegoWorld::until([&] {
+    ASSERT_TRUE(SessionWorld::until([&] {
         sleep(true);
-        return second->heard(kWillSleep);
+        return second->wasReported(kWillSleep);
     }));
-    EXPECT_THAT(world.told, IsEmpty());
+    EXPECT_THAT(world.reported, IsEmpty());
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 
 namespace pintle {
 
-class ComegoWorld : public LoopWorld {
+class SessionWorld : public LoopWorld {
   public:
     std::unique_ptr<Workspace> makeWorkspace(const std::string& display) {
         auto workspace = makeX11Workspace({display, *queue, [this](int descriptor, auto readable) {
@@ -22,25 +22,25 @@ class ComegoWorld : public LoopWorld {
         for (int i = 0; i <= static_cast<int>(WorkspaceEvent::pixelDensityDidChange); ++i)
             observers_.push_back(workspace->observe(
                 static_cast<WorkspaceEvent>(i), [this](const WorkspaceNotification& notification) {
-                    told.push_back(notification.name + nameIn(notification));
+                    reported.push_back(notification.name + nameIn(notification));
                     applications.push_back(notification.application);
                 }));
         observers_.push_back(
             workspace->observeDisplayReconfiguration([this](DisplayId, DisplayChangeFlags flags) {
-                told.push_back("display " + std::to_string(flags));
+                reported.push_back("display " + std::to_string(flags));
                 applications.emplace_back();
             }));
         return workspace;
     }
-    bool heard(const std::string& what) const {
-        return std::find(told.begin(), told.end(), what) != told.end();
+    bool wasReported(const std::string& what) const {
+        return std::find(reported.begin(), reported.end(), what) != reported.end();
     }
-    bool untilHeard(const std::string& what) const {
-        return until([&] { return heard(what); });
+    bool untilReported(const std::string& what) const {
+        return until([&] { return wasReported(what); });
     }
 
     /// The events' names in order; an activation with the application's name behind a colon.
-    std::vector<std::string> told;
+    std::vector<std::string> reported;
     std::vector<std::optional<RunningApplication>> applications;
     /// Of the workspace's connection to the X server.
     int watchedDescriptor = -1;

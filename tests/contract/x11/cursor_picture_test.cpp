@@ -167,7 +167,7 @@ TEST(CursorPicture, TheDurationOfAStillCursorMakesNoDifference) {
     EXPECT_TRUE(CursorPicture::of(record(4, 3, 1))->equals(*CursorPicture::of(other)));
 }
 
-TEST(CursorPicture, AFingerprintTellsSizeHotspotAndPixels) {
+TEST(CursorPicture, AFingerprintDiffersWithSizeHotspotAndPixels) {
     const auto picture = CursorPicture::of(record(2, 2, 2));
     for (const auto& frame : picture->frames())
         EXPECT_TRUE(picture->shows(fingerprintOf(2, 2, 0, 0, frame.argb())));

@@ -274,21 +274,21 @@ TEST_F(X11Keeper, AQuarrelWithAProgramThatAnswersEachReplacementEnds) {
         client->warp(300, 300);
         start();
         apply(10);
-        other.quarrelOver(window, "xterm", device);
+        other.contendFor(window, "xterm", device);
         client->warp(50, 50);
         other.define(window, other.cursor("xterm"));
         int answers = 0;
         const auto end = queue.now() + std::chrono::seconds(1);
         while (queue.now() < end) {
             queue.runOnce(std::chrono::milliseconds(2));
-            answers += other.quarrelOver(window, "xterm", device);
+            answers += other.contendFor(window, "xterm", device);
         }
         EXPECT_GT(answers, 1);
         EXPECT_LT(answers, 15);
         // It is over: nothing happens any more while the pointer rests.
         for (int i = 0; i < 100; ++i) {
             queue.runOnce(std::chrono::milliseconds(2));
-            EXPECT_EQ(other.quarrelOver(window, "xterm", device), 0);
+            EXPECT_EQ(other.contendFor(window, "xterm", device), 0);
         }
         stop();
     }

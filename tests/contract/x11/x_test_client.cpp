@@ -221,7 +221,7 @@ void XTestClient::publishSettings(const std::string& theme, int size) {
     synchronize();
 }
 
-int XTestClient::quarrelOver(Id window, const std::string& name, bool channelIsDevice) {
+int XTestClient::contendFor(Id window, const std::string& name, bool channelIsDevice) {
     if (!state_->listens) {
         XFixesSelectCursorInput(state_->display, root(), XFixesDisplayCursorNotifyMask);
         state_->listens = true;

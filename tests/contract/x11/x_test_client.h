@@ -59,7 +59,7 @@ class XTestClient {
     void publishSettings(const std::string& theme, int size);
     /// Answers each cursor that comes to be shown with a new one of its own on the window. Returns how often
     /// it did so since the last question: once or not at all.
-    int quarrelOver(Id window, const std::string& name, bool channelIsDevice);
+    int contendFor(Id window, const std::string& name, bool channelIsDevice);
     void synchronize();
 
     /// Absent when the server does not let the cursor be read.
