@@ -129,7 +129,7 @@ TYPED_TEST(MainQueueContract, ARepeatingTimerGoesOnUntilItsHandleEndsInItsOwnCal
     EXPECT_EQ(ticks, 3);
 }
 
-TYPED_TEST(MainQueueContract, ABeatNeverComesBeforeItsPlaceOnTheGrid) {
+TYPED_TEST(MainQueueContract, ATickNeverComesBeforeItsPlaceOnTheGrid) {
     constexpr auto kInterval = 8333333ns;
     const auto start = this->queue().now();
     std::vector<std::chrono::nanoseconds> ticks;

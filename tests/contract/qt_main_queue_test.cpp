@@ -77,7 +77,7 @@ TEST(QtMainQueue, BeatsMissedWhileTheThreadWasBusyAreLeftOut) {
     EXPECT_GE(ticks[2] / kInterval, ticks[1] / kInterval + 1);
 }
 
-TEST(QtMainQueue, ABeatThatIsNoWholeNumberOfMillisecondsDoesNotDrift) {
+TEST(QtMainQueue, ATickThatIsNoWholeNumberOfMillisecondsDoesNotDrift) {
     QtWorld world;
     constexpr nanoseconds kInterval{8333333};
     bool close = false;

@@ -7,9 +7,7 @@ with 1 when that is long enough to be seen.
 """
 import argparse
 import os
-import shutil
 import subprocess
-import sys
 from dataclasses import dataclass
 
 import children
@@ -161,14 +159,6 @@ class SweepTour:
         stayed = [change.cursor for change in changes if change.last in own]
         self.report.check("no pointer stays the desktop's", not stayed, " ".join(stayed))
 
-    def keep_logs(self):
-        if self.options.logs:
-            os.makedirs(self.options.logs, exist_ok=True)
-            for name in ("driver", "server", "browser"):
-                source = os.path.join(self.desktop.folder, name + ".log")
-                if os.path.exists(source):
-                    shutil.copy(source, self.options.logs)
-
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -183,13 +173,9 @@ def main():
         try:
             good = tour.run()
         finally:
-            tour.keep_logs()
+            desktop.keep_logs(options.logs, "driver", "server", "browser")
     return 0 if good else 1
 
 
 if __name__ == "__main__":
-    try:
-        code = main()
-    finally:
-        children.end_all()
-    sys.exit(code)
+    children.run(main)

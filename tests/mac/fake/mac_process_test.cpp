@@ -174,7 +174,7 @@ TEST(MacDistributedCentre, ObserversOfTheSameNameEndEachByItself) {
     EXPECT_EQ(second, 2);
 }
 
-TEST(MacMainQueue, AMissedBeatIsLeftOutAndTheGridStays) {
+TEST(MacMainQueue, AMissedTickIsLeftOutAndTheGridStays) {
     const auto queue = makeMacMainQueue();
     std::vector<std::chrono::nanoseconds> ticks;
     const auto start = queue->now();
