@@ -1,6 +1,6 @@
-// Draws the windows and the alert with example settings: window_pictures FOLDER NAME [dark] [glass] [rtl]
-// [large] [contrast]. QT_SCALE_FACTOR=2 draws at twice the size. NAME is settings, settings-end, about or
-// alert.
+// Draws the windows and the alert with example settings: window_pictures PICTURE.png NAME [dark] [glass]
+// [rtl] [large] [contrast] [still]. QT_SCALE_FACTOR=2 draws at twice the size. NAME is settings,
+// settings-end, about, alert or alert-info.
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
