@@ -15,9 +15,9 @@ class RejoinedBus : public QObject {
     Q_OBJECT
 
   public:
-    /// `joined` runs each time there is a connection, the first time within start(): what is heard of the bus
-    /// is subscribed to there. `lost` runs when it has gone. Neither runs after the end. A bus that is not
-    /// there at the start is joined when it comes.
+    /// `joined` runs each time there is a connection, the first time within start(): what is observed on the
+    /// bus is subscribed to there. `lost` runs when it has gone. Neither runs after the end. A bus that is
+    /// not there at the start is joined when it comes.
     RejoinedBus(BusKind kind, std::function<void()> joined, std::function<void()> lost);
     ~RejoinedBus() override;
     RejoinedBus(const RejoinedBus&) = delete;

@@ -23,6 +23,7 @@ inline bool catchesSignal(pid_t process, int signal) {
 /// Sends the signal as soon as the process catches it; after ten seconds in any case.
 inline void signalWhenCaught(pid_t process, int signal) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    // Nobody reports that another process begins to catch a signal.
     while (!catchesSignal(process, signal) && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     ::kill(process, signal);
