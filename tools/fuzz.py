@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the fuzz targets of a build in turn, or several at a time.
 
-  fuzz.py BUILD --seconds N [--seed N] [--jobs N] [--record FILE] [--minimise] [TARGET...]
+  fuzz.py BUILD --seconds N [--runs N] [--seed N] [--jobs N] [--record FILE] [--minimise] [TARGET...]
 
 What was found stays in BUILD/corpus/TARGET for the next run; an input that ends a target stays as BUILD/crash-TARGET-*.
 --record adds the executions to the table in a file. --minimise adds to fuzz/corpus what reaches code that nothing
@@ -29,12 +29,13 @@ def programs(build, wanted):
     return found
 
 
-def run(program, build, seconds, seed):
-    """(executions, edges, text of the failure or none). Seed 0: another one each time."""
+def run(program, build, seconds, runs, seed):
+    """(executions, edges, text of the failure or none). Seed 0: another one each time. Runs -1: without a limit."""
     name = program.name.removeprefix("fuzz_")
     corpus = build / "corpus" / name
     corpus.mkdir(parents=True, exist_ok=True)
-    command = [program, corpus, SOURCE / "fuzz/corpus" / name, f"-max_total_time={seconds}", f"-seed={seed}",
+    command = [program, corpus, SOURCE / "fuzz/corpus" / name, f"-max_total_time={seconds}", f"-runs={runs}",
+               f"-seed={seed}", "-reload=0",
                "-rss_limit_mb=2048", "-timeout=30", f"-artifact_prefix={build}/crash-{name}-", "-print_final_stats=1"]
     done = subprocess.run(command, capture_output=True, text=True, errors="replace", check=False)
     executions = re.findall(r"number_of_executed_units:\s*(\d+)", done.stderr)
@@ -78,6 +79,7 @@ def main():
     parser.add_argument("build", type=pathlib.Path)
     parser.add_argument("targets", nargs="*")
     parser.add_argument("--seconds", type=int, default=60, help="for each target")
+    parser.add_argument("--runs", type=int, default=-1, help="inputs for each target, if the seconds suffice")
     parser.add_argument("--seed", type=int, default=0, help="the same inputs in the same order")
     parser.add_argument("--jobs", type=int, default=1, help="targets at a time")
     parser.add_argument("--record", type=pathlib.Path)
@@ -87,7 +89,7 @@ def main():
     targets = programs(build, options.targets)
     results = {}
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        runs = {pool.submit(run, program, build, options.seconds, options.seed): program for program in targets}
+        runs = {pool.submit(run, program, build, options.seconds, options.runs, options.seed): program for program in targets}
         for done in concurrent.futures.as_completed(runs):
             program = runs[done]
             name = program.name.removeprefix("fuzz_")

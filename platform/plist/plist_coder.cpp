@@ -143,6 +143,8 @@ std::optional<double> secondsFromText(const std::string& text) {
 /// The library's date calls count in 32 bits; dates further away go through their text.
 constexpr double kNearDates = 2147483000.0;
 
+bool isExpressibleDate(double seconds) { return seconds >= kEarliestDate && seconds <= kLatestDate; }
+
 /// The library hands out the parts of a date without its sign when the whole seconds are none; its binary
 /// form has it.
 bool isBeforeTheEpoch(plist_t date) {
@@ -160,7 +162,9 @@ bool isBeforeTheEpoch(plist_t date) {
 
 std::optional<PropertyValue> readDate(plist_t node) {
     const auto whole = secondsFromText(xmlText(node));
-    if (!whole) return std::nullopt;
+    // The library takes a text such as the day 0 of the year 1, which is a date before all that can be
+    // written.
+    if (!whole || !isExpressibleDate(*whole)) return std::nullopt;
     if (std::abs(*whole) >= kNearDates) return PropertyDate{*whole};
     std::int32_t seconds = 0;
     std::int32_t micros = 0;
@@ -171,7 +175,7 @@ std::optional<PropertyValue> readDate(plist_t node) {
 }
 
 Node writeDate(double seconds) {
-    if (!std::isfinite(seconds) || seconds < -63113904000.0 || seconds > 252423993599.0) return nullptr;
+    if (!isExpressibleDate(seconds)) return nullptr;
     if (std::abs(seconds) < kNearDates) {
         const double whole = std::trunc(seconds);
         return Node(plist_new_date(static_cast<std::int32_t>(whole),

@@ -15,9 +15,6 @@ constexpr std::size_t kTrailerSize = 32;
 /// Of all objects together, each counted as often as it is referred to.
 constexpr std::uint64_t kMostExpandedBytes = std::uint64_t{128} << 20;
 constexpr std::uint64_t kMostExpandedObjects = std::uint64_t{1} << 20;
-/// The years 1 to 9999, which the XML form can express.
-constexpr double kEarliestDate = -63113904000.0;
-constexpr double kLatestDate = 252423993599.0;
 
 class BinaryList {
   public:

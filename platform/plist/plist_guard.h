@@ -11,6 +11,9 @@ namespace pintle {
 
 inline constexpr std::size_t kLargestPropertyList = std::size_t{64} << 20;
 inline constexpr int kDeepestPropertyList = 128;
+/// In seconds since 2001-01-01: the years 1 to 9999, which are all that the XML form can express.
+inline constexpr double kEarliestDate = -63113904000.0;
+inline constexpr double kLatestDate = 252423993599.0;
 
 /// Whether the bytes are one whole binary list: a table that is consistent, no cycle, at most
 /// kDeepestPropertyList levels, bounded when shared objects are counted as often as they are referred to, and

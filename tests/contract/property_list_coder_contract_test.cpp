@@ -189,6 +189,17 @@ TEST_F(PlistCoder, DatesBeforeTheYear1000AreReadAsTheyWereWritten) {
                 << seconds;
 }
 
+TEST_F(PlistCoder, ADateThatNoFormCanHoldIsAbsentSoThatWhatIsReadCanBeWritten) {
+    for (const auto* text : {"0001-00-00T00:00:00Z", "0001-01-00T00:00:00Z", "9999-12-31T23:59:60Z"})
+        EXPECT_EQ(decodeBody("<date>" + std::string(text) + "</date>"), std::nullopt) << text;
+    for (const auto* text : {"0001-01-01T00:00:00Z", "9999-12-31T23:59:59Z"}) {
+        const auto date = decodeBody("<date>" + std::string(text) + "</date>");
+        ASSERT_TRUE(date) << text;
+        for (const auto format : {PropertyListFormat::xml, PropertyListFormat::binary})
+            EXPECT_TRUE(coder_->encode(*date, format)) << text;
+    }
+}
+
 TEST_F(PlistCoder, TheLastSecondBeforeTheEpochStaysBeforeIt) {
     for (const double seconds : {-0.0625, -0.999, 0.0625})
         EXPECT_EQ(coder_->decode(*coder_->encode(PropertyDate{seconds}, PropertyListFormat::binary)),
