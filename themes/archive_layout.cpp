@@ -361,48 +361,68 @@ Status makeSelfContained(const fs::path& chosen, const fs::path& root, std::uint
         if (!fs::remove(odd, error)) return errorOf(error);
     const std::set<std::string> odds(inside.odd.begin(), inside.odd.end());
 
-    struct Change {
-        fs::path link;
-        /// Absent: the link is removed and not replaced.
+    struct Link {
+        fs::path path;
+        std::string text;
+        /// What takes its place when it does not stay; absent: nothing.
         std::optional<Components> copied;
+        /// What it leads to in the theme's folder as it will be, with "cursors" as its only entry. Absent:
+        /// the link does not stay.
+        std::optional<Components> moved;
+    };
+    const auto below = [&](const Components& of) {
+        Components path{kCursors};
+        path.insert(path.end(), of.begin() + static_cast<std::ptrdiff_t>(folderParts.size()), of.end());
+        return path;
     };
     // All decided before the first one is changed: links lead through each other.
-    std::vector<Change> changes;
+    std::vector<Link> links;
+    std::set<std::string> goes;
     Steps steps;
-    for (const auto& link : inside.links) {
-        const auto text = linkText(link);
-        const auto at = split(link.parent_path().string());
+    for (const auto& path : inside.links) {
+        const auto text = linkText(path);
+        const auto at = split(path.parent_path().string());
         const auto target = text ? resolve(at, *text, rootParts, steps) : std::nullopt;
         if (steps.gone()) return errorOf(std::make_error_code(std::errc::file_too_large));
         const auto found = target ? statOf(join("/", *target)) : std::nullopt;
         // A FIFO is gone by now, and so is whatever led to it.
         const bool gone = target && odds.contains(join("/", *target).string());
-        if (target && !gone && isInside(*target, folderParts)) {
-            const auto below = [&](const Components& of) {
-                Components path{kCursors};
-                path.insert(path.end(), of.begin() + static_cast<std::ptrdiff_t>(folderParts.size()),
-                            of.end());
-                return path;
-            };
-            // The theme's folder as it will be, with "cursors" as its only entry.
-            const auto moved =
-                walk(below(at), *text, false, steps, [&](const Components& path) -> std::optional<fs::path> {
-                    if (path.front() != kCursors) return std::nullopt;
-                    return join(folder, path, 1);
-                });
-            if (moved && *moved == below(*target)) continue;
-        }
-        const bool copy = found && isInside(*target, rootParts);
-        changes.push_back({link, copy ? target : std::nullopt});
+        Link link{path, text.value_or(""), std::nullopt, std::nullopt};
+        if (found && isInside(*target, rootParts)) link.copied = target;
+        if (target && !gone && isInside(*target, folderParts)) link.moved = below(*target);
+        if (!link.moved) goes.insert(path.string());
+        links.push_back(std::move(link));
     }
+    const auto leadsThereAfterTheMove = [&](const Link& link) {
+        const auto at = below(split(link.path.parent_path().string()));
+        const auto place = [&](const Components& parts) -> std::optional<fs::path> {
+            if (parts.front() != kCursors) return std::nullopt;
+            auto entry = join(folder, parts, 1);
+            if (goes.contains(entry.string())) return std::nullopt;
+            return entry;
+        };
+        return walk(at, link.text, false, steps, place) == link.moved;
+    };
+    // Until none leads over one that goes.
+    for (bool again = true; again;) {
+        again = false;
+        for (auto& link : links) {
+            if (!link.moved || leadsThereAfterTheMove(link)) continue;
+            if (steps.gone()) return errorOf(std::make_error_code(std::errc::file_too_large));
+            link.moved.reset();
+            goes.insert(link.path.string());
+            again = true;
+        }
+    }
+    std::erase_if(links, [](const Link& link) { return link.moved.has_value(); });
 
     Copier copier(rootParts, mostCopies, steps);
-    for (const auto& change : changes)
-        if (!fs::remove(change.link, error)) return errorOf(error);
+    for (const auto& link : links)
+        if (!fs::remove(link.path, error)) return errorOf(error);
     // A target may lie behind a link that has just gone, but never is one itself.
-    for (const auto& change : changes)
-        if (change.copied)
-            if (const auto failed = copier.copy(*change.copied, change.link)) return errorOf(failed);
+    for (const auto& link : links)
+        if (link.copied)
+            if (const auto failed = copier.copy(*link.copied, link.path)) return errorOf(failed);
     return Done{};
 }
 

@@ -339,6 +339,20 @@ TEST_F(ArchiveLayoutTest, AWayThroughALinkedFolderIsFollowed) {
     EXPECT_EQ(content(installed / "back"), "Xcur.");
 }
 
+TEST_F(ArchiveLayoutTest, ALinkOverALinkThatGoesBecomesACopy) {
+    cursors("T/cursors", 1);
+    writeFile(root / "T/cursors/sub/file", "Xcurfile");
+    link("T/cursors/here", ".");
+    link("T/cursors/file", "here/cursor0");
+    link("T/cursors/folder", "here/sub");
+    link("T/cursors/over", "folder/file");
+    const auto installed = install("T/cursors");
+    EXPECT_FALSE(fs::exists(fs::symlink_status(installed / "here")));
+    EXPECT_EQ(content(installed / "file"), "Xcur.");
+    EXPECT_EQ(content(installed / "folder/file"), "Xcurfile");
+    EXPECT_EQ(content(installed / "over"), "Xcurfile");
+}
+
 TEST_F(ArchiveLayoutTest, FifosAreNotInstalledAndModesAreMadeUsual) {
     cursors("T/cursors", 1);
     ASSERT_EQ(::mkfifo((root / "T/cursors/left_ptr").c_str(), 0600), 0);
