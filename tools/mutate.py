@@ -3,15 +3,19 @@
 
   mutate.py [--seed N] [--count N] [--named] [--only TEXT] [--build FOLDER] [--jobs N] [--most-survivors N]
 
-Works on a copy of the sources in a build folder of its own. The places are chosen by the seed. --named takes instead
-those of tools/mutants.json, where also the accepted survivors stand, each with the reason why no test can or should
-notice it. Prints the survivors and their share; ends with 1 when more than --most-survivors (0) survived.
+Works on a copy of the sources in a build folder of its own, where only the changed file is compiled and linked before
+the built ones. The places are chosen by the seed. --named takes instead those of tools/mutants.json, where also the
+accepted survivors stand, each with the reason why no test can or should notice it. Prints the survivors and their share;
+ends with 1 when more than --most-survivors (0) survived.
 """
 import argparse
 import json
+import os
 import pathlib
 import random
 import re
+import resource
+import shlex
 import shutil
 import subprocess
 import sys
@@ -30,6 +34,8 @@ SUITES = {
 }
 COPIED = ("app", "apply", "base", "cmake", "cursor", "fuzz", "platform", "settings", "tests", "themes", "CMakeLists.txt")
 MUTANTS = SOURCE / "tools/mutants.json"
+MEMORY = 4 << 30
+LINKER = ["-fuse-ld=lld"] if shutil.which("ld.lld") else []
 
 COMPARISONS = {" < ": " <= ", " <= ": " < ", " > ": " >= ", " >= ": " > ", " == ": " != ", " != ": " == ",
                " && ": " || ", " || ": " && ", " + ": " - ", " - ": " + "}
@@ -115,7 +121,7 @@ class Bench:
     def __init__(self, folder, jobs):
         self.folder, self.jobs = folder, jobs
         self.copy, self.build = folder / "source", folder / "build"
-        self.seconds = {}
+        self.seconds, self.compilations, self.links = {}, {}, {}
 
     def prepare(self, suites):
         self.copy.mkdir(parents=True, exist_ok=True)
@@ -133,15 +139,17 @@ class Bench:
                 if file.is_file() and file not in kept:
                     file.unlink()
         configure = ["cmake", "-S", self.copy, "-B", self.build, "-G", "Ninja", "-DPINTLE_CORE_ONLY=ON",
-                     "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "--log-level=ERROR"]
+                     "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
+                     "--log-level=ERROR"]
         subprocess.run(configure, check=True, stdout=subprocess.DEVNULL)
         if not self.compile(suites):
             sys.exit("The unchanged sources do not build.")
         for suite in suites:
             started = time.monotonic()
-            if not self.passes(suite, 600):
+            if not self.passes(self.program(suite), 600):
                 sys.exit(f"The suite {suite} fails on the unchanged sources.")
             self.seconds[suite] = time.monotonic() - started
+        self.read_commands(suites)
 
     @staticmethod
     def put(source, target):
@@ -156,33 +164,82 @@ class Bench:
         command = ["cmake", "--build", self.build, f"-j{self.jobs}", "--target", *(f"test_{suite}" for suite in suites)]
         return subprocess.run(command, capture_output=True, check=False).returncode == 0
 
-    def passes(self, suite, limit):
-        program = next(self.build.glob(f"tests/**/test_{suite}"))
-        command = [program, "--gtest_brief=1", "--gtest_fail_fast"]
+    def program(self, suite):
+        return next(self.build.glob(f"tests/**/test_{suite}"))
+
+    def passes(self, program, limit):
+        """Whether a suite passes within a limit of seconds, with a home and a memory of its own."""
+        home = self.folder / "home"
+        home.mkdir(exist_ok=True)
         try:
-            return subprocess.run(command, capture_output=True, timeout=limit, check=False,
-                                  cwd=program.parent).returncode == 0
+            return subprocess.run([program, "--gtest_brief=1", "--gtest_fail_fast"], capture_output=True, timeout=limit,
+                                  check=False, cwd=program.parent, env=os.environ | {"HOME": str(home)},
+                                  preexec_fn=limit_memory).returncode == 0
         except subprocess.TimeoutExpired:
             return False
+
+    def read_commands(self, suites):
+        """How each file is compiled and each suite is linked, asked from the build once."""
+        with open(self.build / "compile_commands.json", encoding="utf-8") as file:
+            self.compilations = {entry["file"]: entry["command"] for entry in json.load(file)}
+        for suite in suites:
+            target = str(self.program(suite).relative_to(self.build))
+            told = subprocess.run(["ninja", "-C", self.build, "-t", "commands", "-s", target], check=True, text=True,
+                                  capture_output=True).stdout
+            # What is done with a linked program stands after it.
+            self.links[suite] = next(words for words in map(shlex.split, told.strip().split("&&"))
+                                     if "-o" in words and words[words.index("-o") + 1] == target)
+
+    def compile_changed(self, changed, path):
+        """The object that stands before the libraries in place of the unchanged one, and that one's name; none when it
+        does not compile."""
+        words = shlex.split(self.compilations[str(path)])
+        # Nothing changed is compiled twice.
+        cached = next((at for at, word in enumerate(words) if word.endswith("/ccache")), -1)
+        words = words[cached + 1:]
+        unchanged = words[words.index("-o") + 1]
+        result = str(self.folder / "changed.o")
+        words = [{unchanged: result, str(path): str(changed)}.get(word, word) for word in words]
+        good = subprocess.run(words, capture_output=True, check=False, cwd=self.build).returncode == 0
+        return (result, unchanged) if good else None
+
+    def link_changed(self, suite, objects):
+        changed, unchanged = objects
+        words = [word for word in self.links[suite] if word != unchanged]
+        at = words.index("-o") + 1
+        program = self.program(suite)
+        program = program.with_name(program.name + "_changed")
+        words[at:at + 1] = [str(program), changed, *LINKER]
+        good = subprocess.run(words, capture_output=True, check=False, cwd=self.build).returncode == 0
+        return program if good else None
 
     def verdict(self, mutant):
         """The suite that noticed, "compiler", or none for a survivor."""
         path = self.copy / mutant["file"]
-        text = path.read_text(encoding="utf-8")
-        lines = text.split("\n")
+        lines = path.read_text(encoding="utf-8").split("\n")
         first = mutant["line"] - 1
         count = mutant["old"].count("\n") + 1
-        changed = lines[:first] + (mutant["new"].split("\n") if mutant["new"] else []) + lines[first + count:]
+        text = lines[:first] + (mutant["new"].split("\n") if mutant["new"] else []) + lines[first + count:]
+        changed = path.with_name("changed_" + path.name)
         try:
-            path.write_text("\n".join(changed), encoding="utf-8")
-            for suite in SUITES[mutant["file"].split("/")[0]]:
-                if not self.compile([suite]):
-                    return "compiler"
-                if not self.passes(suite, 30 + 3 * self.seconds[suite]):
-                    return suite
-            return None
+            changed.write_text("\n".join(text), encoding="utf-8")
+            objects = self.compile_changed(changed, path)
         finally:
-            path.write_text(text, encoding="utf-8")
+            changed.unlink()
+        if not objects:
+            return "compiler"
+        for suite in SUITES[mutant["file"].split("/")[0]]:
+            program = self.link_changed(suite, objects)
+            if not program:
+                return "compiler"
+            if not self.passes(program, 10 + 4 * self.seconds[suite]):
+                return suite
+        return None
+
+
+def limit_memory():
+    """A changed loop must not take the machine's."""
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
 
 
 def named(listed):

@@ -13,7 +13,9 @@ import mutate
 PROJECT = """cmake_minimum_required(VERSION 3.25)
 project(small LANGUAGES CXX)
 option(PINTLE_CORE_ONLY "As the real project" OFF)
-add_executable(test_cursor cursor/limit.cpp tests/limit_test.cpp)
+add_library(limit STATIC cursor/limit.cpp)
+add_executable(test_cursor tests/limit_test.cpp)
+target_link_libraries(test_cursor limit)
 set_target_properties(test_cursor PROPERTIES RUNTIME_OUTPUT_DIRECTORY tests)
 """
 CODE = "int limited(int size) {\n    if (size > 48) return 48;\n    return size;\n}\n"
