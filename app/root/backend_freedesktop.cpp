@@ -1,6 +1,8 @@
 #include <QApplication>
 #include <QIcon>
 #include <filesystem>
+#include <memory>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -65,8 +67,9 @@ EarlyBackend makeEarlyBackend() {
     early.loginAgentRole = LoginAgentRole::standsInForService;
     early.programLocation = early.bundle.executable.string();
     early.placement = PlacementPolicy::insideWorkArea;
-    early.application = makeQtApplication({[](const std::string& title, const std::string& text) {
-        showDesktopNotification(translated(title).toStdString(), translated(text).toStdString());
+    early.application = makeQtApplication({[notifications = std::make_shared<DesktopNotifications>()](
+                                               const std::string& title, const std::string& text) {
+        notifications->show(translated(title).toStdString(), translated(text).toStdString());
     }});
     // The server draws a hidden pointer again by itself when the connection that hid it goes.
     early.installSignalRecovery = [] { installSignalRecovery(nullptr); };

@@ -6,12 +6,14 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QObject>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/freedesktop/desktop_notifications.h"
 #include "platform/freedesktop/notifier_watch.h"
 #include "platform/freedesktop/portal_watch.h"
 #include "platform/freedesktop/session_watch.h"
@@ -29,6 +31,33 @@ class PanelRegister : public QObject {
 
   public:
     static bool hasHost() { return true; }
+};
+
+/// A desktop that shows passing messages, and forgets nothing of them.
+class MessageBoard : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+  public:
+    void serve(QDBusConnection bus) {
+        bus.registerObject("/org/freedesktop/Notifications", this, QDBusConnection::ExportAllSlots);
+        bus.registerService("org.freedesktop.Notifications");
+    }
+    bool shows(const std::string& title) const {
+        return std::find(titles_.begin(), titles_.end(), title) != titles_.end();
+    }
+
+  public Q_SLOTS:
+    // NOLINTNEXTLINE(readability-identifier-naming): the name on the bus.
+    unsigned Notify(const QString& /*program*/, unsigned /*replaces*/, const QString& /*icon*/,
+                    const QString& title, const QString& /*text*/, const QStringList& /*actions*/,
+                    const QVariantMap& /*hints*/, int /*time*/) {
+        titles_.push_back(title.toStdString());
+        return 1;
+    }
+
+  private:
+    std::vector<std::string> titles_;
 };
 
 namespace {
@@ -166,6 +195,32 @@ TEST_F(BusRestartTest, ThePortalIsObservedAgain) {
     ASSERT_TRUE(LoopWorld::until([&] { return !look.colorScheme; })) << "the portal went with its bus";
     session().start();
     ASSERT_TRUE(choose(2));
+}
+
+TEST_F(BusRestartTest, MessagesAreShownAgain) {
+    MessageBoard board;
+    board.serve(session().connection);
+    DesktopNotifications notifications;
+    notifications.show("before", "");
+    ASSERT_TRUE(LoopWorld::until([&] { return board.shows("before"); }));
+    session().restart();
+    board.serve(session().connection);
+    EXPECT_TRUE(LoopWorld::until([&] {
+        notifications.show("after", "");
+        return board.shows("after");
+    }));
+}
+
+TEST_F(BusRestartTest, TheLastMessageWaitsForABus) {
+    session().end();
+    DesktopNotifications notifications;
+    notifications.show("overtaken", "");
+    notifications.show("waiting", "");
+    session().start();
+    MessageBoard board;
+    board.serve(session().connection);
+    EXPECT_TRUE(LoopWorld::until([&] { return board.shows("waiting"); }));
+    EXPECT_FALSE(board.shows("overtaken"));
 }
 
 TEST_F(BusRestartTest, ABusThatIsThereLaterIsJoined) {
