@@ -10,6 +10,8 @@ namespace {
 
 // Far beyond any pointer, and small enough that the server's memory is never in question.
 constexpr int kLongestSide = 2048;
+// Of all frames: each is sent while the program waits, and kept by the server once for each name.
+constexpr std::uint64_t kMostPixels = std::uint64_t{kLongestSide} * kLongestSide;
 // Frames without time would make the server draw without pause.
 constexpr std::uint32_t kShortestDelay = 10;
 constexpr std::uint32_t kLongestDelay = 60 * 60 * 1000;
@@ -33,6 +35,7 @@ std::uint64_t mixed(std::uint64_t state, std::uint64_t value) {
 }
 
 bool samePixels(const CursorFrame& a, const CursorFrame& b) {
+    if (a.image.pixel(0, a.top).data() == b.image.pixel(0, b.top).data()) return true;
     const auto row = static_cast<std::size_t>(a.width) * 4;
     for (int y = 0; y < a.height; ++y)
         if (std::memcmp(a.image.pixel(0, a.top + y).data(), b.image.pixel(0, b.top + y).data(), row) != 0)
@@ -68,6 +71,8 @@ std::shared_ptr<const CursorPicture> CursorPicture::of(const RegisteredCursor& c
     const double density = cursor.pixelsPerPoint;
     const Size size = {std::round(cursor.size.width * density), std::round(cursor.size.height * density)};
     if (!usableSide(size.width) || !usableSide(size.height)) return nullptr;
+    const auto pixels = static_cast<std::uint64_t>(size.width) * static_cast<std::uint64_t>(size.height);
+    if (cursor.frameCount > kMostPixels / pixels) return nullptr;
 
     CursorFrame frame{cursor.images.front()};
     frame.width = static_cast<int>(size.width);
@@ -107,21 +112,25 @@ std::shared_ptr<const CursorPicture> CursorPicture::of(std::vector<CursorFrame> 
     return std::shared_ptr<const CursorPicture>(new CursorPicture(std::move(frames)));
 }
 
-CursorPicture::CursorPicture(std::vector<CursorFrame> frames) : frames_(std::move(frames)) {
-    for (const auto& frame : frames_)
-        fingerprints_.push_back(fingerprintOf(static_cast<std::uint32_t>(frame.width),
-                                              static_cast<std::uint32_t>(frame.height),
-                                              static_cast<std::uint32_t>(frame.hotspotX),
-                                              static_cast<std::uint32_t>(frame.hotspotY), frame.argb()));
+std::span<const Fingerprint> CursorPicture::fingerprints() const {
+    std::call_once(fingerprinted_, [this] {
+        for (const auto& frame : frames_)
+            fingerprints_.push_back(fingerprintOf(static_cast<std::uint32_t>(frame.width),
+                                                  static_cast<std::uint32_t>(frame.height),
+                                                  static_cast<std::uint32_t>(frame.hotspotX),
+                                                  static_cast<std::uint32_t>(frame.hotspotY), frame.argb()));
+    });
+    return fingerprints_;
 }
 
 bool CursorPicture::shows(Fingerprint fingerprint) const {
-    return std::find(fingerprints_.begin(), fingerprints_.end(), fingerprint) != fingerprints_.end();
+    const auto own = fingerprints();
+    return std::find(own.begin(), own.end(), fingerprint) != own.end();
 }
 
 bool CursorPicture::equals(const CursorPicture& other) const {
     if (this == &other) return true;
-    if (fingerprints_ != other.fingerprints_) return false;
+    if (frames_.size() != other.frames_.size()) return false;
     for (std::size_t i = 0; i < frames_.size(); ++i) {
         const auto& a = frames_[i];
         const auto& b = other.frames_[i];

@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/registered_cursor.h"
@@ -39,7 +41,8 @@ struct CursorFrame {
 class CursorPicture {
   public:
     /// Absent (null) when the record does not describe `frameCount` frames of `size`: no image, a side below
-    /// one pixel or above 2048, fewer rows than the frames need.
+    /// one pixel or above 2048, more pixels in all frames than one of that side has, fewer rows than the
+    /// frames need.
     static std::shared_ptr<const CursorPicture> of(const RegisteredCursor& cursor);
     /// Hotspots are clamped and delays bounded. Absent without a frame or when a side is out of bounds.
     static std::shared_ptr<const CursorPicture> of(std::vector<CursorFrame> frames);
@@ -48,15 +51,18 @@ class CursorPicture {
     bool isAnimated() const { return frames_.size() > 1; }
     /// Whether one of the frames has this fingerprint.
     bool shows(Fingerprint fingerprint) const;
-    std::span<const Fingerprint> fingerprints() const { return fingerprints_; }
+    /// One of each frame, made when they are first asked for: most pictures are never compared with a shown
+    /// one.
+    std::span<const Fingerprint> fingerprints() const;
     /// Same pixels, hotspots and delays.
     bool equals(const CursorPicture& other) const;
 
   private:
-    explicit CursorPicture(std::vector<CursorFrame> frames);
+    explicit CursorPicture(std::vector<CursorFrame> frames) : frames_(std::move(frames)) {}
 
     std::vector<CursorFrame> frames_;
-    std::vector<Fingerprint> fingerprints_;
+    mutable std::once_flag fingerprinted_;
+    mutable std::vector<Fingerprint> fingerprints_;
 };
 
 using PicturePtr = std::shared_ptr<const CursorPicture>;

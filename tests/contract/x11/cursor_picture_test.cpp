@@ -146,6 +146,15 @@ TEST(CursorPicture, SidesUpToTheBoundAreAccepted) {
     EXPECT_FALSE(CursorPicture::of(record(1, 2049, 1)));
 }
 
+TEST(CursorPicture, AllFramesTogetherAreNoMoreThanTheLargestStillOne) {
+    EXPECT_TRUE(CursorPicture::of(record(512, 512, 16)));
+    EXPECT_FALSE(CursorPicture::of(record(512, 512, 17)));
+    auto separate = record(2048, 1025, 1);
+    separate.images.push_back(separate.images.front());
+    separate.frameCount = 2;
+    EXPECT_FALSE(CursorPicture::of(separate));
+}
+
 TEST(CursorPicture, EqualMeansPixelsHotspotsAndDelays) {
     const auto base = CursorPicture::of(record(4, 3, 2));
     EXPECT_TRUE(base->equals(*CursorPicture::of(record(4, 3, 2))));
