@@ -4,9 +4,9 @@
 
 #include <map>
 #include <memory>
-#include <vector>
 
 #include "apply/cursor_identification.h"
+#include "apply/mask_sums.h"
 #include "base/bitmap.h"
 
 namespace pintle {
@@ -21,10 +21,8 @@ class AlphaSignatureMaker {
   private:
     struct Weights;
     const Weights& weightsFor(int length);
-    void takeAlpha(const Bitmap& image, std::size_t padded);
     std::map<int, std::shared_ptr<const Weights>> known_;
-    std::vector<float> alpha_;
-    std::vector<float> columns_;
+    MaskScratch scratch_;
 };
 
 /// The same mask computed in double precision throughout.

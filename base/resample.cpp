@@ -12,7 +12,7 @@ namespace {
 constexpr double kLobes = 3;
 constexpr double kPi = 3.14159265358979323846;
 /// Bound tables and scratch memory whatever the shape of the image: an image may be millions of pixels wide.
-constexpr std::int64_t kBlockSide = 1024;
+constexpr std::int64_t kBlockSide = 256;
 constexpr std::size_t kTablesKept = 32;
 /// Windows kept, each counted as often as it is stretched: a few megabytes of weights at most.
 constexpr double kMostResidues = 1 << 16;
@@ -46,6 +46,27 @@ Resampler::Window windowOf(double centre, double ratio, std::int64_t least, std:
     }
     for (auto& weight : window.weights) weight /= sum;
     return window;
+}
+
+/// The weights in units of 1 / kFixedOne that add up to exactly that, so that even areas stay as they are:
+/// rounded down, and those with the largest remainders up.
+void toFixed(const std::vector<double>& weights, std::int16_t* fixed) {
+    std::array<std::pair<double, std::size_t>, kMostFixedTaps> remainders;
+    int missing = kFixedOne;
+    for (std::size_t tap = 0; tap < weights.size(); ++tap) {
+        const double whole = std::floor(weights[tap] * kFixedOne);
+        fixed[tap] = static_cast<std::int16_t>(whole);
+        missing -= fixed[tap];
+        remainders[tap] = {whole - weights[tap] * kFixedOne, tap};
+    }
+    std::sort(remainders.begin(), remainders.begin() + static_cast<std::ptrdiff_t>(weights.size()));
+    for (std::size_t i = 0; missing > 0 && i < weights.size(); ++i, --missing) ++fixed[remainders[i].second];
+}
+
+std::size_t fixedTapsFor(std::size_t taps) {
+    for (const std::size_t known : {6, 8, 12})
+        if (taps <= known) return known;
+    return kMostFixedTaps;
 }
 
 }  // namespace
@@ -109,6 +130,17 @@ ResampleAxis Resampler::makeAxis(std::int64_t from, std::int64_t to, std::int64_
         axis.sourceEnd =
             std::max(axis.sourceEnd, window.first + static_cast<std::int64_t>(window.weights.size()));
     }
+    const auto isFixed = [](const Window& window) {
+        double gain = 0;
+        for (const double weight : window.weights) gain += std::abs(weight);
+        return window.weights.size() <= kMostFixedTaps && gain <= kMostFixedGain;
+    };
+    if (std::all_of(windows.begin(), windows.end(), isFixed)) {
+        axis.fixedTaps = fixedTapsFor(axis.taps);
+        axis.fixed.resize(windows.size() * axis.fixedTaps);
+        for (std::size_t i = 0; i < windows.size(); ++i)
+            toFixed(windows[i].weights, axis.fixed.data() + i * axis.fixedTaps);
+    }
     axis.taps += axis.taps % 2;
     axis.weights.resize(windows.size() * axis.taps);
     axis.weightsByChannel.resize(axis.weights.size() * 4);
@@ -152,7 +184,10 @@ void Resampler::draw(std::span<const std::uint8_t> source, std::int64_t sourceWi
             if (axes_.size() + 2 > kTablesKept) axes_.clear();
             block.across = &axis(sourceWidth, targetWidth, x, std::min(x + stepAcross, targetWidth));
             block.down = &axis(sourceHeight, targetHeight, y, std::min(y + stepDown, targetHeight));
-            resampleBlock(block, scratch_);
+            if (block.across->fixedTaps > 0 && block.down->fixedTaps > 0)
+                resampleBlockFixed(block, fixedScratch_);
+            else
+                resampleBlock(block, scratch_);
         }
 }
 

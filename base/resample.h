@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/resample_block.h"
+#include "base/resample_fixed.h"
 
 namespace pintle {
 
@@ -54,6 +55,7 @@ class Resampler {
     std::size_t newerWindows_ = 0;
     std::uint64_t windowsComputed_ = 0;
     ResampleScratch scratch_;
+    FixedScratch fixedScratch_;
 };
 
 }  // namespace pintle

@@ -32,25 +32,16 @@ HWY_INLINE void widen(const std::uint8_t* HWY_RESTRICT from, float* HWY_RESTRICT
 }
 
 /// `count` is a multiple of eight.
-template <std::size_t kTaps>
-HWY_INLINE void blendRowsOf(const float* const* HWY_RESTRICT rows, const float* HWY_RESTRICT weights,
-                            std::size_t taps, float* HWY_RESTRICT out, std::size_t count) {
+HWY_INLINE void blendRows(const float* const* HWY_RESTRICT rows, const float* HWY_RESTRICT weights,
+                          std::size_t taps, float* HWY_RESTRICT out, std::size_t count) {
     const Floats floats;
     const std::size_t lanes = hn::Lanes(floats);
-    const std::size_t n = kTaps == 0 ? taps : kTaps;
     for (std::size_t i = 0; i < count; i += lanes) {
         auto sum = hn::Mul(hn::LoadU(floats, rows[0] + i), hn::Set(floats, weights[0]));
-        for (std::size_t tap = 1; tap < n; ++tap)
+        for (std::size_t tap = 1; tap < taps; ++tap)
             sum = hn::MulAdd(hn::LoadU(floats, rows[tap] + i), hn::Set(floats, weights[tap]), sum);
         hn::StoreU(sum, floats, out + i);
     }
-}
-
-HWY_INLINE void blendRows(const float* const* rows, const float* weights, std::size_t taps, float* out,
-                          std::size_t count) {
-    if (taps == 6) return blendRowsOf<6>(rows, weights, taps, out, count);
-    if (taps == 8) return blendRowsOf<8>(rows, weights, taps, out, count);
-    blendRowsOf<0>(rows, weights, taps, out, count);
 }
 
 #if HWY_TARGET == HWY_SCALAR
@@ -87,29 +78,20 @@ HWY_INLINE hn::Vec<OnePixel> foldToOnePixel(D, hn::Vec<D> sum) {
 }
 
 /// Two taps of four channels each are eight neighbouring floats.
-template <std::size_t kTaps>
-HWY_INLINE void blendColumnsOf(const float* HWY_RESTRICT row, const std::uint32_t* HWY_RESTRICT first,
-                               const float* HWY_RESTRICT weights, std::size_t taps, float* HWY_RESTRICT out,
-                               std::size_t pixels) {
+HWY_INLINE void blendColumns(const float* HWY_RESTRICT row, const ResampleAxis& across,
+                             float* HWY_RESTRICT out, std::size_t pixels) {
     const Floats floats;
     const std::size_t lanes = hn::Lanes(floats);
-    const std::size_t values = (kTaps == 0 ? taps : kTaps) * 4;
+    const std::size_t values = across.taps * 4;
+    const float* weights = across.weightsByChannel.data();
     for (std::size_t x = 0; x < pixels; ++x) {
-        const float* from = row + static_cast<std::size_t>(first[x]) * 4;
+        const float* from = row + static_cast<std::size_t>(across.first[x]) * 4;
         auto sum = hn::Mul(hn::LoadU(floats, from), hn::LoadU(floats, weights));
         for (std::size_t i = lanes; i < values; i += lanes)
             sum = hn::MulAdd(hn::LoadU(floats, from + i), hn::LoadU(floats, weights + i), sum);
         hn::StoreU(foldToOnePixel(floats, sum), OnePixel(), out + x * 4);
         weights += values;
     }
-}
-
-HWY_INLINE void blendColumns(const float* row, const ResampleAxis& across, float* out, std::size_t pixels) {
-    const auto* first = across.first.data();
-    const auto* weights = across.weightsByChannel.data();
-    if (across.taps == 6) return blendColumnsOf<6>(row, first, weights, across.taps, out, pixels);
-    if (across.taps == 8) return blendColumnsOf<8>(row, first, weights, across.taps, out, pixels);
-    blendColumnsOf<0>(row, first, weights, across.taps, out, pixels);
 }
 
 /// Rounds, keeps values in a byte and colours at or below their alpha. `row` may be read up to a multiple of

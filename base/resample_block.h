@@ -1,5 +1,6 @@
-// The arithmetic of the resampler for one block of target pixels, compiled once per instruction set and
-// chosen at run time. Called by Resampler only.
+// The arithmetic of the resampler for one block of target pixels in floats, compiled once per instruction set
+// and chosen at run time: for windows that the one in 16-bit integers does not take. Called by Resampler
+// only.
 #pragma once
 
 #include <cstddef>
@@ -24,6 +25,9 @@ struct ResampleAxis {
     std::vector<float> weights;
     /// Each weight four times, once per channel.
     std::vector<float> weightsByChannel;
+    /// The same in 2^-14, `fixedTaps` per target position; empty where 16 bits are not enough.
+    std::vector<std::int16_t> fixed;
+    std::size_t fixedTaps = 0;
 };
 
 struct ResampleScratch {

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
+
+#include "tests/support/instruction_sets.h"
 
 namespace pintle {
 namespace {
@@ -67,6 +70,29 @@ TEST(AlphaSignature, MasksFullOfHalvesAndLargeOnesEqualItToo) {
         });
         ASSERT_EQ(maker.of(*image), alphaSignatureReference(*image)) << side;
     }
+}
+
+/// Clear outside, opaque inside, and soft at the edge, as cursors are.
+Bitmap softDisc(int width, int height, int softness) {
+    return *Bitmap::create(width, height, [&](std::span<std::uint8_t> out) {
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            const int dx = 2 * (static_cast<int>(i / 4) % width) - width;
+            const int dy = 2 * (static_cast<int>(i / 4) / width) - height;
+            const int reach = width * height / 3 - dx * dx - dy * dy;
+            out[i] = static_cast<std::uint8_t>(std::clamp(reach * softness / 8, 0, 255));
+        }
+    });
+}
+
+TEST(AlphaSignature, EveryByteEqualsItWithEveryInstructionSet) {
+    withEachInstructionSet([] {
+        AlphaSignatureMaker maker;
+        for (int side = 1; side <= 100; side += side < 50 ? 1 : 7)
+            for (const auto& image : {noise(side, 101 - side, static_cast<unsigned>(side)),
+                                      softDisc(side, side, 4), softDisc(side, side + 5, 40)})
+                ASSERT_EQ(maker.of(image), alphaSignatureReference(image))
+                    << image.width() << "x" << image.height();
+    });
 }
 
 TEST(AlphaSignature, AnAbsurdlyLargeImageGivesZerosInsteadOfWork) {

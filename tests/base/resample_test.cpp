@@ -1,7 +1,6 @@
 #include "base/resample.h"
 
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
 #include <algorithm>
 #include <cmath>
@@ -9,6 +8,7 @@
 #include <random>
 
 #include "base/rgba.h"
+#include "tests/support/instruction_sets.h"
 
 namespace pintle {
 namespace {
@@ -117,20 +117,6 @@ TEST(ResamplerTest, IsWithinOneLevelOfExactArithmetic) {
     }
 }
 
-/// Runs `check` with every set of instructions that this machine has, and with none at all.
-template <typename Check>
-void withEachInstructionSet(Check check) {
-    for (auto left = hwy::SupportedTargets() | HWY_SCALAR; left != 0; left &= left - 1) {
-        const auto target = left & -left;
-        hwy::SetSupportedTargetsForTest(target);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-        SCOPED_TRACE(hwy::TargetName(target));
-        check();
-    }
-    hwy::SetSupportedTargetsForTest(0);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-}
-
 TEST(ResamplerTest, IsWithinOneLevelOfExactArithmeticWithEveryInstructionSet) {
     std::uint32_t seed = 50;
     for (const auto& [from, to] :
@@ -144,6 +130,73 @@ TEST(ResamplerTest, IsWithinOneLevelOfExactArithmeticWithEveryInstructionSet) {
             for (std::size_t i = 0; i < target.size(); ++i) ASSERT_LE(target[i], target[i | 3]);
         });
     }
+}
+
+/// Every value as far from its neighbours as it can be, which the kernel's overshoot exaggerates most.
+Bytes extremes(Sides sides, std::uint32_t seed) {
+    std::mt19937 random(seed);
+    Bytes bytes;
+    for (int i = 0; i < sides.width * sides.height; ++i) {
+        const std::uint32_t alpha = random() % 2 * 255;
+        for (int channel = 0; channel < 3; ++channel)
+            bytes.push_back(static_cast<std::uint8_t>(random() % 2 * alpha));
+        bytes.push_back(static_cast<std::uint8_t>(alpha));
+    }
+    return bytes;
+}
+
+TEST(ResamplerTest, IsWithinOneLevelOfExactArithmeticAtEveryScaleOffered) {
+    Resampler resampler;
+    std::uint32_t seed = 300;
+    for (int percent = 75; percent <= 150; percent += 5)
+        for (const Sides from : {Sides{1, 1},
+                                 {1, 12},
+                                 {31, 1},
+                                 {2, 3},
+                                 {5, 6},
+                                 {22, 22},
+                                 {24, 24},
+                                 {32, 32},
+                                 {43, 29},
+                                 {48, 48}}) {
+            const Sides to = {std::max(1, from.width * percent / 100),
+                              std::max(1, from.height * percent / 100)};
+            for (const auto& source : {noise(from, ++seed), extremes(from, ++seed)}) {
+                const auto target = drawn(resampler, source, from, to);
+                ASSERT_LE(worstDifference(target, exact(source, from, to)), 1)
+                    << from.width << "x" << from.height << " at " << percent;
+                for (std::size_t i = 0; i < target.size(); ++i) ASSERT_LE(target[i], target[i | 3]);
+            }
+        }
+}
+
+TEST(ResamplerTest, GivesTheSameBytesWithEveryInstructionSet) {
+    std::uint32_t seed = 400;
+    for (const auto& [from, to] : {std::pair<Sides, Sides>{{32, 32}, {48, 48}},
+                                   {{24, 31}, {17, 40}},
+                                   {{48, 48}, {24, 25}},
+                                   {{40, 37}, {16, 15}},
+                                   {{1, 7}, {1, 9}},
+                                   {{13, 1}, {18, 1}},
+                                   {{300, 270}, {290, 310}}}) {
+        const auto source = extremes(from, ++seed);
+        Resampler best;
+        const auto expected = drawn(best, source, from, to);
+        withEachInstructionSet([&, shape = std::pair(from, to)] {
+            Resampler resampler;
+            EXPECT_EQ(drawn(resampler, source, shape.first, shape.second), expected)
+                << shape.first.width << "x" << shape.first.height;
+        });
+    }
+}
+
+TEST(ResamplerTest, LeavesEvenAreasAsTheyAre) {
+    Resampler resampler;
+    for (const Sides to : {Sides{48, 48}, {33, 41}, {24, 24}, {16, 13}})
+        for (const int value : {1, 127, 254, 255})
+            for (const auto drawnValue :
+                 drawn(resampler, Bytes(32 * 32 * 4, static_cast<std::uint8_t>(value)), {32, 32}, to))
+                ASSERT_EQ(drawnValue, value) << to.width;
 }
 
 TEST(RgbaTest, WritesRedGreenBlueAlphaWithEveryInstructionSet) {
