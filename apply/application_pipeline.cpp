@@ -15,14 +15,14 @@ namespace {
 
 constexpr std::chrono::seconds kCacheLife{60};
 
-struct FullSet {
+}  // namespace
+
+struct ApplicationPipeline::FullSet {
     NamedImages images;
     /// Absent when a newer request made building it pointless.
     std::optional<std::vector<PreloadedCursor>> cursors;
     Subscription activity;
 };
-
-}  // namespace
 
 ApplicationPipeline::ApplicationPipeline(const Dependencies& dependencies) : deps_(dependencies) {}
 
@@ -204,7 +204,21 @@ void ApplicationPipeline::loadFullSet(std::shared_ptr<const EssentialSet> essent
         },
         [this, themeId = std::move(themeId), scale, density, generation](FullSet set) {
             if (set.cursors) applyIfLatest(*set.cursors, scale, generation);
-            keepInCache(themeId, std::move(set.images), density, generation);
+            set.cursors.reset();
+            fillCache(std::move(set), themeId, density, generation);
+        });
+}
+
+void ApplicationPipeline::fillCache(FullSet shown, std::string themeId, double density,
+                                    std::int64_t generation) {
+    runInBackground(
+        deps_.background, deps_.mainQueue, lifetime_, Priority::utility,
+        [shown = std::move(shown)]() mutable {
+            shown.images = loadAllImages(shown.images);
+            return std::move(shown);
+        },
+        [this, themeId = std::move(themeId), density, generation](FullSet all) {
+            keepInCache(themeId, std::move(all.images), density, generation);
         });
 }
 

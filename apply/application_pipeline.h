@@ -78,6 +78,7 @@ class ApplicationPipeline {
 
   private:
     enum class CacheUse { yes, no };
+    struct FullSet;
     using Done = std::function<void(bool)>;
 
     void record(const CursorThemeInfo& theme, int resetsBefore);
@@ -88,6 +89,8 @@ class ApplicationPipeline {
     void applyCached(double scale, std::int64_t generation, Done done);
     void loadFullSet(std::shared_ptr<const EssentialSet> essential, std::string themeId, double scale,
                      double density, std::int64_t generation);
+    /// Reads what was not shown, from the files that are still open.
+    void fillCache(FullSet shown, std::string themeId, double density, std::int64_t generation);
     bool apply(const std::vector<PreloadedCursor>& cursors, double scale);
     bool applyIfLatest(const std::vector<PreloadedCursor>& cursors, double scale, std::int64_t generation);
     /// After the first answer to the start's request: a theme that is registered replaces what an earlier run

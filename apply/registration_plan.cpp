@@ -1,7 +1,6 @@
 #include "apply/registration_plan.h"
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <map>
 #include <string_view>
@@ -12,7 +11,6 @@
 namespace pintle {
 namespace {
 
-constexpr std::size_t kMaxFrames = 24;
 constexpr double kShortestFrame = 0.02;
 constexpr std::array<std::string_view, 3> kArrowNames = {"left_ptr", "default", "arrow"};
 
@@ -49,13 +47,9 @@ RegisteredCursor RegisteredImage::toRegisteredCursor() const {
     return {identifier, {image}, size, hotspot, frameCount, duration, pixelsPerPoint};
 }
 
-std::vector<Bitmap> framesToSend(std::span<const Bitmap> frames) {
-    if (frames.size() <= kMaxFrames) return {frames.begin(), frames.end()};
+std::vector<Bitmap> framesToSend(const FrameList& frames) {
     std::vector<Bitmap> kept;
-    kept.reserve(kMaxFrames);
-    const double step = static_cast<double>(frames.size()) / static_cast<double>(kMaxFrames);
-    for (std::size_t i = 0; i < kMaxFrames; ++i)
-        kept.push_back(frames[static_cast<std::size_t>(std::trunc(step * static_cast<double>(i)))]);
+    for (const auto i : sentFrames(frames.size())) kept.push_back(frames[i]);
     return kept;
 }
 

@@ -47,8 +47,8 @@ std::optional<RegistrationPlan> planRegistration(const std::vector<PreloadedCurs
 /// The cursor that stands for a theme's arrow; null when it has none. Valid as long as `cursors`.
 const PreloadedCursor* arrowOf(const std::vector<PreloadedCursor>& cursors);
 
-/// The frames that are sent: all of them up to 24, else 24 spread over the whole animation.
-std::vector<Bitmap> framesToSend(std::span<const Bitmap> frames);
+/// The frames that are sent, see sentFrames().
+std::vector<Bitmap> framesToSend(const FrameList& frames);
 
 /// The seconds per frame that are sent for an animated cursor.
 double secondsToSend(const PreloadedCursor& cursor);

@@ -4,17 +4,19 @@
 #include <map>
 
 #include "cursor/cursor_roles.h"
+#include "cursor/scaled_size.h"
 
 namespace pintle {
 
 EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double scale, double density) {
     EssentialSet set;
     set.folder = std::make_shared<CursorFolder>(cursorsFolder, density);
+    set.nominalSize = nominalSizeAt(scale);
     for (auto& name : set.folder->names()) {
         set.listed = true;
         if (!essentialCursors().contains(name))
             set.rest.push_back(std::move(name));
-        else if (auto images = set.folder->read(name, kMaxNominalSize))
+        else if (auto images = set.folder->readShown(name, set.nominalSize, kMaxNominalSize))
             set.images.emplace_back(std::move(name), std::move(images));
     }
     set.cursors = makePreloadedSet(set.images, scale, density);
@@ -24,8 +26,16 @@ EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double
 NamedImages loadRemainingImages(const EssentialSet& essential) {
     auto all = essential.images;
     for (const auto& name : essential.rest)
-        if (auto images = essential.folder->read(name, kMaxNominalSize))
+        if (auto images = essential.folder->readShown(name, essential.nominalSize, kMaxNominalSize))
             all.emplace_back(name, std::move(images));
+    return all;
+}
+
+NamedImages loadAllImages(const NamedImages& shown) {
+    NamedImages all;
+    all.reserve(shown.size());
+    for (const auto& [name, images] : shown)
+        if (auto whole = allImagesOf(images)) all.emplace_back(name, std::move(whole));
     return all;
 }
 

@@ -29,6 +29,8 @@ struct EssentialSet {
     std::vector<PreloadedCursor> cursors;
     /// Names of the folder that the first pass left for the second.
     std::vector<std::string> rest;
+    /// That is shown.
+    std::int64_t nominalSize = 0;
     /// Knows what has been read, so that the second pass reads no file again. One thread at a time.
     std::shared_ptr<CursorFolder> folder;
 };
@@ -36,8 +38,12 @@ struct EssentialSet {
 /// First pass: the common shapes only.
 EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double scale, double density);
 
-/// Reads the rest of the folder; the answer holds the essential images as well.
+/// Reads what is shown of the rest of the folder; the answer holds the essential images as well.
 NamedImages loadRemainingImages(const EssentialSet& essential);
+
+/// All images of the files of which `shown` holds those that are shown, from the same open files. Closes
+/// them.
+NamedImages loadAllImages(const NamedImages& shown);
 
 /// Every cursor of `images`, taking those that the first pass has built.
 std::vector<PreloadedCursor> completeSet(const EssentialSet& essential, const NamedImages& images,

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "apply/theme_loading.h"
 #include "bench/theme_bench.h"
 #include "cursor/cursor_folder.h"
 #include "cursor/preloaded_cursor.h"
@@ -66,8 +67,20 @@ void setLibrary(benchmark::State& state, const Theme* theme, double scale) {
 void setPintle(benchmark::State& state, const Theme* theme, double scale) {
     for (auto _ : state) {
         forgetFreeMemory(state);
-        const auto cursors = readTheme(*theme);
-        benchmark::DoNotOptimize(makePreloadedSet(cursors, scale));
+        const auto essential = loadEssentialSet(theme->cursors, scale, 1);
+        const auto shown = loadRemainingImages(essential);
+        benchmark::DoNotOptimize(completeSet(essential, shown, scale, 1));
+    }
+}
+
+/// The set, and then what a change of scale is drawn from.
+void cachePintle(benchmark::State& state, const Theme* theme, double scale) {
+    for (auto _ : state) {
+        forgetFreeMemory(state);
+        const auto essential = loadEssentialSet(theme->cursors, scale, 1);
+        const auto shown = loadRemainingImages(essential);
+        benchmark::DoNotOptimize(completeSet(essential, shown, scale, 1));
+        benchmark::DoNotOptimize(loadAllImages(shown));
     }
 }
 
@@ -116,6 +129,8 @@ void addThemeBenches(const Theme& theme) {
     for (const auto& [label, scale] : {std::pair{"1.0", 1.0}, std::pair{"1.5", 1.5}}) {
         add("set-" + std::string(label) + "/" + theme.name + "/library", setLibrary, &theme, scale);
         add("set-" + std::string(label) + "/" + theme.name + "/pintle", setPintle, &theme, scale);
+        add("cache-" + std::string(label) + "/" + theme.name + "/library", setLibrary, &theme, scale);
+        add("cache-" + std::string(label) + "/" + theme.name + "/pintle", cachePintle, &theme, scale);
         add("rebuild-" + std::string(label) + "/" + theme.name + "/library", rebuildLibrary, &theme, scale);
         add("rebuild-" + std::string(label) + "/" + theme.name + "/pintle", rebuildPintle, &theme, scale);
     }

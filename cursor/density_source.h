@@ -17,11 +17,16 @@ struct DensitySource {
     std::vector<XCursorImage> frames;
 };
 
+class OpenCursorFile;
+
 /// What is read of one file.
 struct CursorFileImages {
     /// In the order of its table of contents.
     std::vector<XCursorImage> images;
     std::vector<DensitySource> sources = {};
+    /// Null when all was read. Else `images` are those of one nominal size, and have pixels where they are
+    /// sent to the desktop.
+    std::shared_ptr<OpenCursorFile> file = nullptr;
 };
 
 /// Names that are links to one file share it.

@@ -66,8 +66,16 @@ std::shared_ptr<std::uint8_t> makeBlock(std::size_t bytes) {
 }  // namespace
 
 std::shared_ptr<std::uint32_t> PixelPool::allocate(std::size_t count) {
-    if (count > left_ / sizeof(std::uint32_t)) return nullptr;
+    return reserve(count) ? allocateReserved(count) : nullptr;
+}
+
+bool PixelPool::reserve(std::size_t count) {
+    if (count > left_ / sizeof(std::uint32_t)) return false;
     left_ -= count * sizeof(std::uint32_t);
+    return true;
+}
+
+std::shared_ptr<std::uint32_t> PixelPool::allocateReserved(std::size_t count) {
     if constexpr (kSeparateRuns) {
         std::shared_ptr<std::uint32_t[]> run(new (std::nothrow) std::uint32_t[count]);
         return run ? std::shared_ptr<std::uint32_t>(run, run.get()) : nullptr;

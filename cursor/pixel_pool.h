@@ -17,6 +17,9 @@ class PixelPool {
 
     /// `count` words of uninitialised memory; null when the memory cannot be had.
     std::shared_ptr<std::uint32_t> allocate(std::size_t count);
+    /// The same in two steps: takes the words off the limit, and hands them out. False beyond the limit.
+    bool reserve(std::size_t count);
+    std::shared_ptr<std::uint32_t> allocateReserved(std::size_t count);
 
     /// Far above what any theme needs.
     static constexpr std::size_t kUsualLimit = std::size_t{1} << 30;

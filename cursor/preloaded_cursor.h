@@ -10,6 +10,7 @@
 #include "base/bitmap.h"
 #include "base/geometry.h"
 #include "cursor/density_source.h"
+#include "cursor/frame_list.h"
 
 namespace pintle {
 
@@ -20,8 +21,9 @@ struct PreloadedCursor {
     Bitmap image;
     /// Points from the top-left corner, scaled, not rounded.
     Point hotspot;
-    /// All frames in file order; empty for a still cursor.
-    std::vector<Bitmap> frames;
+    /// All frames in file order, of which those that are sent to the desktop are drawn; empty for a still
+    /// cursor.
+    FrameList frames;
     /// Seconds per frame; 0 when no usable delay is known.
     double frameDuration = 0;
     /// Pixels of the images that a point has each way.

@@ -7,8 +7,11 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 
+#include "cursor/frame_list.h"
+#include "cursor/scaled_size.h"
 #include "cursor/xcursor_format.h"
 
 namespace pintle {
@@ -76,6 +79,17 @@ std::optional<Runs> readRuns(ByteSource& source, std::span<Chunk* const> chunks,
     return runs;
 }
 
+/// The fields of a chunk's header, as words of the file in this machine's byte order.
+void takeHeader(std::uint32_t subtype, std::span<const std::uint32_t, kChunkHeaderBytes / 4> words,
+                XCursorImage& image) {
+    image.size = subtype;
+    image.width = words[4];
+    image.height = words[5];
+    image.xhot = words[6];
+    image.yhot = words[7];
+    image.delay = words[8];
+}
+
 enum class Verdict { accepted, rejected, notWholeInRun };
 
 /// Reads one chunk out of its run.
@@ -90,16 +104,23 @@ Verdict takeImage(const Chunk& chunk, const Runs& runs, std::uint64_t length, XC
     trueEnd = chunk.begin + kChunkHeaderBytes + 4 * count;
     if (trueEnd > length) return Verdict::rejected;
     if (trueEnd > run.end) return Verdict::notWholeInRun;
-    image.size = chunk.subtype;
-    image.width = words[4];
-    image.height = words[5];
-    image.xhot = words[6];
-    image.yhot = words[7];
-    image.delay = words[8];
+    takeHeader(chunk.subtype, std::span<const std::uint32_t, kChunkHeaderBytes / 4>(words, 9), image);
     image.pixels =
         SharedPixels(std::shared_ptr<const std::uint32_t>(runs.memory, words + kChunkHeaderBytes / 4),
                      static_cast<std::size_t>(count));
     return Verdict::accepted;
+}
+
+/// Whether the chunk is one that takeImage() would accept; gives all but its pixels.
+bool readHeader(ByteSource& source, const Chunk& chunk, XCursorImage& image) {
+    std::array<std::uint8_t, kChunkHeaderBytes> header;
+    if (source.read(chunk.begin, header) < header.size()) return false;
+    std::array<std::uint32_t, kChunkHeaderBytes / 4> words;
+    for (std::size_t i = 0; i < words.size(); ++i) words[i] = field(header, 4 * i);
+    takeHeader(chunk.subtype, words, image);
+    const auto count = std::uint64_t{words[4]} * words[5];
+    return count >= 1 && count <= xcursor::kMaxPixels &&
+           chunk.begin + kChunkHeaderBytes + 4 * count <= source.length();
 }
 
 /// Of one image where a single one is wanted.
@@ -226,6 +247,52 @@ std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
     }
     if (images.empty()) return std::nullopt;
     return images;
+}
+
+std::optional<std::vector<XCursorImage>> readNearestSize(ByteSource& source, std::int64_t nominalSize,
+                                                         std::int64_t maxNominalSize, PixelPool& pool) try {
+    // Far beyond any animation; each frame's header is a read of its own.
+    constexpr std::size_t kMostFrames = 4096;
+    const auto toc = readToc(source);
+    if (!toc) return std::nullopt;
+    const auto length = source.length();
+    auto chunks = wantedChunks(*toc, maxNominalSize, length);
+    const auto nearest = std::min_element(chunks.begin(), chunks.end(), [&](const auto& a, const auto& b) {
+        return distanceOf(a.subtype, nominalSize) < distanceOf(b.subtype, nominalSize);
+    });
+    if (nearest == chunks.end()) return std::nullopt;
+    const auto subtype = nearest->subtype;
+    std::erase_if(chunks, [&](const auto& chunk) { return chunk.subtype != subtype; });
+    // Entries whose header is beyond the end are no chunks.
+    const auto listed =
+        std::count_if(toc->begin(), toc->end(), [&](const auto& entry) { return entry.subtype == subtype; });
+    if (chunks.size() != static_cast<std::size_t>(listed) || chunks.size() > kMostFrames) return std::nullopt;
+
+    std::vector<XCursorImage> images(chunks.size());
+    const auto sent = sentFrames(chunks.size());
+    std::vector<Chunk*> ordered;
+    ordered.reserve(sent.size());
+    for (const auto i : sent) ordered.push_back(&chunks[i]);
+    std::sort(ordered.begin(), ordered.end(),
+              [](const Chunk* a, const Chunk* b) { return inReadingOrder(a, b); });
+    const auto runs = readRuns(source, ordered, pool);
+    if (!runs) return std::nullopt;
+    auto next = sent.begin();
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        std::uint64_t trueEnd = 0;
+        if (next != sent.end() && *next == i) {
+            ++next;
+            if (takeImage(chunks[i], *runs, source.length(), images[i], trueEnd) != Verdict::accepted)
+                return std::nullopt;
+        } else if (!readHeader(source, chunks[i], images[i])) {
+            return std::nullopt;
+        }
+    }
+    // A file that is being cut short may have lost what was found in it before.
+    if (source.length() != length) return std::nullopt;
+    return images;
+} catch (const std::bad_alloc&) {
+    return std::nullopt;
 }
 
 std::optional<XCursorImage> readNearestImage(ByteSource& source, std::int64_t nominalSize,

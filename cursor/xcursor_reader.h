@@ -23,6 +23,13 @@ std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
                                                     std::optional<std::int64_t> maxNominalSize,
                                                     PixelPool& pool);
 
+/// Those of readImages() whose nominal size is nearest to `nominalSize`, the earlier in the table of equally
+/// near ones; of more than are sent to the desktop only the sent ones have pixels. Absent when any of them is
+/// damaged, since which size is nearest then depends on the others, when there are thousands of them, and
+/// when the memory is short.
+std::optional<std::vector<XCursorImage>> readNearestSize(ByteSource& source, std::int64_t nominalSize,
+                                                         std::int64_t maxNominalSize, PixelPool& pool);
+
 /// See XCursorParser::parseNearest().
 std::optional<XCursorImage> readNearestImage(ByteSource& source, std::int64_t nominalSize,
                                              std::int64_t maxNominalSize, PixelPool& pool);

@@ -44,6 +44,27 @@ TEST_F(PipelineOrderTest, WhatTheUserWaitsForIsUrgentAndTheRestIsNot) {
     EXPECT_THAT(world.scheduler.pendingPriorities(), ElementsAre(Priority::userInitiated)) << "the cache";
 }
 
+TEST_F(PipelineOrderTest, WhatIsNotShownIsReadOnceTheThemeShowsInsideTheSameActivity) {
+    world.pipeline.applyTheme(world.theme(kIce));
+    runMain();
+    ASSERT_TRUE(world.scheduler.step());
+    runMain();
+    EXPECT_THAT(*world.hints.active, IsEmpty());
+    ASSERT_TRUE(world.scheduler.step());
+    runMain();
+    const auto shown = world.windowServer.registrations.size();
+    EXPECT_EQ(world.linesOf({"[CursorApplier] Applied"}).size(), 2u);
+    EXPECT_THAT(world.scheduler.pendingPriorities(), ElementsAre(Priority::utility)) << "for the cache";
+    EXPECT_THAT(*world.hints.active, testing::SizeIs(1));
+    world.scheduler.runUntilIdle();
+    EXPECT_THAT(*world.hints.active, IsEmpty());
+    EXPECT_EQ(world.windowServer.registrations.size(), shown);
+    world.removeFiles(kIce);
+    world.settings.setCursorScale(1.5);
+    world.scheduler.runUntilIdle();
+    EXPECT_GT(world.windowServer.registrations.size(), shown) << "without reading a file";
+}
+
 TEST_F(PipelineOrderTest, AResetShowsThePointerThenForgetsTheThemeThenItsKeyAndThenRestores) {
     world.pipeline.applyTheme(world.theme(kIce));
     world.scheduler.runUntilIdle();
