@@ -34,6 +34,41 @@ def call(bus, name, path, interface, method, signature=None, *arguments, patienc
     return answer.unpack()
 
 
+#: What a look asks of each object.
+LOOK = ((INTERFACE + "Accessible", "GetState"), (INTERFACE + "Accessible", "GetRoleName"),
+        ("org.freedesktop.DBus.Properties", "Get", "Name"), ("org.freedesktop.DBus.Properties", "Get", "Description"),
+        (INTERFACE + "Accessible", "GetChildren"))
+
+
+def ask_at_once(nodes, questions):
+    """For each object its answers to the questions, or the reason why one of them has none."""
+    answers = [[None] * len(questions) for _ in nodes]
+    left = len(nodes) * len(questions)
+
+    def answered(bus, result, place):
+        nonlocal left
+        left -= 1
+        try:
+            answers[place[0]][place[1]] = bus.call_finish(result).unpack()
+        except Refused as error:
+            answers[place[0]][place[1]] = error
+
+    # Its own, so that nothing else is reported meanwhile.
+    context = GLib.MainContext()
+    context.push_thread_default()
+    try:
+        for row, node in enumerate(nodes):
+            for column, (interface, method, *name) in enumerate(questions):
+                values = GLib.Variant("(ss)", (INTERFACE + "Accessible", *name)) if name else None
+                node.bus.call(node.name, node.path, interface, method, values, None, Gio.DBusCallFlags.NONE, PATIENCE,
+                              None, answered, (row, column))
+        while left:
+            context.iteration(True)
+    finally:
+        context.pop_thread_default()
+    return [next((each for each in answer if isinstance(each, Refused)), answer) for answer in answers]
+
+
 @dataclass
 class Seen:
     """One object as it was at the moment of the look, with all below it."""
@@ -96,23 +131,34 @@ class Node:
                     INTERFACE + interface, name)[0]
 
     def children(self):
-        found = self.ask("Accessible", "GetChildren")[0]
-        return [Node(self.bus, name, path) for name, path in found if not path.endswith("/null")]
+        return self.those(self.ask("Accessible", "GetChildren")[0])
+
+    def those(self, addresses):
+        return [Node(self.bus, name, path) for name, path in addresses if not path.endswith("/null")]
 
     def look(self, depth=40):
-        low, high = self.ask("Accessible", "GetState")[0]
-        bits = low | high << 32
-        seen = Seen(self, self.ask("Accessible", "GetRoleName")[0], self.property("Accessible", "Name"),
-                    self.property("Accessible", "Description"),
-                    frozenset(name for bit, name in enumerate(STATES) if bits >> bit & 1))
-        if depth:
-            for child in self.children():
-                # Rows of a list come and go while it is read.
-                with contextlib.suppress(Refused):
-                    below = child.look(depth - 1)
-                    below.parent = seen
-                    seen.children.append(below)
-        return seen
+        """This object and so many levels below it. A level's questions are all asked before the first answer is waited
+        for, because one that is waited for takes far longer than one that is given."""
+        top, level = None, [(self, None)]
+        while level:
+            answers = ask_at_once([node for node, _ in level], LOOK if depth else LOOK[:-1])
+            below = []
+            for (node, parent), answer in zip(level, answers):
+                if isinstance(answer, Refused):
+                    # Rows of a list come and go while it is read.
+                    if not top:
+                        raise answer
+                    continue
+                (bits,), (role,), (name,), (description,), *children = answer
+                states = bits[0] | bits[1] << 32
+                seen = Seen(node, role, name, description,
+                            frozenset(name for bit, name in enumerate(STATES) if states >> bit & 1), parent=parent)
+                if parent:
+                    parent.children.append(seen)
+                top = top or seen
+                below += [(each, seen) for each in node.those(children[0][0])] if children else []
+            level, depth = below, depth - 1
+        return top
 
     def box(self):
         """On the screen, in pixels from its top left corner."""

@@ -156,29 +156,38 @@ class Application:
     def row(self, name):
         """A row of the list, which is scrolled until all of it is seen."""
         themes = self.popover().find("list", THEMES).node.box()
-        over = ["mousemove", themes.x + themes.width // 2, themes.y + themes.height // 2]
+        self.input.do("mousemove", themes.x + themes.width // 2, themes.y + themes.height // 2)
         step, before, unchanged = -120, None, 0
         for _ in range(200):
+            rows = list(self.popover().find_all("list item"))
+            seen = next((row for row in rows if row.name == name), None)
             # A row that was scrolled out of sight is gone.
             with contextlib.suppress(accessible.Refused):
-                seen = self.popover().find("list item", name)
                 if seen:
                     box = self.place(seen)
                     if box.y >= themes.y and box.y + box.height <= themes.y + themes.height:
                         return seen
                     step = -1 if box.y < themes.y else 1
-            self.input.do(*over)
-            self.input.wheel(step)
-            # A list in motion runs past what is looked for, and so do larger steps.
-            with contextlib.suppress(accessible.Refused):
-                self.place(self.popover().find("list item"))
-            rows = [row.name for row in self.popover().find_all("list item")]
             # A loaded machine scrolls later than the next look, and one click may bring no new row.
-            unchanged = unchanged + 1 if step == 1 and rows == before else 0
+            names = [row.name for row in rows]
+            unchanged = unchanged + 1 if step == 1 and names == before else 0
             if unchanged == 5:
                 break
-            step, before = 1, rows
+            before = names
+            self.scroll(rows, step)
+            step = 1
         raise RuntimeError(f"there is no row {name}")
+
+    def scroll(self, rows, step):
+        """Turns the wheel over rows, and waits until they have moved, if they can, and stand still: a list in motion
+        runs past what is looked for, and so do larger steps."""
+        middle = rows[len(rows) // 2]
+        with contextlib.suppress(accessible.Refused):
+            before = middle.node.box()
+            self.input.wheel(step)
+            with contextlib.suppress(TimeoutError):
+                wait_until("the rows move", lambda: middle.node.box() != before, 1, 0.01)
+            self.place(middle)
 
     def row_says(self, name):
         seen = self.look().find("list item", name)
