@@ -13,12 +13,6 @@ bool isOurSize(const std::optional<std::string>& size, const ProviderState& note
 
 }  // namespace
 
-PointerSetting SettingsProvider::valueFor(const ThemeChoice& choice, const PointerSetting&) const {
-    return {choice.theme, std::to_string(choice.size)};
-}
-
-bool SettingsProvider::isOwn(const std::string& theme) const { return isOwnThemeName(theme); }
-
 SettingsChannel::SettingsChannel(std::vector<std::unique_ptr<SettingsProvider>> providers, StateFile file,
                                  Log& log)
     : providers_(std::move(providers)), file_(std::move(file)), log_(log) {}
@@ -60,14 +54,14 @@ PointerSetting SettingsChannel::ownValue(const SettingsProvider& provider, const
                                          const ProviderState* noted) {
     PointerSetting own = present;
     if (noted && !provider.knowsPresentValue()) own = noted->previous;
-    if (own.theme && provider.isOwn(*own.theme)) {
+    if (own.theme && isOwnThemeName(*own.theme)) {
         own.theme = noted ? noted->previous.theme : std::nullopt;
         // Nobody knows what stood there before ours.
         if (!noted) own.size = std::nullopt;
     }
     if (noted && isOurSize(own.size, *noted)) own.size = noted->previous.size;
     // A damaged or foreign file must not make ours the user's.
-    if (own.theme && provider.isOwn(*own.theme)) own.theme = std::nullopt;
+    if (own.theme && isOwnThemeName(*own.theme)) own.theme = std::nullopt;
     return own;
 }
 
@@ -81,7 +75,7 @@ bool SettingsChannel::put(const ThemeChoice& choice) {
         ProviderState entry;
         entry.previous = ownValue(*each.provider, each.value, isNoted ? &noted->second : nullptr);
         if (isNoted && isOurSize(each.value.size, noted->second)) entry.sizeBefore = each.value.size;
-        entry.written = each.provider->valueFor(choice, entry.previous);
+        entry.written = {choice.theme, std::to_string(choice.size)};
         state.insert_or_assign(std::string(each.provider->name()), std::move(entry));
     }
     if (const auto saved = file_.save(state); !saved) {

@@ -36,10 +36,6 @@ class SettingsProvider {
     virtual Result<PointerSetting> read() = 0;
     /// Sets both values, or unsets them where they are absent; the desktop sees one change where it can.
     virtual Status write(const PointerSetting& setting) = 0;
-    /// What has to be written for a theme of this program.
-    virtual PointerSetting valueFor(const ThemeChoice& choice, const PointerSetting& previous) const;
-    /// Whether a theme value names a theme of this program.
-    virtual bool isOwn(const std::string& theme) const;
 };
 
 }  // namespace pintle::wayland
