@@ -16,6 +16,7 @@
 #include "platform/wayland/hyprland_provider.h"
 #include "platform/wayland/kde_provider.h"
 #include "platform/wayland/output_scales.h"
+#include "platform/wayland/sway_events.h"
 #include "platform/wayland/sway_provider.h"
 #include "platform/wayland/theme_engine.h"
 #include "platform/wayland/wayland_window_server.h"
@@ -138,11 +139,10 @@ class WorkspaceWithoutApplications : public Workspace {
     explicit WorkspaceWithoutApplications(std::unique_ptr<Workspace> workspace)
         : workspace_(std::move(workspace)) {}
     std::optional<RunningApplication> frontmostApplication() override { return std::nullopt; }
-    /// Theme folders have pictures for each output's scale.
-    double pixelsPerPoint() override { return 1; }
+    /// The X server's: theme folders have pictures for each output's scale beside it.
+    double pixelsPerPoint() override { return workspace_->pixelsPerPoint(); }
     Subscription observe(WorkspaceEvent event, Handler handler) override {
-        if (event == WorkspaceEvent::didActivateApplication || event == WorkspaceEvent::pixelDensityDidChange)
-            return {};
+        if (event == WorkspaceEvent::didActivateApplication) return {};
         return workspace_->observe(event, std::move(handler));
     }
     Subscription observeDisplayReconfiguration(DisplayHandler handler) override {
@@ -153,12 +153,28 @@ class WorkspaceWithoutApplications : public Workspace {
     const std::unique_ptr<Workspace> workspace_;
 };
 
+/// Also from the X server, whose screen changes with the scale of outputs: not every compositor reports them.
+std::function<Subscription(std::function<void(CompositorNews)>)> compositorNews(const SessionContext& context,
+                                                                                Workspace& workspace) {
+    return [environment = byText(context.environment), &queue = context.queue,
+            &workspace](const std::function<void(CompositorNews)>& handler) {
+        auto handles = std::make_shared<std::array<Subscription, 2>>();
+        (*handles)[0] = wayland::observeSway(environment, watcherOn(queue), handler);
+        (*handles)[1] =
+            workspace.observeDisplayReconfiguration([handler](DisplayId, DisplayChangeFlags flags) {
+                if ((flags & kDisplayBeginConfiguration) == 0) handler(CompositorNews::changedOutputs);
+            });
+        return Subscription([handles]() mutable { handles.reset(); });
+    };
+}
+
 /// The pointer is the compositor's here, and follows the desktop's setting; nobody may draw above other
 /// windows.
 DesktopSession makeWaylandSession(const SessionContext& context) {
     auto session = withXShell(context);
     session.seesApplications = false;
     const auto environment = byText(context.environment);
+    addXDesktop(session, context);
     session.windowServer = makeWaylandWindowServer({
         .queue = context.queue,
         .background = context.background,
@@ -173,7 +189,9 @@ DesktopSession makeWaylandSession(const SessionContext& context) {
                 auto scales = wayland::swayOutputScales(environment);
                 return scales.empty() ? wayland::outputScales(std::nullopt) : scales;
             },
+        .observeCompositor = compositorNews(context, *session.workspace),
         .cursorScale = [] { return CursorSettings::shared().cursorScale(); },
+        .xPixelsPerPoint = [&workspace = *session.workspace] { return workspace.pixelsPerPoint(); },
         .makeXServer =
             [&queue = context.queue, &log = context.log, environment](
                 std::function<std::pair<std::string, int>()> desktopTheme) -> std::unique_ptr<WindowServer> {
@@ -191,7 +209,6 @@ DesktopSession makeWaylandSession(const SessionContext& context) {
             });
         },
     });
-    addXDesktop(session, context);
     session.workspace = std::make_unique<WorkspaceWithoutApplications>(std::move(session.workspace));
     return session;
 }

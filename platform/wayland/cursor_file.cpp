@@ -36,17 +36,24 @@ struct Frames {
     std::vector<Frame> list;
     int width = 0;
     int height = 0;
+    /// The sides in points.
+    int pointWidth = 0;
+    int pointHeight = 0;
     std::uint32_t delay = 0;
 };
 
 std::optional<Frames> framesOf(const RegisteredCursor& cursor) {
     const auto usable = [](double side) { return side >= 1 && side <= kLongestSide; };
+    const Size pixels = {cursor.size.width * cursor.pixelsPerPoint,
+                         cursor.size.height * cursor.pixelsPerPoint};
     if (cursor.images.empty() || cursor.frameCount < 1 || !usable(cursor.size.width) ||
-        !usable(cursor.size.height))
+        !usable(cursor.size.height) || !usable(pixels.width) || !usable(pixels.height))
         return std::nullopt;
     Frames frames;
-    frames.width = static_cast<int>(std::lround(cursor.size.width));
-    frames.height = static_cast<int>(std::lround(cursor.size.height));
+    frames.width = static_cast<int>(std::lround(pixels.width));
+    frames.height = static_cast<int>(std::lround(pixels.height));
+    frames.pointWidth = static_cast<int>(std::lround(cursor.size.width));
+    frames.pointHeight = static_cast<int>(std::lround(cursor.size.height));
     const auto holds = [&](const Bitmap& image, std::uint64_t count) {
         return image.width() >= frames.width &&
                static_cast<std::uint64_t>(image.height() / frames.height) >= count;
@@ -118,11 +125,13 @@ std::optional<std::vector<FileImage>> imagesOf(const RegisteredCursor& cursor, i
     const auto frames = framesOf(cursor);
     if (!frames || nominals.empty() || base < 1) return std::nullopt;
     Resampler resampler;
+    const auto native = std::lround(base * cursor.pixelsPerPoint);
     std::vector<FileImage> images;
     for (const int nominal : nominals) {
         if (nominal < 1) return std::nullopt;
-        const int width = scaled(frames->width, nominal, base);
-        const int height = scaled(frames->height, nominal, base);
+        const bool isAsRegistered = nominal == native;
+        const int width = isAsRegistered ? frames->width : scaled(frames->pointWidth, nominal, base);
+        const int height = isAsRegistered ? frames->height : scaled(frames->pointHeight, nominal, base);
         // A client at scale 2 draws an image whose sides are odd at twice or at less than its size; 12 is
         // divisible by 3 and 4 as well.
         const int multiple = nominal >= 3 * base ? 12 : 2;

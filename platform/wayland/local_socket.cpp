@@ -78,4 +78,15 @@ Result<std::string> LocalSocket::receiveAll(std::size_t most) {
     }
 }
 
+Result<std::string> LocalSocket::receiveNow() {
+    std::array<char, 4096> block;
+    while (true) {
+        const auto got = ::recv(descriptor_, block.data(), block.size(), MSG_DONTWAIT);
+        if (got > 0) return std::string(block.data(), static_cast<std::size_t>(got));
+        if (got == 0) return errorOf(EPIPE);
+        if (errno == EAGAIN || errno == EWOULDBLOCK) return std::string();
+        if (errno != EINTR) return errorOf(errno);
+    }
+}
+
 }  // namespace pintle::wayland

@@ -29,6 +29,10 @@ class LocalSocket {
     Result<std::string> receive(std::size_t count);
     /// All until the other side ends; EFBIG when that is more than `most`.
     Result<std::string> receiveAll(std::size_t most);
+    /// What is there now, at most a few kilobytes, without waiting; empty when nothing is.
+    Result<std::string> receiveNow();
+    /// Stays the socket's.
+    int descriptor() const { return descriptor_; }
 
   private:
     explicit LocalSocket(int descriptor) : descriptor_(descriptor) {}

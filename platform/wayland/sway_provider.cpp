@@ -11,20 +11,17 @@
 #include <string_view>
 #include <utility>
 
-#include "base/text.h"
 #include "platform/wayland/local_socket.h"
+#include "platform/wayland/sway_messages.h"
 
 namespace pintle::wayland {
 namespace {
 
 using Json = nlohmann::json;
 
-enum class Request : std::uint32_t { runCommand = 0, outputs = 3, version = 7, seats = 101 };
+using namespace sway;
 
-constexpr std::string_view kMagic = "i3-ipc";
 constexpr std::chrono::milliseconds kPatience{2000};
-constexpr std::size_t kHeaderBytes = kMagic.size() + 2 * sizeof(std::uint32_t);
-constexpr std::uint32_t kLargestAnswer = std::uint32_t{16} << 20;
 /// From this version on a pointer takes its theme while it is in use.
 constexpr int kMajorOfLiveThemes = 1;
 constexpr int kMinorOfLiveThemes = 9;
@@ -38,22 +35,13 @@ Result<Json> ask(const std::filesystem::path& path, Request request, std::string
     auto connected = LocalSocket::connect(path, kPatience);
     if (!connected) return connected.error();
     auto socket = std::move(connected).value();
-    std::string message(kMagic);
-    const auto append = [&](std::uint32_t value) {
-        // In the byte order of this machine.
-        message.append(reinterpret_cast<const char*>(&value), sizeof value);
-    };
-    append(static_cast<std::uint32_t>(payload.size()));
-    append(static_cast<std::uint32_t>(request));
-    message += payload;
-    if (auto sent = socket.send(message); !sent) return sent.error();
-    const auto header = socket.receive(kHeaderBytes);
-    if (!header) return header.error();
-    if (!header.value().starts_with(kMagic)) return refused("not sway's answer");
-    std::uint32_t length = 0;
-    std::memcpy(&length, header.value().data() + kMagic.size(), sizeof length);
-    if (length > kLargestAnswer) return refused("too long an answer");
-    const auto body = socket.receive(length);
+    if (auto sent = socket.send(message(request, payload)); !sent) return sent.error();
+    const auto bytes = socket.receive(kHeaderBytes);
+    if (!bytes) return bytes.error();
+    const auto header = headerOf(bytes.value());
+    if (!header) return refused("not sway's answer");
+    if (header->length > kLargestAnswer) return refused("too long an answer");
+    const auto body = socket.receive(header->length);
     if (!body) return body.error();
     auto answer = Json::parse(body.value(), nullptr, /*allow_exceptions=*/false);
     if (answer.is_discarded()) return refused("not sway's answer");
@@ -66,12 +54,6 @@ bool isPlain(std::string_view text) {
         return std::isalnum(static_cast<unsigned char>(c)) || std::strchr("-_.:+ ", c) != nullptr ||
                static_cast<unsigned char>(c) >= 0x80;
     });
-}
-
-std::string textIn(const Json& object, const char* key) {
-    if (!object.is_object()) return {};
-    const auto found = object.find(key);
-    return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
 Status run(const std::filesystem::path& path, const std::string& command) {
@@ -87,6 +69,7 @@ Status run(const std::filesystem::path& path, const std::string& command) {
 struct Output {
     std::string name;
     double scale = 1;
+    bool isAwake = true;
 };
 
 std::vector<Output> outputsOf(const std::filesystem::path& path) {
@@ -99,7 +82,8 @@ std::vector<Output> outputsOf(const std::filesystem::path& path) {
         const auto active = each.find("active");
         const auto scale = each.find("scale");
         if (active == each.end() || *active != true || scale == each.end() || !scale->is_number()) continue;
-        outputs.push_back({name, scale->get<double>()});
+        const auto awake = each.find("dpms");
+        outputs.push_back({name, scale->get<double>(), awake == each.end() || *awake != false});
     }
     return outputs;
 }
@@ -149,11 +133,13 @@ class SwayProvider : public SettingsProvider {
                std::pair<std::int64_t, std::int64_t>(kMajorOfLiveThemes, kMinorOfLiveThemes);
     }
 
-    /// Earlier versions look at the theme again when an output is configured: each is given the scale it has.
+    /// Earlier versions look at the theme again when an output is configured. Those that are awake are told
+    /// to be in use: a repeated scale could undo a change of it that the user makes meanwhile. The others are
+    /// configured when they wake.
     Status nudge() const {
         for (const auto& output : outputsOf(path_)) {
-            if (!isPlain(output.name)) continue;
-            auto ran = run(path_, "output \"" + output.name + "\" scale " + shortestDouble(output.scale));
+            if (!isPlain(output.name) || !output.isAwake) continue;
+            auto ran = run(path_, "output \"" + output.name + "\" enable");
             if (!ran) return ran;
         }
         return Done{};
@@ -162,11 +148,6 @@ class SwayProvider : public SettingsProvider {
     const std::filesystem::path path_;
     const PointerSetting atStart_;
 };
-
-std::string socketOf(const Environment& environment) {
-    auto path = environment("SWAYSOCK").value_or("");
-    return path.starts_with('/') ? path : std::string();
-}
 
 }  // namespace
 

@@ -59,9 +59,11 @@ void ThemeEngine::noteUsersOwn() {
 }
 
 bool ThemeEngine::put(const ThemeRequest& request) {
+    const auto nominals = nominalsFor(request.size, outputScales_());
+    if (request.onlyForOtherOutputs && nominals == nominals_) return true;
+    nominals_.clear();
     noteUsersOwn();
     const auto name = nextThemeName(channel_.themeInForce().value_or(""));
-    const auto nominals = nominalsFor(request.size, outputScales_());
     // Every desktop has the theme "default".
     const std::array inherits = {usersOwn().theme.value_or("default")};
     const auto written = writeTheme(icons_, name, inherits, filesOf(request.wishes, request.size, nominals));
@@ -76,10 +78,12 @@ bool ThemeEngine::put(const ThemeRequest& request) {
         log_.system("[Wayland] No setting of this desktop took the theme");
         return false;
     }
+    nominals_ = nominals;
     return true;
 }
 
 bool ThemeEngine::restore() {
+    nominals_.clear();
     const bool clean = channel_.restore();
     noteUsersOwn();
     if (!clean) {

@@ -30,6 +30,8 @@ struct ThemeRequest {
     Wishes wishes;
     /// Nominal of the pictures as they are, and what the settings are set to.
     int size = 0;
+    /// Left out when the theme that was written last has what the outputs need.
+    bool onlyForOtherOutputs = false;
 };
 
 /// Any thread; requests wait for each other. The log outlives the engine.
@@ -61,6 +63,8 @@ class ThemeEngine {
     SettingsChannel channel_;
     std::uint64_t lastSerial_ = 0;
     bool leftoversRemoved_ = false;
+    /// Of the theme that is in force; empty while none of this process is.
+    std::vector<int> nominals_;
 
     mutable std::mutex ownMutex_;
     PointerSetting usersOwn_;

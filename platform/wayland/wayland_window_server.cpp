@@ -26,15 +26,27 @@ constexpr std::chrono::milliseconds kLeastInterval{300};
 constexpr double kNominal = 32;
 constexpr int kSmallestSize = 8;
 constexpr int kLargestSize = 512;
+constexpr double kHighestDensity = 4;
 /// What desktops take when no size is set.
 constexpr int kUnsetSize = 24;
 
-int sizeOf(const PointerSetting& setting) {
-    const auto text = setting.size.value_or("");
+std::optional<int> sizeIn(const std::optional<std::string>& text) {
+    if (!text) return std::nullopt;
     int size = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), size);
-    if (error != std::errc() || end != text.data() + text.size() || size < 1) return kUnsetSize;
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), size);
+    if (error != std::errc() || end != text->data() + text->size() || size < 1) return std::nullopt;
     return std::min(size, kLargestSize);
+}
+
+int sizeOf(const PointerSetting& setting) { return sizeIn(setting.size).value_or(kUnsetSize); }
+
+/// In pixels of the X server. Its programs take the environment's number as it is, and else what the desktop
+/// makes of its setting there. A compositor that exports what it was told has ours in the environment.
+int sizeInX(const PointerSetting& own, const Environment& environment, double density) {
+    if (!isOwnThemeName(environment("XCURSOR_THEME").value_or("")))
+        if (const auto size = sizeIn(environment("XCURSOR_SIZE"))) return *size;
+    const double size = sizeOf(own) * std::clamp(density, 1.0, kHighestDensity);
+    return static_cast<int>(std::lround(std::min<double>(size, kLargestSize)));
 }
 
 /// Where compositors look for themes, which is more than the X library does.
@@ -62,7 +74,9 @@ class WaylandWindowServer : public WindowServer {
 
   private:
     void noteSize();
-    ThemeRequest request();
+    void compositorReported(CompositorNews news);
+    bool hasOtherWishes() const { return changed_ && wishes_ != asked_; }
+    ThemeRequest request(bool onlyForOtherOutputs);
     void begin();
 
     WaylandWindowServerOptions options_;
@@ -76,10 +90,13 @@ class WaylandWindowServer : public WindowServer {
     int size_ = static_cast<int>(kNominal);
     std::uint64_t serial_ = 0;
     bool changed_ = false;
+    /// The theme in force may lack what the outputs need now.
+    bool outputsChanged_ = false;
     /// A request that is not carried out yet, as far as this thread knows.
     bool isUnderWay_ = false;
     std::optional<std::chrono::nanoseconds> lastBegin_;
     Timer delay_;
+    Subscription observation_;
     Lifetime lifetime_;
 };
 
@@ -96,18 +113,23 @@ WaylandWindowServer::WaylandWindowServer(WaylandWindowServerOptions options)
             "unavailable");
         return;
     }
+    if (options_.observeCompositor)
+        observation_ = options_.observeCompositor(
+            lifetime_.weakly([this](CompositorNews news) { compositorReported(news); }));
     if (!options_.makeXServer) return;
-    x_ = options_.makeXServer([engine = engine_]() -> std::pair<std::string, int> {
+    x_ = options_.makeXServer([engine = engine_, environment = options_.environment,
+                               density = options_.xPixelsPerPoint]() -> std::pair<std::string, int> {
         const auto own = engine->usersOwn();
-        return {own.theme.value_or(""), sizeOf(own)};
+        return {own.theme.value_or(""), sizeInX(own, environment, density ? density() : 1)};
     });
     if (x_ && !x_->provides(WindowServerFunction::registerCursorWithImages)) x_.reset();
 }
 
 WaylandWindowServer::~WaylandWindowServer() {
     delay_.end();
+    observation_.end();
     // A request that nobody has begun by now is overtaken by this one and left out then.
-    if (changed_ || isUnderWay_) engine_->carryOut(request());
+    if (changed_ || isUnderWay_) engine_->carryOut(request(false));
     if (x_) x_->flush();
 }
 
@@ -154,16 +176,27 @@ void WaylandWindowServer::noteSize() {
                                 : static_cast<int>(kNominal);
 }
 
-ThemeRequest WaylandWindowServer::request() {
-    changed_ = false;
+void WaylandWindowServer::compositorReported(CompositorNews news) {
+    if (wishes_.empty()) return;
+    if (news == CompositorNews::forgotTheme) {
+        asked_.reset();
+        changed_ = true;
+    } else {
+        outputsChanged_ = true;
+    }
+    flush();
+}
+
+ThemeRequest WaylandWindowServer::request(bool onlyForOtherOutputs) {
+    changed_ = outputsChanged_ = false;
     asked_ = wishes_;
-    return {++serial_, wishes_, size_};
+    return {++serial_, wishes_, size_, onlyForOtherOutputs};
 }
 
 void WaylandWindowServer::flush() {
     if (x_) x_->flush();
-    if (!changed_ || delay_ || isUnderWay_) return;
-    if (wishes_ == asked_) {
+    if (delay_ || isUnderWay_) return;
+    if (!hasOtherWishes() && !outputsChanged_) {
         changed_ = false;
         return;
     }
@@ -174,7 +207,7 @@ void WaylandWindowServer::flush() {
     }
     delay_ = options_.queue.after(*lastBegin_ + kLeastInterval - now, lifetime_.weakly([this] {
         delay_.end();
-        if (changed_ && !isUnderWay_ && wishes_ != asked_) begin();
+        if (!isUnderWay_ && (hasOtherWishes() || outputsChanged_)) begin();
     }));
 }
 
@@ -183,7 +216,7 @@ void WaylandWindowServer::begin() {
     lastBegin_ = options_.queue.now();
     runInBackground(
         options_.background, options_.queue, lifetime_, Priority::userInitiated,
-        [engine = engine_, next = request()] { return engine->carryOut(next); },
+        [engine = engine_, next = request(!hasOtherWishes())] { return engine->carryOut(next); },
         [this](bool done) {
             isUnderWay_ = false;
             // The next request for the same is not left out then.

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/subscription.h"
 #include "platform/background_tasks.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
@@ -15,6 +16,14 @@
 #include "platform/window_server.h"
 
 namespace pintle {
+
+/// What a compositor may report by itself.
+enum class CompositorNews {
+    /// It shows the user's own theme again, whatever it was told.
+    forgotTheme,
+    /// Outputs came, went or have another scale.
+    changedOutputs,
+};
 
 struct WaylandWindowServerOptions {
     /// All three outlive the window server.
@@ -28,10 +37,15 @@ struct WaylandWindowServerOptions {
     std::vector<std::unique_ptr<wayland::SettingsProvider>> providers;
     /// Called on some other thread, also once at the end. Empty: every output has scale 1.
     std::function<std::vector<double>()> outputScales;
+    /// Calls the handler on the main thread at each report, until the handle ends. Empty: nothing is
+    /// reported.
+    std::function<Subscription(std::function<void(CompositorNews)> handler)> observeCompositor = {};
     /// The user's scale of pointers.
     std::function<double()> cursorScale;
-    /// Makes what reaches the programs of the X server in this session; `desktopTheme` answers the user's own
-    /// theme and size. Empty or null: there is none.
+    /// Pixels that a point of the session's X server has each way; empty: 1.
+    std::function<double()> xPixelsPerPoint = {};
+    /// Makes what reaches the programs of the X server in this session; `desktopTheme` answers what they show
+    /// without us: the user's own theme, and its size in pixels there. Empty or null: there is none.
     std::function<std::unique_ptr<WindowServer>(std::function<std::pair<std::string, int>()> desktopTheme)>
         makeXServer;
 };

@@ -52,6 +52,7 @@ class SwaySocket : public ::testing::Test {
     std::map<std::uint32_t, std::string> answers_ = {
         {0, R"([{"success":true}])"},
         {3, R"([{"name":"eDP-1","active":true,"scale":1.5},{"name":"HDMI-A-1","active":false,"scale":3.0},)"
+            R"({"name":"DP-2","active":true,"dpms":false,"scale":2.0},)"
             R"({"name":"bad\"; exec evil","active":true,"scale":1.0}])"},
         {7, R"({"major":1,"minor":9})"},
         {101, R"([{"name":"seat0"},{"name":"x\" y"}])"}};
@@ -84,11 +85,11 @@ TEST_F(SwaySocket, UnsetIsWhatSwayTakesByItself) {
     EXPECT_THAT(commands_, ElementsAre(R"(seat "seat0" xcursor_theme "default" 24; )"));
 }
 
-TEST_F(SwaySocket, VersionsThatTakeNoThemeLiveAreNudgedByTheScalesThatTheirOutputsHave) {
+TEST_F(SwaySocket, VersionsThatTakeNoThemeLiveAreNudgedByWhatTheirOutputsAreAnyway) {
     answers_[7] = R"({"major":1,"minor":8})";
     ASSERT_TRUE(make()->write({"Pintle-A", "32"}));
     EXPECT_THAT(commands_,
-                ElementsAre(R"(seat "seat0" xcursor_theme "Pintle-A" 32; )", R"(output "eDP-1" scale 1.5)"));
+                ElementsAre(R"(seat "seat0" xcursor_theme "Pintle-A" 32; )", R"(output "eDP-1" enable)"));
 }
 
 TEST_F(SwaySocket, ValuesThatWouldBeCommandsAreNotSent) {
@@ -121,7 +122,7 @@ TEST_F(SwaySocket, NonsenseIsAnErrorAndEndsNothing) {
     EXPECT_FALSE(make()->write({"Pintle-A", "32"}));
 }
 
-TEST_F(SwaySocket, ScalesAreThoseOfActiveOutputs) { EXPECT_THAT(scales(), ElementsAre(1.5, 1.0)); }
+TEST_F(SwaySocket, ScalesAreThoseOfActiveOutputs) { EXPECT_THAT(scales(), ElementsAre(1.5, 2.0, 1.0)); }
 
 TEST_F(SwaySocket, ACompositorThatDiedIsAnError) {
     variables_["SWAYSOCK"] = (folder_.path() / "gone").string();

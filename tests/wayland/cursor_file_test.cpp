@@ -132,6 +132,25 @@ TEST(CursorFile, SidesAreMultiplesOfTwoAndFromThreefoldOnOfTwelve) {
     EXPECT_EQ(made[3].hotspotY, 15U);
 }
 
+TEST(CursorFile, APictureOfMorePixelsAPointIsKeptAtThatSizeAndDrawnAnewAtTheOthers) {
+    auto dense = picture(62, 80, 2, 0.1);
+    dense.size = {31, 40};
+    dense.pixelsPerPoint = 2;
+    const auto made = images(dense, 32, {32, 40, 64});
+    ASSERT_EQ(made.size(), 6U);
+    EXPECT_THAT((std::array{made[0].width, made[0].height, made[0].hotspotX, made[0].hotspotY}),
+                ElementsAre(32, 40, 3, 5));
+    EXPECT_THAT((std::array{made[2].width, made[2].height}), ElementsAre(40, 50));
+    EXPECT_THAT((std::array{made[4].width, made[4].height, made[4].hotspotX, made[4].hotspotY}),
+                ElementsAre(62, 80, 6, 10));
+    auto same = dense;
+    same.size = {62, 80};
+    same.hotspot = {6, 10};
+    same.pixelsPerPoint = 1;
+    const auto asItIs = images(same, 64, {64});
+    EXPECT_EQ((std::vector{made[4], made[5]}), asItIs);
+}
+
 TEST(CursorFile, AnAnimationHasTimeForEachFrameAndAStillPictureHasNone) {
     EXPECT_EQ(images(picture(8, 8, 1, 0.5), 32, {32}).front().delay, 0U);
     EXPECT_EQ(images(picture(8, 8, 2, 0), 32, {32}).front().delay, 10U);
@@ -153,6 +172,9 @@ TEST(CursorFile, FramesMayComeAsImagesOfTheirOwn) {
 }
 
 TEST(CursorFile, RecordsThatDoNotHoldTheirFramesAreRefused) {
+    auto dense = picture(31, 40, 1);
+    dense.pixelsPerPoint = 2;
+    EXPECT_FALSE(holdsItsFrames(dense));
     auto cursor = picture(8, 8, 2);
     cursor.frameCount = 3;
     EXPECT_FALSE(imagesOf(cursor, 32, std::array{32}));

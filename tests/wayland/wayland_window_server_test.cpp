@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <map>
 #include <set>
 
 #include "cursor/xcursor_parser.h"
@@ -53,13 +55,29 @@ class WaylandSession : public ::testing::Test {
             .queue = scheduler_.mainQueue(),
             .background = scheduler_.backgroundTasks(),
             .log = log_,
-            .environment = [](const std::string&) { return std::nullopt; },
+            .environment = [this](const std::string& name) -> std::optional<std::string> {
+                const auto found = variables_.find(name);
+                if (found == variables_.end()) return std::nullopt;
+                return found->second;
+            },
             .icons = icons_,
             .stateFile = folder_.path() / "Pintle" / "pointer_setting.json",
             .providers = std::move(providers),
             .outputScales = [this] { return scales_; },
+            .observeCompositor =
+                [this](std::function<void(CompositorNews)> handler) {
+                    report_ = std::move(handler);
+                    return Subscription([this] { report_ = nullptr; });
+                },
             .cursorScale = [this] { return scale_; },
-            .makeXServer = {},
+            .xPixelsPerPoint = [this] { return xDensity_; },
+            .makeXServer = [this](auto desktopTheme) -> std::unique_ptr<WindowServer> {
+                if (!hasX_) return nullptr;
+                xDesktop_ = std::move(desktopTheme);
+                auto made = std::make_unique<FakeWindowServer>();
+                x_ = made.get();
+                return made;
+            },
         });
     }
     RegistrationAnswer wish(const RegisteredCursor& wanted) {
@@ -86,6 +104,13 @@ class WaylandSession : public ::testing::Test {
     std::vector<double> scales_;
     double scale_ = 1;
     bool hasProvider_ = true;
+    std::map<std::string, std::string> variables_;
+    bool hasX_ = false;
+    double xDensity_ = 1;
+    std::function<std::pair<std::string, int>()> xDesktop_;
+    /// Of the window server.
+    FakeWindowServer* x_ = nullptr;
+    std::function<void(CompositorNews)> report_;
     FakeLog log_;
     VirtualScheduler scheduler_;
     std::unique_ptr<WindowServer> server_;
@@ -125,6 +150,74 @@ TEST_F(WaylandSession, ANewPictureComesUnderTheOtherName) {
     turn();
     scheduler_.advance(300ms);
     EXPECT_EQ(settings_.value.theme, "Pintle-A");
+}
+
+TEST_F(WaylandSession, AnOutputOfAnotherScaleGetsPicturesOfItsOwn) {
+    start();
+    wish(cursor(kArrow, 32));
+    turn();
+    scheduler_.advance(1s);
+    scales_ = {2};
+    report_(CompositorNews::changedOutputs);
+    scheduler_.runUntilIdle();
+    EXPECT_EQ(settings_.value.theme, "Pintle-B");
+    EXPECT_THAT(sizesIn("Pintle-B", "left_ptr"), ElementsAre(std::pair(32, 32), std::pair(64, 64)));
+}
+
+TEST_F(WaylandSession, OutputsThatNeedNothingElseWriteNothing) {
+    scales_ = {2};
+    start();
+    report_(CompositorNews::changedOutputs);
+    scheduler_.runUntilIdle();
+    EXPECT_THAT(settings_.writes, IsEmpty());
+    wish(cursor(kArrow, 32));
+    turn();
+    // What a compositor reports of the very change that this theme is.
+    for (int i = 0; i < 3; ++i) {
+        report_(CompositorNews::changedOutputs);
+        scheduler_.advance(1s);
+    }
+    EXPECT_EQ(settings_.writes.size(), 1U);
+    EXPECT_EQ(settings_.value.theme, "Pintle-A");
+}
+
+TEST_F(WaylandSession, AThemeThatTheCompositorForgotIsSetAgainAtMostOnceIn300Milliseconds) {
+    start();
+    wish(cursor(kArrow, 32));
+    turn();
+    for (int i = 0; i < 5; ++i) report_(CompositorNews::forgotTheme);
+    scheduler_.runUntilIdle();
+    EXPECT_EQ(settings_.writes.size(), 1U);
+    scheduler_.advance(300ms);
+    EXPECT_EQ(settings_.writes.size(), 2U);
+    EXPECT_EQ(settings_.value.theme, "Pintle-B");
+    scheduler_.advance(10s);
+    EXPECT_EQ(settings_.writes.size(), 2U);
+}
+
+TEST_F(WaylandSession, TheUsersOwnThemeIsNobodysToSetAgain) {
+    start();
+    wish(cursor(kArrow, 32));
+    turn();
+    scheduler_.advance(1s);
+    server_->coreCursorUnregisterAll(1);
+    turn();
+    const auto writes = settings_.writes.size();
+    report_(CompositorNews::forgotTheme);
+    report_(CompositorNews::changedOutputs);
+    scheduler_.advance(1s);
+    EXPECT_EQ(settings_.writes.size(), writes);
+    EXPECT_EQ(settings_.value, (PointerSetting{"Mine", "24"}));
+}
+
+TEST_F(WaylandSession, WhatIsUnderWayAtTheEndIsDoneWhateverTheOutputsReported) {
+    start();
+    wish(cursor(kArrow, 32, 1));
+    server_->flush();
+    report_(CompositorNews::changedOutputs);
+    server_.reset();
+    EXPECT_EQ(settings_.value.theme, "Pintle-A");
+    EXPECT_FALSE(report_);
 }
 
 TEST_F(WaylandSession, ManyChangesAreOneWritingIn300MillisecondsAndTheLastOneWins) {
@@ -244,6 +337,59 @@ TEST_F(WaylandSession, TheDesktopsOwnPictureIsTheUsersAlsoWhileOursIsInForce) {
     const auto during = server_->copyRegisteredCursorImages(1, kArrow);
     EXPECT_EQ(during.cursor, before.cursor);
     EXPECT_NE(server_->copyRegisteredCursorImages(1, "com.apple.cursor.99").error, 0);
+}
+
+TEST_F(WaylandSession, ProgramsOfTheXServerGetThePictureAtOnceWithItsOwnPixels) {
+    hasX_ = true;
+    start();
+    auto dense = cursor(kArrow, 64);
+    dense.size = {32, 32};
+    dense.pixelsPerPoint = 2;
+    EXPECT_EQ(wish(dense), 0);
+    EXPECT_THAT(x_->registrations, ElementsAre(dense));
+    turn();
+    EXPECT_GE(x_->flushes, 1);
+    EXPECT_THAT(sizesIn("Pintle-A", "left_ptr"), ElementsAre(std::pair(32, 32)));
+}
+
+TEST_F(WaylandSession, WhatTheXServerRefusesStillReachesTheSetting) {
+    hasX_ = true;
+    start();
+    x_->registerErrors[kArrow] = 11;
+    x_->unregisterError = 11;
+    EXPECT_EQ(wish(cursor(kArrow, 32)), 0);
+    turn();
+    EXPECT_EQ(settings_.value.theme, "Pintle-A");
+    EXPECT_EQ(server_->coreCursorUnregisterAll(1), 0);
+    scheduler_.advance(1s);
+    turn();
+    EXPECT_EQ(settings_.value.theme, "Mine");
+}
+
+TEST_F(WaylandSession, ProgramsOfTheXServerGetTheUsersOwnBackInItsPixelsAlsoWhileOursIsInForce) {
+    hasX_ = true;
+    start();
+    EXPECT_EQ(xDesktop_(), std::pair(std::string("Mine"), 24));
+    xDensity_ = 2;
+    EXPECT_EQ(xDesktop_(), std::pair(std::string("Mine"), 48));
+    wish(cursor(kArrow, 32));
+    turn();
+    ASSERT_EQ(settings_.value.theme, "Pintle-A");
+    EXPECT_EQ(xDesktop_(), std::pair(std::string("Mine"), 48));
+    xDensity_ = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(xDesktop_().second, 96);
+}
+
+TEST_F(WaylandSession, TheSizeOfTheEnvironmentIsThatOfProgramsOfTheXServerUnlessItIsOurs) {
+    hasX_ = true;
+    xDensity_ = 2;
+    variables_ = {{"XCURSOR_THEME", "Mine"}, {"XCURSOR_SIZE", "30"}};
+    start();
+    EXPECT_EQ(xDesktop_().second, 30);
+    variables_["XCURSOR_SIZE"] = "no size";
+    EXPECT_EQ(xDesktop_().second, 48);
+    variables_ = {{"XCURSOR_THEME", "Pintle-A"}, {"XCURSOR_SIZE", "32"}};
+    EXPECT_EQ(xDesktop_().second, 48);
 }
 
 TEST_F(WaylandSession, WithoutAProviderEveryFunctionIsMissing) {
