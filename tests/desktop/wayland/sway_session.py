@@ -23,12 +23,13 @@ seat seat0 fallback true
 seat seat0 xcursor_theme Mine 24
 default_border none
 focus_follows_mouse no
+for_window [title="^client-"] floating enable, border none
 """
 
 
 class SwaySession:
-    width = 800
-    height = 600
+    width = 1600
+    height = 1200
 
     def __init__(self):
         # Where every user may enter, and short enough for the name of a socket.
@@ -71,7 +72,7 @@ class SwaySession:
     def programs(self, folder, *names):
         """A folder of the session with copies of those programs, because its user may not be able to enter `folder`."""
         copies = os.path.join(self.folder, "programs")
-        os.mkdir(copies)
+        os.makedirs(copies, exist_ok=True)
         for name in names:
             shutil.copy(os.path.join(folder, name), copies)
         return copies
@@ -134,9 +135,9 @@ class SwaySession:
         except OSError:
             return ""
 
-    def picture(self):
-        """(width, height, bytes R G B) of the screen in device pixels, with the pointer."""
-        data = self.run(["grim", "-c", "-t", "ppm", "-"])
+    def picture(self, left, top, width, height):
+        """(width, height, bytes R G B) of a part of the screen in device pixels, with the pointer. The part in points."""
+        data = self.run(["grim", "-c", "-t", "ppm", "-g", f"{left},{top} {width}x{height}", "-"])
         magic, width, height, most, pixels = self.ppm(data)
         if magic != b"P6" or most != 255:
             raise RuntimeError("no picture")
