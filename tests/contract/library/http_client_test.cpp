@@ -5,9 +5,12 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "platform/qt/http_address.h"
 #include "tests/contract/queue_worlds.h"
@@ -18,9 +21,18 @@ namespace pintle {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
+
+/// The names of headers have no case, and Qt 6.8 sends them in lower case.
+std::string withLowerCaseName(std::string header) {
+    const auto end = std::find(header.begin(), header.end(), ':');
+    std::transform(header.begin(), end, header.begin(), [](unsigned char c) { return std::tolower(c); });
+    return header;
+}
 
 struct HttpClientTest : testing::Test {
     TemporaryFolder folder;
@@ -82,10 +94,12 @@ TEST_F(HttpClientTest, TheHeadersOfTheRequestReachTheServerOnce) {
     auto asked = request();
     asked.headers = {{"User-Agent", "Mozilla/5.0"}, {"X-Other", "a value"}};
     ASSERT_EQ(fetch(asked), "");
-    const auto headers = arrived();
-    EXPECT_THAT(headers, HasSubstr("User-Agent: Mozilla/5.0\n"));
-    EXPECT_THAT(headers, HasSubstr("X-Other: a value\n"));
-    EXPECT_EQ(headers.find("User-Agent"), headers.rfind("User-Agent")) << "and not the toolkit's own as well";
+    std::vector<std::string> headers;
+    std::istringstream lines(arrived());
+    for (std::string line; std::getline(lines, line);) headers.push_back(withLowerCaseName(line));
+    EXPECT_THAT(headers, Contains("user-agent: Mozilla/5.0"));
+    EXPECT_THAT(headers, Contains("x-other: a value"));
+    EXPECT_THAT(headers, Contains(StartsWith("user-agent:")).Times(1)) << "and not the toolkit's own as well";
 }
 
 TEST_F(HttpClientTest, StreamsIntoTheFileAndReportsUpToTheWhole) {
