@@ -44,17 +44,23 @@ class AsStarted {
 };
 
 struct RealArchives : testing::Test {
-    static inline std::unique_ptr<TemporaryFolder> made;
+    static inline std::unique_ptr<TemporaryFolder> made, copy;
     static void SetUpTestSuite() {
         const AsStarted rights;
         made = std::make_unique<TemporaryFolder>();
         const auto command = std::string(PYTHON) + " " + MAKE_ARCHIVES + " " + made->path().string();
         ASSERT_EQ(std::system(command.c_str()), 0);
         fs::permissions(made->path(), fs::perms(0755));
+        copy = std::make_unique<TemporaryFolder>();
+        fs::permissions(copy->path(), fs::perms(0755));
+        fs::copy_file(UNPACK_PROGRAM, unpacker());
     }
+    /// A copy: another user may not enter every folder that a build is made in.
+    static fs::path unpacker() { return copy->path() / fs::path(UNPACK_PROGRAM).filename(); }
     static void TearDownTestSuite() {
         const AsStarted rights;
         made.reset();
+        copy.reset();
     }
 
     TemporaryFolder folder;
@@ -62,8 +68,7 @@ struct RealArchives : testing::Test {
     fs::path themes = folder.path() / "a/b/Themes";
     fs::path theme = themes / "banana";
     QtWorld world;
-    std::unique_ptr<ProcessRunner> runner =
-        makeQtProcessRunner(world.queue(), limitedArchiver(UNPACK_PROGRAM));
+    std::unique_ptr<ProcessRunner> runner = makeQtProcessRunner(world.queue(), limitedArchiver(unpacker()));
     ThemeWork work;
 
     RealArchives() { fs::create_directories(themes); }
@@ -238,6 +243,7 @@ TEST_F(RealArchives, WithoutAKnownFolderNoProgramOfThatNameIsStarted) {
         EXPECT_EQ(extract("plain.tar"), "The program pintle-unpack is missing; install Pintle again")
             << program;
     }
+    const AsStarted rights;
     fs::current_path(start);
 }
 
@@ -272,7 +278,7 @@ TEST_F(RealArchives, NoArchiveChoosesAProgram) {
     const TemporaryFolder programs;
     fs::permissions(programs.path(), fs::perms(0777));
     const PlantedPrograms planted(programs.path());
-    auto archiver = limitedArchiver(UNPACK_PROGRAM);
+    auto archiver = limitedArchiver(unpacker());
     archiver.at("/usr/bin/tar").environment["PATH"] = programs.path().string() + ":/usr/bin:/bin";
     runner = makeQtProcessRunner(world.queue(), archiver);
     int seen = 0;
@@ -362,8 +368,8 @@ TEST_F(RealArchives, TheProgramThatUnpacksIsLimitedAndConfined) {
         const auto user = ::geteuid();
         if (::setresgid(group, group, group) != 0 || ::setresuid(user, user, user) != 0) ::_exit(126);
         ::dup2(ends[1], STDERR_FILENO);
-        ::execl(UNPACK_PROGRAM, UNPACK_PROGRAM, "-xf", bad.c_str(), "-C", (folder.path() / "inside").c_str(),
-                nullptr);
+        ::execl(unpacker().c_str(), "pintle-unpack", "-xf", bad.c_str(), "-C",
+                (folder.path() / "inside").c_str(), nullptr);
         ::_exit(127);
     }
     const fs::path proc = fs::path("/proc") / std::to_string(child);
