@@ -153,29 +153,45 @@ class Application:
     def opened(self):
         return self.popover() or self.open_popover()
 
+    def rows_at_rest(self):
+        """Name of each row that is shown to the row and its place, once the list no longer moves."""
+        rows, last = {}, None
+
+        def still():
+            nonlocal rows, last
+            before, last = last, None
+            # A row that was scrolled out of sight is gone.
+            with contextlib.suppress(accessible.Refused):
+                rows = {row.name: (row, row.node.box()) for row in self.popover().find_all("list item")}
+                last = {name: box for name, (_, box) in rows.items()}
+            return last is not None and last == before
+        wait_until("the list stands still", still, 20, 0.06)
+        return rows
+
     def row(self, name):
         """A row of the list, which is scrolled until all of it is seen."""
         themes = self.popover().find("list", THEMES).node.box()
         self.input.do("mousemove", themes.x + themes.width // 2, themes.y + themes.height // 2)
-        step, before, unchanged = -120, None, 0
+        up, before, unchanged = True, None, 0
         for _ in range(200):
-            rows = list(self.popover().find_all("list item"))
-            seen = next((row for row in rows if row.name == name), None)
-            # A row that was scrolled out of sight is gone.
-            with contextlib.suppress(accessible.Refused):
-                if seen:
-                    box = self.place(seen)
-                    if box.y >= themes.y and box.y + box.height <= themes.y + themes.height:
-                        return seen
-                    step = -1 if box.y < themes.y else 1
-            # A loaded machine scrolls later than the next look, and one click may bring no new row.
-            names = [row.name for row in rows]
-            unchanged = unchanged + 1 if step == 1 and names == before else 0
-            if unchanged == 5:
-                break
-            before = names
-            self.scroll(rows, step)
-            step = 1
+            rows = self.rows_at_rest()
+            if name in rows:
+                seen, box = rows[name]
+                if box.y >= themes.y and box.y + box.height <= themes.y + themes.height:
+                    return seen
+                up, step = False, -1 if box.y < themes.y else 1
+            else:
+                places = {row: box for row, (_, box) in rows.items()}
+                if places == before and up:
+                    up = False
+                elif places == before:
+                    unchanged += 1
+                else:
+                    unchanged = 0
+                if unchanged == 5:
+                    break
+                before, step = places, -120 if up else 1
+            self.scroll([row for row, _ in rows.values()], step)
         raise RuntimeError(f"there is no row {name}")
 
     def scroll(self, rows, step):
