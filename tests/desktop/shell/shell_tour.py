@@ -90,6 +90,9 @@ class ShellTour(PopoverSteps, WindowSteps):
         self.judge.stage(title, among or self.points, theme, scale)
         self.input.do("mousemove", *FREE)
 
+    def held_points(self):
+        return [each for each in self.points if self.judge.is_held_by_server(each)]
+
     def picture(self, name, box=None):
         self.screen.still(box or Box(0, 0, self.screen.width, self.screen.height))
         return self.screen.picture(name, box)
@@ -156,8 +159,7 @@ class ShellTour(PopoverSteps, WindowSteps):
         self.check("the open popover stays open", bool(self.app.popover()))
         self.input.key("Escape")
         self.app.kill()
-        self.pointer("kill -9: the theme stays in force", self.theme,
-                     among=[each for each in self.points if self.judge.is_held_by_server(each)])
+        self.pointer("kill -9: the theme stays in force", self.theme, among=self.held_points())
         self.app.start()
         self.check("the next start is the first copy again", self.app.is_running())
         self.check("and a second copy ends again", self.app.start_another() == 0)
@@ -171,7 +173,7 @@ class ShellTour(PopoverSteps, WindowSteps):
         self.menu_item("Quit Pintle")
         self.check("it ends without an error", self.app.ended() == 0)
         self.check("it says so twice", self.app.count("[AppDelegate] System cursor restored") >= 2)
-        self.pointer("The theme stays in force", self.theme)
+        self.pointer("The theme stays in force", self.theme, among=self.held_points())
         self.report.stage("Quitting with restoring")
         write_preferences(self.desktop.config, **(self.app.preferences() | {"restoreOnQuit": True}))
         self.app.start()
