@@ -1,5 +1,5 @@
 # Precompiled headers. A family is one header, compiled once and shared by every target that names it; what a family
-# holds is never needed to compile a file, because PINTLE_PRECOMPILE=OFF builds without them (the linter does).
+# holds is never needed to compile a file, because PINTLE_PRECOMPILE=OFF builds without them (the preset release does).
 # Not on macOS, where nobody has tried it: half of the backend's files there are in another language, which would need
 # families of its own.
 if(APPLE)

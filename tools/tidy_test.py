@@ -74,7 +74,7 @@ int shared() { return 1; }
         self.assertTrue(tidy.fits_a_batch("using std::string;\nstring text;\n"))
 
 
-@unittest.skipUnless(shutil.which("clang-tidy") and shutil.which("clang++"), "there is no clang-tidy")
+@unittest.skipUnless(shutil.which("clang-tidy"), "there is no clang-tidy")
 class Judging(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -119,8 +119,8 @@ class Judging(unittest.TestCase):
         self.assertIn("base/c.cpp:2:18", complaints)
         self.assertEqual(complaints.count("error:"), 1)
 
-    def test_a_file_that_needs_what_another_declares_does_not_compile(self):
-        complaints, _ = self.judge(a="using Size = int;\n" + GOOD % "a", b="Size b() { return 1; }\n")
+    def test_a_file_that_does_not_compile_alone_is_reported(self):
+        complaints, _ = self.judge(a=GOOD % "a", b="Size b() { return 1; }\n")
         self.assertIn("base/b.cpp:1:1: error: unknown type name 'Size'", complaints)
 
 
