@@ -133,9 +133,11 @@ class SessionWatch::Receiver : public QObject {
             else if (!active_)
                 active_ = active;
         });
-        // What happened while there was no bus.
-        if (again && !lockedByScreenSaver_)
-            ask(QStringLiteral("LockedHint"), [this](bool locked) { setLocked(locked); });
+        // What happened while there was no bus, or before the start.
+        if (lockedByScreenSaver_) return;
+        ask(QStringLiteral("LockedHint"), [this, again](bool locked) {
+            if (locked || again) setLocked(locked);
+        });
     }
     void askWhetherLocked() {
         ask(QStringLiteral("LockedHint"), [this](bool locked) {

@@ -164,6 +164,15 @@ TEST_F(SessionWatchTest, TheSessionsOwnWordAboutItsLockIsObserved) {
     EXPECT_THAT(reportedSoFar(), ElementsAre(kLocked, kUnlocked)) << "without the signal of an unlock";
 }
 
+TEST_F(SessionWatchTest, ALockFromBeforeTheStartIsReported) {
+    ::setenv("XDG_SESSION_ID", "c1", 1);
+    setProperty("LockedHint", true);
+    workspace = world.makeWorkspace(":9987");
+    EXPECT_TRUE(world.untilReported(kLocked));
+    setProperty("LockedHint", false);
+    EXPECT_TRUE(world.untilReported(kUnlocked));
+}
+
 TEST_F(SessionWatchTest, ARequestToLockThatNothingCarriesOutEnds) {
     ::setenv("XDG_SESSION_ID", "c1", 1);
     std::vector<bool> locks;
