@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <csignal>
 
+#include "tests/support/as_nobody.h"
 #include "tests/themes/library_world.h"
 #include "themes/unpack_error.h"
 
@@ -243,6 +245,48 @@ TEST_F(ThemeExtractorTest, AThemeThatCannotBeMovedIntoPlaceIsNotSaidToBeInstalle
     };
     EXPECT_EQ(run(), "Directory not empty");
     EXPECT_EQ(fs::file_size(world.themeFolder("banana") / "cursors/left_ptr"), 3u) << "the old one stays";
+}
+
+TEST_F(ThemeExtractorTest, WhatCannotBeMovedAwayIsNotMixedWithTheNewTheme) {
+    writeFile(world.themeFolder("banana") / "readme", "old");
+    world.processes.play = [](const ProcessRequest& request) {
+        const fs::path root = request.arguments.at(3);
+        writeFile(root / "cursors/left_ptr", XCursorBuilder().image({.size = 24}).bytes());
+        writeFile(root.parent_path() / "replaced" / "something", "in the way");
+        return 0;
+    };
+    EXPECT_EQ(run(), "Directory not empty");
+    EXPECT_FALSE(fs::exists(world.themeFolder("banana") / "cursors"));
+}
+
+TEST_F(ThemeExtractorTest, AFolderThatCannotBeMadeInTheEndIsAnsweredWithTheReason) {
+    world.unpack({{"cursors/left_ptr", "Xcur"}});
+    ThemeWork::Turn held;
+    world.work.begin("banana", [&](ThemeWork::Turn turn) { held = std::move(turn); });
+    EXPECT_EQ(run(), "not ended");
+    const AsNobody nobody(world.folder.path());
+    fs::permissions(world.themesDirectory(), fs::perms::owner_read | fs::perms::owner_exec);
+    held = nullptr;
+    world.scheduler.runUntilIdle();
+    fs::permissions(world.themesDirectory(), fs::perms::owner_all);
+    ASSERT_TRUE(ended && !*ended);
+    EXPECT_EQ(ended->error().description, "Permission denied");
+}
+
+TEST_F(ThemeExtractorTest, AThemeWhoseLastMoveFailsIsNotSaidToBeInstalled) {
+    world.unpack({{"cursors/left_ptr", "Xcur"}});
+    // The folder itself has just not too long a path, and what comes into it has.
+    constexpr std::size_t kAround = 3880;
+    constexpr std::size_t kWhole = 4090;
+    std::string around = world.themesDirectory().string();
+    while (around.size() + 1 < kAround)
+        around += "/" + std::string(std::min<std::size_t>(200, kAround - around.size() - 1), 'd');
+    fs::create_directories(around);
+    const auto destination = around + "/" + std::string(kWhole - around.size() - 1, 'n');
+    world.extractor.extract(archive, "banana", destination, [this](const Status& status) { ended = status; });
+    world.scheduler.runUntilIdle();
+    ASSERT_TRUE(ended && !*ended);
+    EXPECT_EQ(ended->error().description, "File name too long");
 }
 
 TEST_F(ThemeExtractorTest, WhatVanishesBeforeItIsMovedIntoPlaceIsNotSaidToBeInstalled) {
