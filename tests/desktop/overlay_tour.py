@@ -73,10 +73,10 @@ class Image:
         return wrong
 
 
-def theme_image(tool, name, density=1):
+def theme_image(tool, name, density=1, scale=1.0):
     """The first frame of what the reader makes of the theme's file for an X11 name; none without one."""
-    result = subprocess.run([tool, SOURCE, "1.0", str(density), "pixels"], input=",".join(FILES[name]) + "\n", text=True,
-                            check=True, capture_output=True).stdout.split()
+    result = subprocess.run([tool, SOURCE, str(scale), str(density), "pixels"], input=",".join(FILES[name]) + "\n",
+                            text=True, check=True, capture_output=True).stdout.split()
     if len(result) < 3:
         return None
     size, x, y = result[1].split("+")
