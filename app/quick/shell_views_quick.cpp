@@ -72,6 +72,7 @@ ShellViewsQuick::~ShellViewsQuick() = default;
 void ShellViewsQuick::followLook() {
     const auto& desktop = deps_.appearance.look();
     const auto glass = glassBackground(deps_.settings);
+    const bool wasGlass = look_.glass();
     look_.setLook({.dark = desktop.dark,
                    .glassMode = glass.isOn,
                    .glassOpacity = glass.opacity,
@@ -82,8 +83,8 @@ void ShellViewsQuick::followLook() {
                    .textScale = desktop.textScale,
                    // Fonts are looked through when there is something to draw with them.
                    .fontFamily = scenes_ ? shell::interfaceFont() : QString()});
-    if (!scenes_ || !scenes_->popover) return;
-    clearWith(*scenes_->popover, clearColour(look_));
+    if (scenes_ && scenes_->popover) clearWith(*scenes_->popover, clearColour(look_));
+    if (look_.glass() != wasGlass) glassChanged_.emit();
 }
 
 void ShellViewsQuick::setComposited(bool composited) {

@@ -8,6 +8,7 @@
 
 #include "app/popover_model.h"
 #include "app/quick/view_look.h"
+#include "base/signal.h"
 #include "platform/appearance.h"
 #include "platform/qt/shell/shell_views.h"
 #include "settings/cursor_settings.h"
@@ -42,6 +43,9 @@ class ShellViewsQuick : public ShellViews {
     QWindow* popover() override;
     PopoverShape popoverShape() const override;
     bool isGlass() const override { return look_.glass(); }
+    Subscription observeGlass(const std::function<void()>& changed) override {
+        return glassChanged_.observe(changed);
+    }
     void setPopoverShadow(const QMargins& shadow) override;
     void popoverWillShow(bool animates) override;
     void popoverDidHide() override;
@@ -58,6 +62,7 @@ class ShellViewsQuick : public ShellViews {
     bool composited_ = false;
     bool nativelyHosted_ = false;
     ViewLook look_;
+    Signal<> glassChanged_;
     /// Null until a view is asked for.
     std::unique_ptr<Scenes> scenes_;
     Subscription appearanceChanged_;

@@ -18,8 +18,10 @@ constexpr unsigned kClosable = 2;
 
 class QtShellWindow : public ShellWindow {
   public:
-    QtShellWindow(const WindowSpec& spec, QWindow& view, const ShellDesktop& desktop)
+    QtShellWindow(const WindowSpec& spec, QWindow& view, ShellViews& views, const ShellDesktop& desktop)
         : content_(qRound(spec.contentSize.width), qRound(spec.contentSize.height)),
+          views_(views),
+          desktop_(desktop),
           host_(view, desktop, {}) {
         Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
         if (spec.styleMask & kClosable) flags |= Qt::WindowCloseButtonHint;
@@ -38,7 +40,12 @@ class QtShellWindow : public ShellWindow {
         QObject::connect(&view, &QWindow::visibilityChanged, &host_, changed);
         QObject::connect(&view, &QWindow::xChanged, &host_, changed);
         QObject::connect(&view, &QWindow::yChanged, &host_, changed);
+        const auto blurs = [this] { blur(); };
+        QObject::connect(&view, &QWindow::widthChanged, &host_, blurs);
+        QObject::connect(&view, &QWindow::heightChanged, &host_, blurs);
+        glassChanged_ = views.observeGlass(blurs);
         applyFrame();
+        blur();
     }
 
     bool isVisible() const override { return host_.isVisible(); }
@@ -82,12 +89,23 @@ class QtShellWindow : public ShellWindow {
         applyFrame();
     }
 
+    void blur() const {
+        auto* const view = host_.view();
+        if (!view || !desktop_.setBlurBehind) return;
+        const QSizeF pixels = QSizeF(view->size()) * view->devicePixelRatio();
+        desktop_.setBlurBehind(view->winId(),
+                               views_.isGlass() ? QRegion(QRect({}, pixels.toSize())) : QRegion());
+    }
+
     const QSize content_;
+    ShellViews& views_;
+    const ShellDesktop& desktop_;
     shell::WindowHost host_;
     QMargins expected_;
     QMargins applied_;
     /// With the window manager's drawing, as it was asked for.
     QRect frame_;
+    Subscription glassChanged_;
 };
 
 class QtWindows : public Windows {
@@ -97,7 +115,7 @@ class QtWindows : public Windows {
     std::unique_ptr<ShellWindow> makeWindow(const WindowSpec& spec) override {
         auto* const view = views_.window(spec.content);
         if (!view) return nullptr;
-        return std::make_unique<QtShellWindow>(spec, *view, desktop_);
+        return std::make_unique<QtShellWindow>(spec, *view, views_, desktop_);
     }
     std::vector<ScreenArea> screens() const override {
         std::vector<ScreenArea> areas;

@@ -20,6 +20,7 @@
 #include <QString>
 #include <functional>
 
+#include "base/subscription.h"
 #include "platform/alerts.h"
 #include "platform/windows.h"
 
@@ -67,6 +68,11 @@ class ShellViews {
     virtual void setPopoverShadow(const QMargins& shadow) { (void)shadow; }
     /// Whether what lies behind the views is seen through them, and is to be blurred where that can be had.
     virtual bool isGlass() const { return false; }
+    /// Calls `changed` whenever isGlass() has changed, until the answer ends.
+    virtual Subscription observeGlass(const std::function<void()>& changed) {
+        (void)changed;
+        return {};
+    }
     /// Right before the popover becomes visible and right after it went. The view plays its own entrance when
     /// `animates`; it is gone at once when it is hidden.
     virtual void popoverWillShow(bool animates) { (void)animates; }

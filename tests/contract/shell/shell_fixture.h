@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "app/root/shell_desktop_x11.h"
+#include "base/signal.h"
 #include "platform/fake/fake_appearance.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_socket_watch.h"
@@ -48,6 +49,9 @@ class TestViews : public ShellViews {
     }
     PopoverShape popoverShape() const override { return {{24, 24, 24, 24}, 12}; }
     bool isGlass() const override { return glass; }
+    Subscription observeGlass(const std::function<void()>& changed) override {
+        return glassChanged.observe(changed);
+    }
     void setPopoverShadow(const QMargins& room) override { shadow = room; }
     void popoverWillShow(bool animates) override { calls.push_back(animates ? "will animate" : "will show"); }
     void popoverDidHide() override { calls.emplace_back("hidden"); }
@@ -67,6 +71,7 @@ class TestViews : public ShellViews {
     std::optional<bool> isComposited;
     QMargins shadow;
     bool glass = false;
+    Signal<> glassChanged;
     std::vector<std::string> calls;
     std::vector<std::string> alerts;
     std::function<void(int)> chosen;

@@ -50,6 +50,23 @@ class PopoverWindow : public ShellTest {
     std::unique_ptr<Popover> popover;
 };
 
+/// What a compositor is asked to blur behind the window.
+QRegion blurBehind(const QWindow& window) {
+    const auto connection = x11::XConnection::open("");
+    QRegion region;
+    QGuiApplication::sync();
+    const x11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection->get(),
+        xcb_get_property(connection->get(), 0, static_cast<xcb_window_t>(window.winId()),
+                         connection->atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_ATOM_CARDINAL, 0, 4096),
+        nullptr));
+    const auto* const values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    for (std::uint32_t i = 0; i + 3 < reply->value_len; i += 4)
+        region += QRect(static_cast<int>(values[i]), static_cast<int>(values[i + 1]),
+                        static_cast<int>(values[i + 2]), static_cast<int>(values[i + 3]));
+    return region;
+}
+
 TEST_F(PopoverWindow, IsMadeWhenItIsFirstShown) {
     popover = popovers->makePopover({.contentSize = {340, 520}});
     EXPECT_EQ(views.isComposited, false);
@@ -144,21 +161,7 @@ TEST_F(PopoverWindow, ItsShadowDoesNotReachOverAPanelOrTheScreensEdge) {
 }
 
 TEST_F(PopoverWindow, GlassAsksForABlurBehindThePanelAlone) {
-    const auto asked = [this] {
-        const auto connection = x11::XConnection::open("");
-        QRegion region;
-        QGuiApplication::sync();
-        const x11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-            connection->get(),
-            xcb_get_property(connection->get(), 0, static_cast<xcb_window_t>(views.popoverView->winId()),
-                             connection->atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_ATOM_CARDINAL, 0, 4096),
-            nullptr));
-        const auto* const values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-        for (std::uint32_t i = 0; i + 3 < reply->value_len; i += 4)
-            region += QRect(static_cast<int>(values[i]), static_cast<int>(values[i + 1]),
-                            static_cast<int>(values[i + 2]), static_cast<int>(values[i + 3]));
-        return region;
-    };
+    const auto asked = [this] { return blurBehind(*views.popoverView); };
     views.glass = true;
     appearance.become({.blendsWindows = true});
     show();
@@ -187,6 +190,20 @@ WindowSpec aboutSpec() {
             .title = "About Pintle",
             .styleMask = 32771,
             .showsMiniaturizeAndZoom = false};
+}
+
+TEST_F(ShellTest, AWindowOfGlassAsksForABlurAsLongAsItIs) {
+    const auto window = windows->makeWindow(aboutSpec());
+    const auto& view = *views.windowViews.at(WindowContent::about);
+    window->makeKeyAndOrderFront();
+    ASSERT_TRUE(until([&] { return window->isKey(); }));
+    EXPECT_TRUE(blurBehind(view).isEmpty());
+    views.glass = true;
+    views.glassChanged.emit();
+    EXPECT_EQ(blurBehind(view), QRegion(QRect(QPoint(), view.size())));
+    views.glass = false;
+    views.glassChanged.emit();
+    EXPECT_TRUE(blurBehind(view).isEmpty());
 }
 
 TEST_F(ShellTest, AWindowEndsWithItsTitleBarInsideTheFrameItWasGiven) {
