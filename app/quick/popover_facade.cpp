@@ -49,6 +49,18 @@ QString icon(std::string_view symbol) {
 
 }  // namespace
 
+void PopoverFacade::putInOrder(QQuickItem* row) {
+    if (!row || !row->parentItem()) return;
+    const int number = row->property("index").toInt();
+    const auto siblings = row->parentItem()->childItems();
+    for (auto* const other : siblings) {
+        const auto index = other->property("index");
+        if (other == row || !index.isValid() || index.toInt() < number) continue;
+        row->stackBefore(other);
+        return;
+    }
+}
+
 PopoverFacade::PopoverFacade(PopoverModel& model, PreviewImages& previews, QObject* parent)
     : QObject(parent),
       model_(model),

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QObject>
+#include <QQuickItem>
 #include <QString>
 #include <QVariantList>
 
@@ -131,6 +132,10 @@ class PopoverFacade : public QObject {
     /// "removes". Rows are counted from 0; `marked` is -1 while none is.
     Q_INVOKABLE static QVariantMap keyInList(int key, int marked, int entry, int count, int page,
                                              bool inSight);
+    /// Puts a row of a list, which has its number as "index", between those that are made already: assistive
+    /// programs read siblings in the order in which the toolkit keeps them, which is the one in which they
+    /// were made.
+    Q_INVOKABLE static void putInOrder(QQuickItem* row);
     Q_INVOKABLE void retryDownloads() { model_.retryDownloads(); }
     /// Puts the row's whole error on the clipboard; nothing when it has none.
     Q_INVOKABLE void copyError(const QString& themeId) const;

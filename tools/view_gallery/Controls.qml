@@ -27,8 +27,8 @@ Window {
         ToggleSwitch { checked: false }
         ToggleSwitch { checked: true; focusShown: true }
         Spinner { }
-        ScaleSlider { from: 0.75; to: 1.5; value: 1.15; stepSize: 0.05; notch: 1 }
-        ScaleSlider { from: 0.75; to: 1; value: 0.8; stepSize: 0.05; notch: 1 }
+        ScaleSlider { from: 0.75; to: 1.5; shown: 1.15; stepSize: 0.05; notch: 1 }
+        ScaleSlider { from: 0.75; to: 1; shown: 0.8; stepSize: 0.05; notch: 1 }
         ProgressStripe { width: 120; value: 0.4 }
         ProgressStripe { width: 120; indeterminate: true }
     }

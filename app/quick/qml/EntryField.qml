@@ -20,6 +20,7 @@ T.TextField {
     hoverEnabled: true
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholder
+    Accessible.onPressAction: if (enabled) accepted()
 
     Text {
         x: field.leftPadding

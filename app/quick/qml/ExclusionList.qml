@@ -74,7 +74,8 @@ Column {
             enabled: list.model.showAddAppField
             placeholder: list.model.texts.placeholder
             text: list.model.newAppName
-            onTextEdited: list.model.newAppName = text
+            // Not textEdited: an assistive program sets the text.
+            onTextChanged: if (text !== list.model.newAppName) list.model.newAppName = text
             onAccepted: {
                 list.model.addExcludedApp();
                 if (!list.model.showAddAppField) addButton.forceActiveFocus(Qt.TabFocusReason);

@@ -20,6 +20,8 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.name: text
+    // Qt 6.4 offers the action and does nothing for it.
+    Accessible.onPressAction: if (enabled && visible) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

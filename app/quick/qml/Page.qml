@@ -39,10 +39,13 @@ Rectangle {
     Connections {
         target: page.Window.window
         function onActiveFocusItemChanged() {
-            const item = page.Window.activeFocusItem;
-            // To what was pressed the pointer has found its way already.
-            if (item && item.visualFocus !== false) page.bringIntoView(item);
+            page.keepFocusInView();
         }
+    }
+    function keepFocusInView() {
+        const item = page.Window.activeFocusItem;
+        // To what was pressed the pointer has found its way already.
+        if (item && item.visualFocus !== false) page.bringIntoView(item);
     }
 
     Flickable {
@@ -51,6 +54,8 @@ Rectangle {
         anchors.topMargin: page.titleStrip
         contentWidth: width
         contentHeight: column.height + page.topMargin + page.bottomMargin
+        // A field that has the keyboard may still grow.
+        onContentHeightChanged: page.keepFocusInView()
         boundsBehavior: Flickable.StopAtBounds
         flickableDirection: Flickable.VerticalFlick
         pixelAligned: true

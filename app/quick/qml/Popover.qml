@@ -230,6 +230,7 @@ FocusScope {
             }
 
             delegate: ThemeRow {
+                id: listed
                 x: 8
                 width: ListView.view.width - 16
                 popover: root.popover
@@ -240,6 +241,9 @@ FocusScope {
                     list.entry = index;
                     root.popover.tap(themeId);
                 }
+                Component.onCompleted: root.popover.putInOrder(listed)
+                // By an assistive program: marked and brought into sight as by a key.
+                onActiveFocusChanged: if (activeFocus && list.currentIndex !== index) list.mark(index, ListView.Contain)
                 onDeleteAsked: root.popover.deleteTheme(themeId)
                 onPressed: {
                     root.popover.finder.clear();

@@ -36,8 +36,8 @@ Item {
         to: footer.popover.scaleTo
         stepSize: footer.popover.scaleStep
         notch: footer.popover.scaleNotch
-        value: footer.popover.scale
-        onMoved: footer.popover.slide(value)
+        shown: footer.popover.scale
+        onSlid: to => footer.popover.slide(to)
         Accessible.name: footer.popover.scaleName
         Accessible.description: footer.popover.arrowText === "" ? footer.popover.scaleText
                               : footer.popover.scaleText + ", " + footer.popover.arrowText

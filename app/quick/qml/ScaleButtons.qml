@@ -95,7 +95,8 @@ Item {
             focusPolicy: selected || (bar.current < 0 && index === 0) ? Qt.TabFocus : Qt.NoFocus
             checked: selected
             Accessible.name: modelData.title
-            Accessible.onToggleAction: bar.take(index)
+            Accessible.onPressAction: if (segment.enabled) bar.take(index)
+            Accessible.onToggleAction: if (segment.enabled) bar.take(index)
             onClicked: bar.take(index)
             Keys.onReturnPressed: bar.take(index)
             Keys.onEnterPressed: bar.take(index)

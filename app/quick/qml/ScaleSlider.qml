@@ -1,16 +1,24 @@
 // A slider with a groove of 4 and a knob of 16; `notch` marks one value on the groove when it lies in the range.
-// Emits T.Slider's moved() for the user's changes only.
+// It shows what its owner has and asks for another value with slid(): by mouse, keyboard, or an assistive program,
+// which sets the value itself.
 import QtQuick
 import QtQuick.Templates as T
 
 T.Slider {
     id: slider
 
+    required property real shown
     property real notch: NaN
     // Where assistive technology looks for the range.
     readonly property real minimumValue: from
     readonly property real maximumValue: to
     readonly property real knobSize: pressed ? 18 : 16
+    property bool made: false
+
+    signal slid(real to)
+
+    // Not a property: it would be behind while `shown` changes.
+    function inRange(): real { return Math.max(from, Math.min(to, shown)); }
 
     implicitHeight: 28
     implicitWidth: 120
@@ -22,14 +30,17 @@ T.Slider {
     snapMode: T.Slider.SnapAlways
     live: true
     wheelEnabled: true
-    Keys.onUpPressed: step(true)
-    Keys.onDownPressed: step(false)
-
-    function step(up: bool): void {
-        const before = value;
-        if (up) increase();
-        else decrease();
-        if (value !== before) moved();
+    Keys.onUpPressed: increase()
+    Keys.onDownPressed: decrease()
+    value: shown
+    onShownChanged: value = shown
+    // A value outside of the range is drawn at its end and not written back.
+    Component.onCompleted: made = true
+    onValueChanged: {
+        if (!made || Math.abs(value - inRange()) < 1e-6) return;
+        if (enabled) slid(value);
+        // What the owner made of it: assistive programs give values between the steps, and while it is disabled.
+        value = inRange();
     }
 
     background: Item {

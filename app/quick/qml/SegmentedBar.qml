@@ -117,6 +117,8 @@ Item {
             Accessible.name: modelData.title
             Accessible.checkable: true
             Accessible.checked: selected
+            Accessible.onPressAction: if (segment.enabled) bar.take(index)
+            Accessible.onToggleAction: if (segment.enabled) bar.take(index)
 
             Keys.onPressed: event => {
                 const back = bar.backwards ? Qt.Key_Right : Qt.Key_Left;

@@ -124,15 +124,10 @@ Page {
                 stepSize: view.model.glassOpacityStep
                 // A wheel that passes over it scrolls the page.
                 wheelEnabled: activeFocus
-                value: view.model.glassOpacity
+                shown: view.model.glassOpacity
                 Accessible.name: view.model.texts.glassOpacity
                 Accessible.description: note.visible ? note.text : ""
-                onMoved: view.model.setGlassOpacity(value)
-                Connections {
-                    target: view.model
-                    // Moving it has put an end to what was bound to it.
-                    function onChanged() { if (!slider.pressed) slider.value = view.model.glassOpacity }
-                }
+                onSlid: to => view.model.setGlassOpacity(to)
             }
         }
     }

@@ -23,7 +23,8 @@ T.CheckBox {
     Accessible.checkable: true
     Accessible.name: title
     Accessible.description: subtitle
-    Accessible.onToggleAction: row.flipped(!row.on)
+    Accessible.onPressAction: if (row.enabled) row.flipped(!row.on)
+    Accessible.onToggleAction: if (row.enabled) row.flipped(!row.on)
     onClicked: flipped(!on)
     Keys.onReturnPressed: flipped(!on)
     Keys.onEnterPressed: flipped(!on)

@@ -170,6 +170,13 @@ class Node:
     def value(self):
         return self.property("Value", "CurrentValue")
 
+    def set_value(self, value):
+        call(self.bus, self.name, self.path, "org.freedesktop.DBus.Properties", "Set", "(ssv)", INTERFACE + "Value",
+             "CurrentValue", GLib.Variant("d", value))
+
+    def write(self, text):
+        return self.ask("EditableText", "SetTextContents", "(s)", text)[0]
+
     def range(self):
         return self.property("Value", "MinimumValue"), self.property("Value", "MaximumValue")
 
