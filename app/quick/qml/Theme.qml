@@ -20,7 +20,8 @@ QtObject {
     readonly property color windowBg: hosted && !strong ? "transparent" : bg
     readonly property color card: glass ? (dark ? "#0DFFFFFF" : "#80FFFFFF") : (dark ? "#25292A" : "#FFFFFF")
     readonly property color well: dark ? "#12FFFFFF" : "#0F0C2020"
-    readonly property color raised: dark ? (glass ? "#29FFFFFF" : "#3B4243") : "#FFFFFF"
+    // Opaque in glass: what shines through a brighter one takes its text the contrast.
+    readonly property color raised: dark ? "#3B4243" : "#FFFFFF"
     readonly property color raisedEdge: dark ? "transparent" : hairline
 
     /// All the contrast there is: second texts as strong as the first, outlines where hairlines were.
