@@ -33,6 +33,9 @@ from tray_hosts import HOSTS  # noqa: E402
 POPOVER_GOAL = 150
 BLOCK_GOAL = 50
 WAKES_GOAL = 2
+#: Of a frame that is in time on a screen of sixty a second, milliseconds.
+FRAME = 16
+FRAMES = {"QT_LOGGING_RULES": "qt.scenegraph.time.renderloop.debug=true"}
 #: Times the plain program's: start to icon, and memory while no window was opened.
 GATES = {"start to icon": 6.0, "idle PSS": 4.0, "idle RSS": 3.0}
 REST = 20
@@ -157,6 +160,69 @@ class Bench:
             self.report("block while " + what, longest, BLOCK_GOAL, "ms")
         app.close_popover()
 
+    def drawn(self):
+        """What each frame took so far, in milliseconds, as the toolkit measures it."""
+        return [int(each) for each in re.findall(r"Frame rendered with '\w+' renderloop in (\d+)ms",
+                                                 self.desktop.log_text("pintle"))]
+
+    def frames(self):
+        """Frames that come late while a person does what moves. The first one of a window is left out: it makes what
+        it draws."""
+        self.desktop.environment |= FRAMES
+        process, _ = self.start("pintle")
+        for name in FRAMES:
+            del self.desktop.environment[name]
+        app = Application(self.desktop, self.input, self.host, self.programs["pintle"])
+        app.process = process
+        children.wait_until("the icon", self.host.icon)
+
+        def filters():
+            for name in ("Left", "Universal", "Right", "All"):
+                app.click("radio button", name)
+                time.sleep(0.4)
+
+        def over_rows():
+            box = app.popover().find("list", THEMES).node.box()
+            for y in range(box.y + 6, box.y + box.height - 6, 12):
+                self.input.point(box.x + box.width // 2, y)
+
+        def scroll():
+            for clicks in (20, -20):
+                self.input.wheel(clicks)
+
+        def apply(row):
+            self.input.click_on(app.row(row).node.box())
+
+        def size():
+            box = app.popover().find("slider", "Cursor Size").node.box()
+            middle = box.y + box.height // 2
+            self.input.drag((box.x + 8 + box.width // 3, middle), (box.x + box.width - 8, middle), steps=20, pause=0.02)
+
+        def settings():
+            app.click("push button|button", "Settings")
+            children.wait_until("the settings", lambda: app.window("Settings"))
+
+        late, count, slowest, named = 0, 0, 0, []
+        for what, cause, opens in (("opening", app.open_popover, True), ("opening again", app.open_popover, True),
+                                   ("filters", filters, False), ("pointing at rows", over_rows, False),
+                                   ("scrolling", scroll, False), ("applying", lambda: apply(THEME_ROW), False),
+                                   ("size", size, False), ("settings", settings, True)):
+            if what == "opening again":
+                app.close_popover()
+            before = len(self.drawn())
+            cause()
+            time.sleep(1)
+            taken = self.drawn()[before + opens:]
+            over = [each for each in taken if each > FRAME]
+            late, count, slowest = late + len(over), count + len(taken), max([slowest, *taken])
+            if over:
+                named.append(f"{what} {len(over)}")
+        if not count:
+            raise RuntimeError("the program does not say what its frames take")
+        self.report(f"frames over {FRAME} ms", late, 0, "", f" (of {count}, the slowest {slowest} ms"
+                    f"{': ' if named else ''}{', '.join(named)})")
+        self.stop(process)
+
     def threads(self, process):
         """Thread id to name and how often it was woken."""
         found = {}
@@ -234,6 +300,7 @@ class Bench:
         pss, rss = self.settled_memory(pintle)
         print(f"after a popover: PSS {pss / 1024:.1f} MB, RSS {rss / 1024:.1f} MB", flush=True)
         self.stop(pintle)
+        self.frames()
 
 
 def main():
