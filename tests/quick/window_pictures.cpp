@@ -1,5 +1,5 @@
 // Draws the windows and the alert with example settings: window_pictures PICTURE.png NAME [dark] [glass]
-// [rtl] [large] [contrast] [still]. QT_SCALE_FACTOR=2 draws at twice the size. NAME is settings,
+// [blends] [rtl] [large] [contrast] [still]. QT_SCALE_FACTOR=2 draws at twice the size. NAME is settings,
 // settings-end, about, alert or alert-info.
 #include <QGuiApplication>
 #include <QImage>
@@ -39,8 +39,9 @@ int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     const auto arguments = QGuiApplication::arguments();
     if (arguments.size() < 3) {
-        std::fputs("usage: window_pictures PICTURE.png NAME [dark] [glass] [rtl] [large] [contrast]\n",
-                   stderr);
+        std::fputs(
+            "usage: window_pictures PICTURE.png NAME [dark] [glass] [blends] [rtl] [large] [contrast]\n",
+            stderr);
         return 2;
     }
     const auto asked = [&](const char* word) { return arguments.contains(QString::fromLatin1(word)); };
@@ -48,7 +49,7 @@ int main(int argc, char** argv) {
     WindowWorld world({.dark = asked("dark"),
                        .glassMode = asked("glass"),
                        .glassOpacity = 0.85,
-                       .blendsWindows = asked("glass"),
+                       .blendsWindows = asked("glass") || asked("blends"),
                        .reducedMotion = asked("still"),
                        .highContrast = asked("contrast"),
                        .textScale = asked("large") ? 2.0 : 1.0,
