@@ -1,5 +1,7 @@
 #include "app/quick/shell_views_quick.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -67,7 +69,13 @@ ShellViewsQuick::ShellViewsQuick(Dependencies dependencies) : deps_(std::move(de
     followLook();
 }
 
-ShellViewsQuick::~ShellViewsQuick() = default;
+ShellViewsQuick::~ShellViewsQuick() {
+    if (!scenes_) return;
+    scenes_->windows.clear();
+    scenes_->popover.reset();
+    // Rows end later than their view, and must not outlive the engine.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 void ShellViewsQuick::followLook() {
     const auto& desktop = deps_.appearance.look();
