@@ -59,6 +59,9 @@ Rectangle {
         boundsBehavior: Flickable.StopAtBounds
         flickableDirection: Flickable.VerticalFlick
         pixelAligned: true
+        // At its end a turn of the wheel counts as motion for long in Qt 6.8, and motion takes the next press.
+        onAtYBeginningChanged: if (atYBeginning && moving && !dragging) cancelFlick()
+        onAtYEndChanged: if (atYEnd && moving && !dragging) cancelFlick()
         clip: true
         T.ScrollBar.vertical: Scroller { }
 
