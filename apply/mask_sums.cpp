@@ -6,7 +6,8 @@
 #include <utility>
 
 // Eight floats suit sixteen positions; wider vectors gain nothing.
-#define HWY_DISABLED_TARGETS (HWY_AVX3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_RVV)
+#define HWY_DISABLED_TARGETS \
+    (HWY_AVX3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "apply/mask_sums.cpp"
 #include <hwy/foreach_target.h>

@@ -35,7 +35,10 @@ NamedImages loadAllImages(const NamedImages& shown) {
     NamedImages all;
     all.reserve(shown.size());
     for (const auto& [name, images] : shown)
-        if (auto whole = allImagesOf(images)) all.emplace_back(name, std::move(whole));
+        if (auto whole = allImagesOf(images))
+            all.emplace_back(name, std::move(whole));
+        else
+            return {};
     return all;
 }
 

@@ -42,7 +42,7 @@ EssentialSet loadEssentialSet(const std::filesystem::path& cursorsFolder, double
 NamedImages loadRemainingImages(const EssentialSet& essential);
 
 /// All images of the files of which `shown` holds those that are shown, from the same open files. Closes
-/// them.
+/// them. Empty when one of them has been changed since: a part of a theme would pass for all of it.
 NamedImages loadAllImages(const NamedImages& shown);
 
 /// Every cursor of `images`, taking those that the first pass has built.

@@ -5,7 +5,8 @@
 #include <utility>
 
 // Four pixels are sixteen values; wider vectors would need more of a cursor than there is.
-#define HWY_DISABLED_TARGETS (HWY_AVX3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_RVV)
+#define HWY_DISABLED_TARGETS \
+    (HWY_AVX3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "base/resample_fixed.cpp"
 #include <hwy/foreach_target.h>

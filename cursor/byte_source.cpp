@@ -14,6 +14,15 @@ namespace {
 // Without O_NONBLOCK a named pipe that someone left in a theme would be waited for.
 constexpr int kReadOnly = O_RDONLY | O_NONBLOCK | O_CLOEXEC;
 
+/// The field has two names.
+template <typename Status>
+std::pair<std::int64_t, std::int64_t> modifiedOf(const Status& status) {
+    if constexpr (requires { status.st_mtimespec; })
+        return {status.st_mtimespec.tv_sec, status.st_mtimespec.tv_nsec};
+    else
+        return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
 }  // namespace
 
 std::size_t ByteSource::read(std::uint64_t offset, std::span<std::uint8_t> out) {
@@ -43,7 +52,14 @@ void FileSource::examine() {
     struct stat status {};
     if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return;
     identity_ = {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+    modified_ = modifiedOf(status);
     if (status.st_size > 0) setLength(static_cast<std::uint64_t>(status.st_size));
+}
+
+bool FileSource::isUnchanged() const {
+    struct stat status {};
+    return ::fstat(descriptor_, &status) == 0 && static_cast<std::uint64_t>(status.st_size) == length() &&
+           modifiedOf(status) == modified_;
 }
 
 FileSource::~FileSource() {

@@ -57,6 +57,9 @@ class FileSource : public ByteSource {
     using Identity = std::pair<std::uint64_t, std::uint64_t>;
     Identity identity() const { return identity_; }
 
+    /// Whether the file is as it was when it was opened, and every read found all of it.
+    bool isUnchanged() const;
+
   private:
     /// Needs an open descriptor or -1.
     void examine();
@@ -65,6 +68,8 @@ class FileSource : public ByteSource {
 
     int descriptor_ = -1;
     Identity identity_;
+    /// Seconds and nanoseconds.
+    std::pair<std::int64_t, std::int64_t> modified_;
     std::size_t headBytes_ = 0;
     std::array<std::uint8_t, 4096> head_;
 };

@@ -43,7 +43,8 @@ XCursorImages OpenCursorFile::all() {
     if (!source_) return all_;
     try {
         if (auto images = readImages(*source_, maxNominalSize_, pixels_->pool))
-            all_ = std::make_shared<const CursorFileImages>(CursorFileImages{*std::move(images)});
+            if (source_->isUnchanged())
+                all_ = std::make_shared<const CursorFileImages>(CursorFileImages{*std::move(images)});
     } catch (const std::bad_alloc&) {
         all_.reset();
     }

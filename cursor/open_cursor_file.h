@@ -46,7 +46,7 @@ class OpenCursorFile {
     OpenCursorFile(std::unique_ptr<FileSource> source, OpenFileShare share, std::int64_t maxNominalSize,
                    std::shared_ptr<FolderPixels> pixels);
 
-    /// All images up to the limit, with their pixels; null when the file has been damaged since. The first
+    /// All images up to the limit, with their pixels; null when the file has been changed since. The first
     /// call reads them and closes the file.
     XCursorImages all();
 

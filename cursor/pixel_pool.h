@@ -20,6 +20,8 @@ class PixelPool {
     /// The same in two steps: takes the words off the limit, and hands them out. False beyond the limit.
     bool reserve(std::size_t count);
     std::shared_ptr<std::uint32_t> allocateReserved(std::size_t count);
+    /// Takes back a reservation of which nothing was handed out.
+    void giveBack(std::size_t count) { left_ += count * sizeof(std::uint32_t); }
 
     /// Far above what any theme needs.
     static constexpr std::size_t kUsualLimit = std::size_t{1} << 30;

@@ -76,6 +76,7 @@ class SetBuilder {
         cursor.frameDuration = meanDelay(sameSize);
         auto frames = framesOf(sameSize, sources, file, cursor.image);
         if (!frames) {
+            giveBackUndrawn();
             const auto all = file.file->all();
             return all ? build(name, *all) : std::nullopt;
         }
@@ -99,6 +100,8 @@ class SetBuilder {
     }
 
     struct Picture {
+        /// Of what was taken off the pool's limit, in pixels.
+        std::size_t reserved = 0;
         bool fits = false;
         std::optional<Bitmap> drawn;
     };
@@ -129,9 +132,12 @@ class SetBuilder {
                                       const std::vector<const XCursorImage*>& sources,
                                       const CursorFileImages& file, const Bitmap& first) {
         std::vector<Frame> frames;
-        for (std::size_t i = 0; i < images.size(); ++i)
+        for (std::size_t i = 0; i < images.size(); ++i) {
+            // Without a file there is nothing to read them from.
+            if (!file.file && sources[i]->pixels.values().empty()) continue;
             if (auto& picture = reserve(*images[i], *sources[i]); picture.fits)
                 frames.push_back({images[i], sources[i], &picture});
+        }
         if (file.file && frames.size() < images.size()) return std::nullopt;
         // Again only when the system has no more memory.
         while (!drawSent(frames)) {
@@ -163,18 +169,28 @@ class SetBuilder {
     Picture& reserve(const XCursorImage& image, const XCursorImage& source) {
         const auto* pixels = source.pixels.values().data();
         if (!pixels) {
-            unread_.push_back({reserveNew(image), std::nullopt});
+            reserveNew(unread_.emplace_back(), image);
             return unread_.back();
         }
         const auto [known, isNew] =
             drawn_.try_emplace({pixels, source.width, source.height, image.width, image.height});
-        if (isNew) known->second.fits = reserveNew(image);
+        if (isNew) reserveNew(known->second, image);
         return known->second;
     }
 
-    bool reserveNew(const XCursorImage& image) {
+    void reserveNew(Picture& picture, const XCursorImage& image) {
         const auto sides = pixelSides(image, scale_, density_);
-        return sides && pool_.reserve(static_cast<std::size_t>(sides->width * sides->height));
+        const auto count = sides ? static_cast<std::size_t>(sides->width * sides->height) : 0;
+        picture.fits = sides && pool_.reserve(count);
+        picture.reserved = picture.fits ? count : 0;
+    }
+
+    void giveBackUndrawn() {
+        const auto giveBack = [this](Picture& picture) {
+            if (!picture.drawn) pool_.giveBack(std::exchange(picture.reserved, 0));
+        };
+        for (auto& picture : unread_) giveBack(picture);
+        for (auto& [key, picture] : drawn_) giveBack(picture);
     }
 
     Size sizeInPoints(const XCursorImage& image) const {

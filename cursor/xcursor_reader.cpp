@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <set>
 #include <utility>
 
 #include "cursor/frame_list.h"
@@ -267,6 +268,10 @@ std::optional<std::vector<XCursorImage>> readNearestSize(ByteSource& source, std
     const auto listed =
         std::count_if(toc->begin(), toc->end(), [&](const auto& entry) { return entry.subtype == subtype; });
     if (chunks.size() != static_cast<std::size_t>(listed) || chunks.size() > kMostFrames) return std::nullopt;
+    // Frames that share a chunk share one picture, which only their pixels tell.
+    std::set<std::uint64_t> begins;
+    for (const auto& chunk : chunks)
+        if (!begins.insert(chunk.begin).second) return std::nullopt;
 
     std::vector<XCursorImage> images(chunks.size());
     const auto sent = sentFrames(chunks.size());

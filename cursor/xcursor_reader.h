@@ -25,8 +25,8 @@ std::optional<std::vector<XCursorImage>> readImages(ByteSource& source,
 
 /// Those of readImages() whose nominal size is nearest to `nominalSize`, the earlier in the table of equally
 /// near ones; of more than are sent to the desktop only the sent ones have pixels. Absent when any of them is
-/// damaged, since which size is nearest then depends on the others, when there are thousands of them, and
-/// when the memory is short.
+/// damaged, since which size is nearest then depends on the others, when two are the same chunk, when there
+/// are thousands of them, and when the memory is short.
 std::optional<std::vector<XCursorImage>> readNearestSize(ByteSource& source, std::int64_t nominalSize,
                                                          std::int64_t maxNominalSize, PixelPool& pool);
 

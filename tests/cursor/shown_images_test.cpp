@@ -121,6 +121,56 @@ TEST_F(ShownImagesTest, TheRestComesFromTheSameFileWhateverStandsThereNow) {
     EXPECT_EQ(allImagesOf(shown), allImagesOf(shown));
 }
 
+TEST_F(ShownImagesTest, AFileThatIsWrittenOverMeanwhileHasNoRest) {
+    write(animation(30));
+    CursorFolder folder(temporary.path());
+    const auto shown = readShown(folder, 1);
+    ASSERT_TRUE(shown);
+    ASSERT_TRUE(shown->file);
+    write(animation(29));
+    EXPECT_FALSE(allImagesOf(shown));
+}
+
+TEST_F(ShownImagesTest, ThousandsOfEntriesOfOneImageAreDrawnOnce) {
+    XCursorBuilder builder;
+    constexpr std::uint32_t kEntries = 2000;
+    builder.image({.size = 32, .width = 258, .height = 258});
+    for (std::uint32_t i = 1; i < kEntries; ++i)
+        builder.image({.size = 32, .position = 16 + 12 * kEntries, .written = false});
+    write(builder.bytes());
+    CursorFolder folder(temporary.path());
+    const auto set = makePreloadedSet({{"watch", readShown(folder, 1.5)}}, 1.5);
+    ASSERT_THAT(set, SizeIs(1));
+    EXPECT_THAT(set[0].frames, SizeIs(kEntries));
+}
+
+TEST_F(ShownImagesTest, MoreThanMayBeDrawnKeepsTheFramesThatFit) {
+    // Each header is also a part of the pictures before it.
+    constexpr std::uint32_t kChunks = 2000;
+    constexpr std::uint32_t kSide = 258;
+    constexpr std::uint32_t kHeaderBytes = 36;
+    constexpr std::uint32_t kBodyAt = 16 + 12 * kChunks;
+    Bytes bytes;
+    const auto words = [&](std::initializer_list<std::uint32_t> values) {
+        for (const auto value : values)
+            for (int shift = 0; shift < 32; shift += 8)
+                bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+    };
+    words({0x72756358, 16, 0x10000, kChunks});
+    for (std::uint32_t i = 0; i < kChunks; ++i) words({0xFFFD0002, 32, kBodyAt + kHeaderBytes * i});
+    for (std::uint32_t i = 0; i < kChunks + kSide * kSide / 9 + 1; ++i)
+        words({kHeaderBytes, 0xFFFD0002, 32, 1, kSide, kSide, 0, 0, 50});
+    write(bytes);
+    CursorFolder folder(temporary.path());
+    CursorFolder other(temporary.path());
+    const auto set = makePreloadedSet({{"watch", readShown(folder, 1.5)}}, 1.5);
+    const auto whole = makePreloadedSet({{"watch", other.read("watch", kLimit)}}, 1.5);
+    ASSERT_THAT(whole, SizeIs(1));
+    EXPECT_LT(whole[0].frames.size(), kChunks);
+    ASSERT_THAT(set, SizeIs(1));
+    EXPECT_GE(set[0].frames.size() + 1, whole[0].frames.size());
+}
+
 TEST_F(ShownImagesTest, NamesOfOneFileShareBothAnswers) {
     write(animation(3));
     std::filesystem::create_symlink("watch", temporary.path() / "wait");
