@@ -164,7 +164,7 @@ class Application:
             with contextlib.suppress(accessible.Refused):
                 rows = {row.name: (row, row.node.box()) for row in self.popover().find_all("list item")}
                 last = {name: box for name, (_, box) in rows.items()}
-            return last is not None and last == before
+            return bool(last) and last == before
         wait_until("the list stands still", still, 20, 0.06)
         return rows
 
