@@ -116,6 +116,11 @@ void Registration::makePermanent() {
     if (earlier != 0 && earlier != window_ && isRegistration(earlier)) predecessor_ = earlier;
 }
 
+bool Registration::hasSuccessor(const Registration& lost) {
+    const auto latest = connection_->windowProperty(connection_->root(), mark_);
+    return lost.permanent_ && latest != 0 && latest != lost.window_ && isRegistration(latest);
+}
+
 bool Registration::isRegistration(xcb_window_t window) {
     auto* const c = connection_->get();
     // Ids are given out again, and properties can be written by anybody. Other programs make something else

@@ -45,6 +45,8 @@ class Registration {
     void defineGlyph(xcb_window_t window, const CoreGlyph& glyph);
 
     bool hasSent() const { return permanent_; }
+    /// Whether another process registered after `lost`, whose connection is gone, and is there.
+    bool hasSuccessor(const Registration& lost);
 
   private:
     struct Made {

@@ -276,14 +276,21 @@ bool X11WindowServer::reopenRegistration() {
         serverGone();
         return false;
     }
-    if (registrationReopened_ || !fresh) {
+    const bool isSucceeded = fresh && fresh->hasSuccessor(*parts_.registration);
+    if (!isSucceeded && (registrationReopened_ || !fresh)) {
         lose(
             "[X11] The connection that registers cursors was closed again - cursor registration unavailable");
         return false;
     }
-    options_.log.system("[X11] The connection that registers cursors was closed - opened again");
-    registrationReopened_ = true;
-    needsFlush_ = needsFlush_ || parts_.registration->hasSent();
+    if (isSucceeded) {
+        // Taking it back at once would make the two end each other for ever. The next registration does.
+        options_.log.system("[X11] Another process registers cursors now");
+        keeper_.stop();
+    } else {
+        options_.log.system("[X11] The connection that registers cursors was closed - opened again");
+        registrationReopened_ = true;
+        needsFlush_ = needsFlush_ || parts_.registration->hasSent();
+    }
     endSoon(std::pair(std::exchange(parts_.registration, std::move(fresh)), std::move(registrationWatch_)));
     watchRegistration();
     parts_.wanted.forgetSent();

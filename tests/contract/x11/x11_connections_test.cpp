@@ -185,6 +185,38 @@ TEST_F(X11Connections, AClosedConnectionIsOpenedOnceMoreAndSendsEverythingAgain)
     EXPECT_EQ(shownPixel(), themePixel(12));
 }
 
+TEST_F(X11Connections, TwoProcessesDoNotEndEachOtherForEver) {
+    startOverAWindow("left_ptr");
+    apply(10);
+    const auto first = std::move(server);
+    start();
+    apply(20);
+    const auto second = std::move(server);
+    endOfTurn.end();
+    const auto registerOn = [&](WindowServer& process, std::uint8_t red) {
+        const auto answer = process.registerCursorWithImages(
+            process.mainConnectionID(), themeCursor(kArrow, red), RegistrationPurpose::theme);
+        process.flush();
+        return answer;
+    };
+    for (int round = 1; round < 4; ++round) {
+        const auto ofFirst = static_cast<std::uint8_t>(10 + round);
+        const auto ofSecond = static_cast<std::uint8_t>(20 + round);
+        settle();
+        EXPECT_TRUE(first->provides(WindowServerFunction::registerCursorWithImages));
+        const auto inForce = marked();
+        EXPECT_EQ(registerOn(*first, ofFirst), 0);
+        settle();
+        EXPECT_NE(marked(), inForce);
+        EXPECT_EQ(shownPixel(), themePixel(ofFirst));
+        EXPECT_TRUE(second->provides(WindowServerFunction::registerCursorWithImages));
+        EXPECT_EQ(registerOn(*second, ofSecond), 0);
+        EXPECT_EQ(shownPixel(), themePixel(ofSecond));
+    }
+    EXPECT_TRUE(log.has("[X11] Another process registers cursors now"));
+    EXPECT_FALSE(log.has("[X11] The connection that registers cursors was closed - opened again"));
+}
+
 TEST_F(X11Connections, AConnectionClosedASecondTimeMakesTheFunctionsMissing) {
     startOverAWindow("left_ptr");
     apply(10);
