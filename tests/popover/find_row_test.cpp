@@ -66,6 +66,18 @@ TEST_F(FindRowTest, ArrowsTapsAndTheNextStopEndTheSearch) {
     EXPECT_EQ(chip(), "");
 }
 
+TEST_F(FindRowTest, TheDeleteButtonOfTheFoundRowEndsTheSearch) {
+    // Without waiting for the button to fade in.
+    appearance.become({.reducedMotion = true});
+    install(ModelWorld::ice);
+    show();
+    type("modern ice");
+    EXPECT_EQ(focused(), "Bibata Modern Ice");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Delete downloaded theme");
+    EXPECT_EQ(chip(), "");
+}
+
 TEST_F(FindRowTest, KeysThatWriteNothingAndCommandsAreNotTyped) {
     show();
     type("b");

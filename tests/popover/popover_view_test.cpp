@@ -88,6 +88,24 @@ TEST_F(PopoverViewTest, APressWithTheMouseTakesTheMarkAway) {
     EXPECT_EQ(ringed(), "Bibata Modern Ice");
 }
 
+TEST_F(PopoverViewTest, WithReducedMotionTheMarkOfARowChangesAtOnce) {
+    appearance.become({.reducedMotion = true});
+    install(ModelWorld::ice);
+    show();
+    world.applyNow(ModelWorld::ice);
+    settle();
+    int checks = 0;
+    const std::function<void(const QQuickItem*)> look = [&](const QQuickItem* at) {
+        const auto glyph = at->property("glyph").toString();
+        const bool isMark = glyph == "circle" || glyph == "check-disc";
+        EXPECT_TRUE(!isMark || at->opacity() == 0 || at->opacity() == 1) << glyph.toStdString();
+        checks += glyph == "check-disc" && at->opacity() == 1;
+        for (const auto* child : at->childItems()) look(child);
+    };
+    look(item("themeList"));
+    EXPECT_EQ(checks, 1);
+}
+
 TEST_F(PopoverViewTest, TabMarksTheRowThatItComesTo) {
     show();
     for (int stop = 0; stop < 8; ++stop) press(Qt::Key_Tab);

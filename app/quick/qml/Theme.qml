@@ -80,8 +80,7 @@ QtObject {
     readonly property bool motion: !Appearance.reducedMotion
     readonly property int quick: motion ? 120 : 0
     readonly property int slide: motion ? 220 : 0
-    readonly property int swap: 180
-    readonly property int swapScale: motion ? 180 : 0
+    readonly property int swap: motion ? 180 : 0
     readonly property int step: motion ? 160 : 0
     /// How texts fade in over 300 ms or less. The software renderer takes no step of the opacity below 0.00001:
     /// a curve that comes closer to the end than that leaves texts there, which it draws heavier.

@@ -205,7 +205,7 @@ T.ItemDelegate {
                 visible: opacity > 0
                 Behavior on opacity { NumberAnimation { duration: Theme.swap } }
                 Behavior on scale {
-                    NumberAnimation { duration: Theme.swapScale; easing.type: Easing.OutBack; easing.overshoot: 1.2 }
+                    NumberAnimation { duration: Theme.swap; easing.type: Easing.OutBack; easing.overshoot: 1.2 }
                 }
             }
             Spinner {
@@ -446,6 +446,8 @@ T.ItemDelegate {
             danger: true
             text: row.popover.deleteHelp
             onClicked: row.deleteAsked()
+            // The blank that a search would take presses this.
+            onActiveFocusChanged: if (activeFocus) row.popover.finder.clear()
             Behavior on opacity { NumberAnimation { duration: Theme.quick; easing.type: Easing.OutQuad } }
         }
     }
