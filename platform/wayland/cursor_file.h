@@ -31,9 +31,9 @@ bool holdsItsFrames(const RegisteredCursor& cursor);
 
 /// The frames of a registered picture at each of the sizes, frame by frame within a size. `base` is the size
 /// at which a point is a pixel; at `base` times its own pixels of a point the picture is as it is. The others
-/// are drawn anew from it, hotspots rounded. Sides are
-/// filled up with transparent pixels on the right and below, so that every output scale divides them. Absent
-/// when the record does not hold its frames, when a side would leave 1 to 2048 pixels, or without sizes.
+/// are drawn anew from it, hotspots rounded. Sides are filled up with transparent pixels on the right and
+/// below, so that every output scale divides them. Absent when the record does not hold its frames, when a
+/// side would leave 1 to 2048 pixels, or without sizes.
 std::optional<std::vector<FileImage>> imagesOf(const RegisteredCursor& cursor, int base,
                                                std::span<const int> nominals);
 

@@ -133,9 +133,9 @@ class SwayProvider : public SettingsProvider {
                std::pair<std::int64_t, std::int64_t>(kMajorOfLiveThemes, kMinorOfLiveThemes);
     }
 
-    /// Earlier versions look at the theme again when an output is configured. Those that are awake are told
-    /// to be in use: a repeated scale could undo a change of it that the user makes meanwhile. The others are
-    /// configured when they wake.
+    /// Earlier versions look at the theme again when an output is configured. Those that are awake are
+    /// enabled again: a repeated scale could undo a change of it that the user makes meanwhile. The others
+    /// are configured when they wake.
     Status nudge() const {
         for (const auto& output : outputsOf(path_)) {
             if (!isPlain(output.name) || !output.isAwake) continue;

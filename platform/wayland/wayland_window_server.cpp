@@ -41,7 +41,7 @@ std::optional<int> sizeIn(const std::optional<std::string>& text) {
 int sizeOf(const PointerSetting& setting) { return sizeIn(setting.size).value_or(kUnsetSize); }
 
 /// In pixels of the X server. Its programs take the environment's number as it is, and else what the desktop
-/// makes of its setting there. A compositor that exports what it was told has ours in the environment.
+/// makes of its setting there. A compositor that exports its setting has ours in the environment.
 int sizeInX(const PointerSetting& own, const Environment& environment, double density) {
     if (!isOwnThemeName(environment("XCURSOR_THEME").value_or("")))
         if (const auto size = sizeIn(environment("XCURSOR_SIZE"))) return *size;

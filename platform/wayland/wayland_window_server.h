@@ -19,7 +19,7 @@ namespace pintle {
 
 /// What a compositor may report by itself.
 enum class CompositorNews {
-    /// It shows the user's own theme again, whatever it was told.
+    /// It shows the user's own theme again, whatever was registered.
     forgotTheme,
     /// Outputs came, went or have another scale.
     changedOutputs,

@@ -62,18 +62,18 @@ class Chaos:
         name, deed = self.deeds.choose(self.chance)
         self.counts[name] = self.counts.get(name, 0) + 1
         begun = time.monotonic()
-        told, complaint = "", ""
+        detail, complaint = "", ""
         try:
-            told = deed(self.chance) or ""
+            detail = deed(self.chance) or ""
             complaint = self.world.complaint(self.chance)
         except FAULTS as error:
             complaint = f"{error}\n" + "".join(traceback.format_tb(error.__traceback__)[-2:])
-        print(f"{number:4} {time.monotonic() - begun:5.1f} s  {name} {told}  -> {self.world.expected_words()}",
+        print(f"{number:4} {time.monotonic() - begun:5.1f} s  {name} {detail}  -> {self.world.expected_words()}",
               flush=True)
         if self.world.ended_by_itself():
             complaint = f"the program ended with {self.world.driver.process.returncode}: {complaint}"
         if complaint:
-            self.failed(f"step {number}, {name} {told}: {complaint}")
+            self.failed(f"step {number}, {name} {detail}: {complaint}")
             self.world.begin_again()
 
     def run(self):

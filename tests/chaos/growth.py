@@ -31,20 +31,20 @@ class Growth:
                 f"{counts['threads']}, X resources {counts['resources']}, "
                 f"server {counts['server'] / (1 << 20):.1f} MiB")
 
-    def told(self):
+    def long_lives(self):
         """The lives that are long enough."""
         return [counts for counts in self.lives.values() if len(counts) >= FEWEST_COUNTS]
 
     def complaints(self):
         """What grew, in words."""
-        for counts in self.told():
+        for counts in self.long_lives():
             for what, limit in LIMITS.items():
                 if counts[-1][what] > counts[1][what] + limit:
                     yield f"{what} grew from {counts[1][what]} to {counts[-1][what]} within {len(counts)} counts"
 
     def words(self):
-        lines = [f"{len(self.told())} of {len(self.lives)} lives were counted {FEWEST_COUNTS} times or more"]
-        for counts in self.told():
+        lines = [f"{len(self.long_lives())} of {len(self.lives)} lives were counted {FEWEST_COUNTS} times or more"]
+        for counts in self.long_lives():
             lines.append(f"  {len(counts)} counts, the second: {self.line(counts[1])}")
             lines.append(f"  {' ' * len(str(len(counts)))}         the last: {self.line(counts[-1])}")
         return "\n".join(lines)

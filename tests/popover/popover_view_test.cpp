@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QTest>
 #include <functional>
 
@@ -104,6 +106,17 @@ TEST_F(PopoverViewTest, WithReducedMotionTheMarkOfARowChangesAtOnce) {
     };
     look(item("themeList"));
     EXPECT_EQ(checks, 1);
+}
+
+TEST_F(PopoverViewTest, CopyTakesTheWholeErrorOfTheMarkedRow) {
+    show();
+    world.changeRow("bibata-modern-classic", [](auto& row) { row.downloadError = "HTTP 404"; });
+    settle();
+    press(Qt::Key_C, "c", Qt::ControlModifier);
+    EXPECT_NE(QGuiApplication::clipboard()->text(), "HTTP 404") << "no row is marked";
+    press(Qt::Key_Down);
+    press(Qt::Key_C, "c", Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "HTTP 404");
 }
 
 TEST_F(PopoverViewTest, TabMarksTheRowThatItComesTo) {
