@@ -234,27 +234,24 @@ TEST_F(ThemeExtractorTest, WhenAllWorkEndsTheChildIsKilledAndNothingIsAnswered) 
     EXPECT_EQ(world.scheduler.pendingTimers(), 0u);
 }
 
+/// Where the old theme is to go stands something else.
+int unpackWithNoPlaceForTheOldTheme(const ProcessRequest& request) {
+    const fs::path root = request.arguments.at(3);
+    writeFile(root / "cursors/left_ptr", XCursorBuilder().image({.size = 24}).bytes());
+    writeFile(root.parent_path() / "replaced" / "something", "in the way");
+    return 0;
+}
+
 TEST_F(ThemeExtractorTest, AThemeThatCannotBeMovedIntoPlaceIsNotSaidToBeInstalled) {
     writeFile(world.themeFolder("banana") / "cursors/left_ptr", "old");
-    world.processes.play = [](const ProcessRequest& request) {
-        const fs::path root = request.arguments.at(3);
-        writeFile(root / "cursors/left_ptr", XCursorBuilder().image({.size = 24}).bytes());
-        // Where the old theme is to go stands something else.
-        writeFile(root.parent_path() / "replaced" / "something", "in the way");
-        return 0;
-    };
+    world.processes.play = unpackWithNoPlaceForTheOldTheme;
     EXPECT_EQ(run(), "Directory not empty");
     EXPECT_EQ(fs::file_size(world.themeFolder("banana") / "cursors/left_ptr"), 3u) << "the old one stays";
 }
 
 TEST_F(ThemeExtractorTest, WhatCannotBeMovedAwayIsNotMixedWithTheNewTheme) {
     writeFile(world.themeFolder("banana") / "readme", "old");
-    world.processes.play = [](const ProcessRequest& request) {
-        const fs::path root = request.arguments.at(3);
-        writeFile(root / "cursors/left_ptr", XCursorBuilder().image({.size = 24}).bytes());
-        writeFile(root.parent_path() / "replaced" / "something", "in the way");
-        return 0;
-    };
+    world.processes.play = unpackWithNoPlaceForTheOldTheme;
     EXPECT_EQ(run(), "Directory not empty");
     EXPECT_FALSE(fs::exists(world.themeFolder("banana") / "cursors"));
 }
